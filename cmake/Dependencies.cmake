@@ -1,0 +1,10 @@
+# SPDX-License-Identifier: Apache-2.0
+# The libraries that the distribution brings, each as an imported target.
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+pkg_check_modules(ELEMENTARY REQUIRED IMPORTED_TARGET elementary edje evas ecore ecore-x eina)
+pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-2.0 gio-unix-2.0 gobject-2.0 glib-2.0)
+pkg_check_modules(LIBXML2 REQUIRED IMPORTED_TARGET libxml-2.0)
+find_package(Boost 1.74 REQUIRED COMPONENTS regex thread system date_time)
+find_package(OpenSSL REQUIRED COMPONENTS Crypto)
+find_package(GTest REQUIRED)

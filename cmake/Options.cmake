@@ -1,0 +1,31 @@
+# SPDX-License-Identifier: Apache-2.0
+# What a build may choose. The paths are those of an installed set; the presets of the virtual set make
+# them relative, so that a set lives in the folder in which its program is started and any number of
+# sets can run from one build.
+set(ZOLT_CONFIG_FILE "/usr/apps/org.tizen.zolt-hub/config.xml" CACHE STRING
+    "Configuration file that the program reads at start")
+set(ZOLT_FLAG_FILE "/opt/usr/apps/org.tizen.zolt-hub/data/service-cond-flag" CACHE STRING
+    "Empty file that the program writes at start to let the daemon's unit run")
+set(ZOLT_IMAGE_TYPE_DIR "/etc" CACHE STRING
+    "Folder in which a file named release, debug or perf tells the kind of firmware image")
+set(ZOLT_PLATFORM "host" CACHE STRING
+    "host: link the virtual set; none: libraries only, for linking against a television's own")
+set_property(CACHE ZOLT_PLATFORM PROPERTY STRINGS host none)
+set(ZOLT_SANITIZE "" CACHE STRING "Sanitizers, as for -fsanitize=, or empty")
+option(ZOLT_COVERAGE "Count executed lines and branches" OFF)
+option(ZOLT_WERROR "Treat compiler warnings as errors" ON)
+
+# Every target of ours links this: the warnings, and what sanitizers and coverage need.
+add_library(zolt_build_options INTERFACE)
+target_compile_options(zolt_build_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual
+    -Wformat=2 -Wundef -Wno-unknown-warning-option $<$<BOOL:${ZOLT_WERROR}>:-Werror>)
+if(ZOLT_SANITIZE)
+    target_compile_options(zolt_build_options INTERFACE
+        -fsanitize=${ZOLT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
+    target_link_options(zolt_build_options INTERFACE -fsanitize=${ZOLT_SANITIZE})
+endif()
+if(ZOLT_COVERAGE)
+    target_compile_options(zolt_build_options INTERFACE --coverage -fprofile-update=atomic)
+    target_link_options(zolt_build_options INTERFACE --coverage)
+endif()
