@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: Apache-2.0
+// The flow: which screen is shown, and what an event of the daemon does.
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "common/DeviceInfo.h"
+#include "common/ShopListParser.h"
+#include "gdbus/GuiProxy.h"
+#include "gui/Popup.h"
+#include "gui/RegistrationInfoScreen.h"
+#include "gui/Screen.h"
+
+namespace ZOLT::GUI {
+
+// The one flow object. It owns the link to the daemon, the shop list and the history of screens.
+// Everything here runs on the main loop's thread: events of the daemon are handled inside their
+// signal's handler, and calls of the daemon block. Operations let the exceptions of the daemon's
+// calls, of documents and of screens pass; only callbackManager catches them.
+class Controller {
+  public:
+    // DEVICEINFO is not owned and must outlive the controller. Routes the daemon's events to this
+    // object and makes it the one that getController gives.
+    explicit Controller(DeviceInfo* deviceInfo);
+    // Deletes all screens. Clears m_self even if it is another controller's by now: after a second
+    // launch there is none to be found, which the callbacks rely on.
+    ~Controller();
+    Controller(const Controller&) = delete;
+    Controller& operator=(const Controller&) = delete;
+
+    // The live controller, or null.
+    static Controller* getController();
+
+    // Loads the theme and shows the main menu that fits the registration file.
+    void initialize();
+    // Handles one event of the daemon: values of ZOLTEventsType and ZOLTEventsReasonType. A failure
+    // shows the popup of an unstable connection; only what that popup throws leaves the function.
+    void callbackManager(int event, int reason);
+    // Tells the daemon that the application stopped.
+    void cancel();
+    // Ends the main loop.
+    void terminate();
+
+    // Makes SCREEN, which is owned from here on, the current one. The oldest beyond the limit goes.
+    void historyAppend(Screen* screen);
+    void hidePopups(Screen* screen);
+
+    // --- popups on the current screen
+    void showLoadingPopup(const char* text);
+    void showCompletionPopup();
+    void showDeregistrationPopup();
+    void showDeregistrationSucceededPopup();
+    void showNetworkFailurePopup(ZOLTEventsType event, ZOLTEventsReasonType reason);
+
+    // --- registration
+    void showMainMenuRegisteredScreen();
+    void showMainMenuUnregisteredScreen();
+    void showRegistrationChangeScreen();
+    void showPinRequestingScreen();
+    void showSearchRegInfoScreen();
+    void showPinDisplayingScreen();
+    void showRegistrationInformationScreen();
+    // Shows the document that would be sent for the shop chosen last.
+    void showRegistrationConfirmationScreen();
+    void unregister();
+    void registerShop(Shop* shop);
+
+    // --- the way down the shop list
+    // Fetches and parses the list that the daemon holds.
+    void prepareShopList();
+    // Descends through the levels that offer one entry only and returns the level to be answered.
+    // *HANDLED tells that nothing was left to choose and the confirmation is shown.
+    unsigned getInitialShopListLevel(bool* handled);
+    // Shows the current level. The argument has no effect: the level is that of m_currentLevel.
+    void showShopListScreen(unsigned level);
+    void showSelectionPopup();
+    // "NAME : CODE" of the shop to which the set is tied.
+    std::string getRegisteredShopInfo();
+    // Name of that shop; "null" or empty, as the daemon says it, when there is none.
+    std::string getRegisteredShopName();
+
+    static Controller* m_self;
+    static constexpr unsigned m_historySizeLimit = 5;
+    // No code compares with it: the screen of a level gets all names and places one.
+    static constexpr unsigned m_chosenShopsDisplayLimit = 3;
+    static std::string m_currentLabelText;  // last text of a popup or PIN label, for speech
+    static bool m_wasLabelRead;             // that text has been spoken
+    static int Enlarge;                     // the focus zoom setting, read by screens
+
+  private:
+    friend class EventHandler;      // the flow's other half: what a button does
+    friend struct ControllerProbe;  // tests look at the state of the flow
+
+    // The current screen, or null.
+    Screen* current() const;
+    // The current screen; throws ZOLT::Exception when there is none.
+    Screen& currentScreen() const;
+    // The shop chosen last; throws std::out_of_range when none is.
+    Shop& lastChosenShop() const;
+    // Entries that fit the choices made so far, at a level below the first.
+    std::set<Shop*, Shop::ShopComp>& entriesBelowChoice();
+    // Shows a new screen and makes it the current one.
+    void present(std::unique_ptr<Screen> screen);
+    template <typename ScreenType>
+    void presentNew();
+    // Shows POPUP with its sound, and with the focus on PART unless that is null.
+    void presentPopup(Popup* popup, const char* part);
+    // A screen with the rows of a registration document.
+    std::unique_ptr<RegistrationInfoScreen> makeInfoScreen(const std::string& document);
+    // Whether REASON is one that its event may carry, and if so its effect.
+    bool stepDone(int reason);
+    bool closeGui(int reason);
+    void showShopList();
+    void showUnstableConnection();
+    // Takes the popup off the screen below the current one.
+    void clearPopupBelow();
+
+    GuiProxy m_guiProxy;
+    ShopListParser m_shopListParser;
+    std::deque<Screen*> m_history;        // front: current, back: oldest. Deleted here
+    std::deque<Shop*> m_chosenShops;      // front: chosen last. Owned by m_shopListParser
+    uint32_t m_currentLevel = 0;          // of the parser's levels, the one on display
+    uint32_t m_initialLevel = 0;          // the first that has to be answered
+    DeviceInfo* m_deviceInfo;             // not owned
+    std::mutex m_mutex;                   // guards nothing: all of the flow runs on one thread
+    std::condition_variable m_condition;  // nobody waits for it, for the same reason
+};
+
+}  // namespace ZOLT::GUI
