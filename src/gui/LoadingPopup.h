@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+// A popup with a turning circle and a text, shown while the daemon works. No key dismisses it.
+#pragma once
+
+#include "gui/Popup.h"
+
+namespace ZOLT::GUI {
+
+class LoadingPopup : public Popup {
+  public:
+    LoadingPopup(Evas_Object* parent, char const* style, int width, int height);
+    ~LoadingPopup() override;
+
+    void setText(char const* text, char const* style) override;
+    void addButton(char const* text, Evas_Smart_Cb callback, void* data, char* icon) override;
+
+    // Stops the circle; it stays where it is.
+    void RemoveProgressBar();
+
+  protected:
+    Evas_Object* m_table;     // belongs to the popup widget
+    Evas_Object* m_progress;  // belongs to the table
+};
+
+}  // namespace ZOLT::GUI

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: Apache-2.0
+// Shows the PIN with which the set is tied to a shop.
+#pragma once
+
+#include <string>
+
+#include "gui/Screen.h"
+
+namespace ZOLT::GUI {
+
+class PinDisplayingScreen : public Screen {
+  public:
+    // PIN is shown whole; its first eight characters are spoken, and fewer than eight throw
+    // std::out_of_range. REGISTRATIONINFO names the present shop and is empty when there is none.
+    // WIDTH and HEIGHT are the screen's size in pixels.
+    PinDisplayingScreen(std::string pin, std::string registrationInfo, int width, int height);
+    ~PinDisplayingScreen() override;
+};
+
+}  // namespace ZOLT::GUI

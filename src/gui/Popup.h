@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: Apache-2.0
+// Base of the dialogs that lie over a screen.
+#pragma once
+
+#include <string>
+
+#include <Elementary.h>
+
+namespace ZOLT::GUI {
+
+// A popup widget at the full size of the screen above a rectangle that dims what lies beneath.
+// Made hidden. Main loop thread only.
+class Popup {
+  public:
+    // PARENT is the layout on which the popup lies and must outlive it. STYLE is the widget style;
+    // WIDTH and HEIGHT are the screen's, in pixels. Throws ZOLT::Exception when the toolkit gives
+    // no widget.
+    Popup(Evas_Object* parent, char const* style, int width, int height);
+    Popup(const Popup&) = delete;
+    Popup& operator=(const Popup&) = delete;
+
+    virtual ~Popup();
+    virtual void show();
+    // Takes the popup out of sight; show brings it back as it was.
+    virtual void hide();
+    // Deletes the widgets. The object stays and may still be deleted.
+    virtual void destroy();
+    // Lets the widget in PART take the focus and gives it the focus.
+    virtual void focusButton(std::string part);
+    // Takes the focus from the widget in PART and keeps it from taking it again.
+    virtual void deactivateButton(std::string part);
+    // Deactivates every button.
+    virtual void blockAllButtons();
+    virtual int getButtonCount();
+    virtual bool getVisible();
+    // TITLE is a translation id.
+    virtual void setTitle(char const* title);
+    // TEXT is a translation id, STYLE the style of its label.
+    virtual void setText(char const* text, char const* style) = 0;
+    // Adds the next button: TEXT is a translation id, DATA is handed to CALLBACK, ICON may be null.
+    virtual void addButton(char const* text, Evas_Smart_Cb callback, void* data, char* icon) = 0;
+
+    // Lets CALLBACK, with this popup as data, be called once when SECONDS have passed.
+    void setTimeout(double seconds, Evas_Smart_Cb callback);
+
+    // Key event on the popup widget; DATA is the Popup.
+    static void onKeyPress(void* data, Evas* canvas, Evas_Object* object, void* eventInfo);
+
+  protected:
+    // Makes a button, counts it and puts it in the part of its number. Returns it; it belongs to
+    // the popup widget.
+    Evas_Object* appendButton(char const* text, Evas_Smart_Cb callback, void* data, char* icon);
+
+    Evas_Object* m_popup;       // deleted by destroy, or with its window
+    Evas_Object* m_background;  // deleted by destroy, or with its window's canvas
+    int m_buttonsCnt;
+    int m_width;
+    int m_height;
+    bool m_visible;
+
+  private:
+    static void onWidgetDeleted(void* data, Evas* canvas, Evas_Object* object, void* eventInfo);
+};
+
+}  // namespace ZOLT::GUI

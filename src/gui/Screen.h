@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: Apache-2.0
+// Base of every full-screen view, and the one place where widgets are made.
+#pragma once
+
+#include <string>
+
+#include <Elementary.h>
+
+#include "gdbus/Events.h"
+
+namespace ZOLT::GUI {
+
+class Popup;
+class MessagePopup;
+
+// Whether the set's high contrast look is on: the setting's value, 0 when it cannot be read.
+int IsHighContrastMode();
+
+// The factories take the name of an icon as char*, yet never write to it.
+inline char* iconName(char const* name) { return const_cast<char*>(name); }
+
+// One window, the layout that fills it and at most one popup. Texts are translation ids unless a
+// comment says otherwise. Main loop thread only.
+class Screen {
+  public:
+    // LAYOUTFILE is a file in the theme's folder and LAYOUTGROUP a group in it; WIDTH and HEIGHT
+    // are the screen's size in pixels. Throws ZOLT::Exception when the toolkit gives no window or
+    // layout. The window is not shown.
+    Screen(char const* windowTitle, std::string layoutFile, char const* layoutGroup, int width,
+           int height);
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+
+    virtual ~Screen() = 0;
+    virtual void show();
+    // The popup on this screen, or null. Belongs to the screen.
+    virtual Popup* getPopup();
+    // Puts a new button into PART of the layout, with the icon that goes with TEXT.
+    virtual void addButton(char const* part, char const* text, Evas_Smart_Cb callback, void* data,
+                           bool focusable, bool focused);
+    virtual void modifyButtonText(char const* part, char const* text);
+
+    // Each makes a popup, hidden, and keeps it as the screen's. A popup that the screen already
+    // has is forgotten, not destroyed: call destroyPopup first.
+    virtual Popup* addMessagePopup(char const* text);
+    virtual Popup* addNetworkFailurePopup(ZOLTEventsType event, ZOLTEventsReasonType reason);
+    virtual Popup* addLoadingPopup(char const* text);
+    virtual Popup* addDeregistrationPopup();
+    virtual Popup* RegistrationInfoDeletionPopup();
+    virtual Popup* addCompletionPopup();
+
+    // Whether the user interface ran right to left when this screen was made.
+    bool getIfMirrored() const;
+
+    // Takes the popup off the screen, if there is one.
+    void destroyPopup();
+
+    // Takes the keys that must not reach the rest of the set.
+    void enableKeysGrabbing();
+
+    // Makes the theme's widget styles known to the whole process. Called once, before any screen.
+    static void loadLayouts();
+
+    // The factories return a widget that is not shown and belongs to PARENT, and throw
+    // ZOLT::Exception when the toolkit gives none; createIcon returns null then.
+    static Evas_Object* createLabel(Evas_Object* parent, char const* text, char const* style);
+    static Evas_Object* createIcon(Evas_Object* parent, char const* name);
+    // DATA is handed to CALLBACK. ICON may be null.
+    static Evas_Object* createButton(Evas_Object* parent, char const* text, Evas_Smart_Cb callback,
+                                     void* data, char* icon, char const* style);
+    static Evas_Object* createImage(Evas_Object* parent, char const* file, int width, int height);
+    static Evas_Object* createProgressAnimation(Evas_Object* parent);
+
+    // Key event on the window; DATA is the Screen.
+    static void onKeyPress(void* data, Evas* canvas, Evas_Object* object, void* eventInfo);
+    // Signal of the layout; logs how small the layout can be.
+    static void onSizeChanged(void* data, Evas_Object* object, char const* emission,
+                              char const* source);
+
+  protected:
+    // Makes a popup with an OK button that calls BUTTONCALLBACK. TIMEOUTCALLBACK is called after
+    // TIMEOUT seconds if that is more than 0. The caller owns the result.
+    MessagePopup* createBasicMessagePopup(char const* text, double timeout,
+                                          Evas_Smart_Cb timeoutCallback,
+                                          Evas_Smart_Cb buttonCallback);
+
+    // Every derived class hands a copy of it to the constructor.
+    static const std::string m_layoutName;
+
+    int m_width;
+    int m_height;
+    bool m_mirrored;
+    Evas_Object* m_window;  // deleted by the destructor, or by the window manager's close request
+    Evas_Object* m_layout;  // deleted by the destructor, or with the window
+    Popup* m_popup;         // deleted by the destructor; destroyPopup lets go of it
+
+  private:
+    // A popup of two buttons, OK with CONFIRMED and the popup as data, and Cancel.
+    MessagePopup* createQuestionPopup(char const* text, Evas_Smart_Cb confirmed);
+    void bindEvents();
+    static void onWidgetDeleted(void* data, Evas* canvas, Evas_Object* object, void* eventInfo);
+};
+
+}  // namespace ZOLT::GUI

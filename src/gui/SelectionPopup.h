@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: Apache-2.0
+// The list popup in which one shop of a level is picked.
+#pragma once
+
+#include <set>
+
+#include "common/ShopListParser.h"
+#include "gui/Popup.h"
+
+namespace ZOLT::GUI {
+
+// Remembers what was picked and what was confirmed, so that a popup opened again after a hide
+// stands where it was left, and keeps OK out of reach until something is picked.
+class SelectionPopup : public Popup {
+  public:
+    SelectionPopup(Evas_Object* parent, char const* style, int width, int height);
+    ~SelectionPopup() override;
+
+    // Makes the list. Called once, before the buttons are added.
+    void prepare();
+
+    // Appends a row for each of SHOPS, which must outlive the popup's widgets.
+    void fillList(std::set<Shop*, Shop::ShopComp>& shops);
+
+    void show() override;
+
+    // This popup has no text: always throws ZOLT::Exception.
+    void setText(char const* text, char const* style) override;
+    void addButton(char const* text, Evas_Smart_Cb callback, void* data, char* icon) override;
+
+    // Text of a row: DATA is its Shop. The name is cut at 63 bytes; parts other than the two text
+    // parts get an empty text. The caller frees the result.
+    static char* itemGetLabel(void* data, Evas_Object* object, char const* part);
+
+    // Takes back a pick that was not confirmed. Called before a popup is shown again.
+    void restoreSelectedItemSetting();
+
+    // Remembers SHOP as the confirmed one, with the place at which the list stands.
+    void setPreviouslySelectedShop(Shop* shop);
+
+    // The state is open to the button and key callbacks, which drive it.
+    unsigned int m_itemsCount;
+    unsigned int m_position;          // index of the row that has the focus
+    Elm_Object_Item* m_selectedItem;  // belongs to the list
+    Elm_Object_Item* m_previousItem;  // the confirmed row; belongs to the list
+    Evas_Object* m_box;               // belongs to the popup widget
+    Evas_Object* m_list;              // belongs to the box
+    Shop* m_selectedShop;             // belongs to the parser, as all shops
+    Shop* m_previousShop;             // the confirmed shop
+    bool m_shopSelected;              // whether a row was ever picked
+    struct {
+        int x, y, width, height;
+    } m_region;  // where the list stood at the confirmation
+};
+
+}  // namespace ZOLT::GUI
