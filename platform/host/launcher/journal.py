@@ -1,0 +1,43 @@
+# SPDX-License-Identifier: Apache-2.0
+"""A log that grows while somebody reads it."""
+
+import os
+import re
+
+
+class Journal:
+    """Reads the lines of a file as they come. The file may not exist yet."""
+
+    def __init__(self, path):
+        self.path = path
+        self.lines = []
+        self._offset = 0
+        self._rest = b""
+
+    def read(self):
+        """Takes in what has come since the last call, and returns all whole lines so far."""
+        if os.path.exists(self.path):
+            with open(self.path, "rb") as file:
+                file.seek(self._offset)
+                data = file.read()
+            self._offset += len(data)
+            *whole, self._rest = (self._rest + data).split(b"\n")
+            self.lines += [line.decode("utf-8", "replace") for line in whole]
+        return self.lines
+
+    def mark(self):
+        """The place after the last line so far: what comes later is new."""
+        return len(self.read())
+
+    def find(self, pattern, after=0):
+        """The first line from the place AFTER on that holds PATTERN, as a match, or None."""
+        expression = re.compile(pattern)
+        for line in self.read()[after:]:
+            found = expression.search(line)
+            if found:
+                return found
+        return None
+
+    def count(self, pattern, after=0):
+        expression = re.compile(pattern)
+        return sum(1 for line in self.read()[after:] if expression.search(line))

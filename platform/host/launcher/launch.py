@@ -1,0 +1,152 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: Apache-2.0
+"""Runs the virtual set: in a window, headless, or walked through. Called by ./run, which has checked
+the options, installed what is needed and built everything."""
+
+import argparse
+import glob
+import os
+import shutil
+import signal
+import sys
+import threading
+import time
+
+from folder import SetFolder
+from journal import Journal
+from processes import ChoiceError, SetError
+from virtual_set import VirtualSet
+from walks import WALKS, Walk, received_document
+
+
+def options():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--build", required=True, help="build folder of a preset")
+    parser.add_argument("--state", required=True, help="folder for sets, locales and pictures")
+    parser.add_argument("--headless", action="store_true")
+    parser.add_argument("--hold", action="store_true")
+    parser.add_argument("--walk")
+    parser.add_argument("--out")
+    parser.add_argument("--size")
+    parser.add_argument("--language")
+    parser.add_argument("--scenario")
+    parser.add_argument("--set")
+    parser.add_argument("--log", action="store_true")
+    return parser.parse_args()
+
+
+def say(text):
+    print(text, flush=True)
+
+
+def show_log(path):
+    """Prints the log as it grows, until the process ends."""
+    journal = Journal(path)
+
+    def follow():
+        shown = 0
+        while True:
+            lines = journal.read()
+            for line in lines[shown:]:
+                say(line)
+            shown = len(lines)
+            time.sleep(0.1)
+
+    threading.Thread(target=follow, daemon=True).start()
+
+
+def clear(out):
+    """Takes away what an earlier walk left in OUT, and nothing else."""
+    os.makedirs(out, exist_ok=True)
+    leftovers = glob.glob(os.path.join(glob.escape(out), "[0-9][0-9]-*.png"))
+    for path in leftovers + [os.path.join(out, name) for name in ("zolt.log", "registration.xml")]:
+        if os.path.exists(path):
+            os.remove(path)
+
+
+def make_folder(choice, path, fresh):
+    folder = SetFolder(path, choice.build)
+    size = tuple(int(part) for part in choice.size.split("x")) if choice.size else None
+    folder.make(fresh=fresh, description=choice.set, scenario=choice.scenario, size=size,
+                language=choice.language)
+    return folder
+
+
+def walk(choice, name):
+    out = choice.out or os.path.join(choice.state, "run")
+    clear(out)
+    folder = make_folder(choice, os.path.join(out, "set"), fresh=True)
+    log = os.path.join(out, "zolt.log")
+    width, height = folder.size
+    say(f"Walking {name!r} on a set of {width}x{height} in {folder.language}")
+    if choice.log:
+        show_log(log)
+    started = time.monotonic()
+    with VirtualSet(folder, choice.state, log=log, say=say) as running_set:
+        steps = Walk(running_set, out, say)
+        try:
+            WALKS[name](steps)
+            problem = None
+        except SetError as error:
+            problem = str(error)
+        document = received_document(running_set)
+    if document:
+        with open(os.path.join(out, "registration.xml"), "w", encoding="utf-8") as file:
+            file.write(document + "\n")
+    seconds = time.monotonic() - started
+    if problem:
+        say(f"{name}: FAILED after {len(steps.pictures)} steps and {seconds:.1f} s: {problem}")
+        return 1
+    say(f"{name}: {len(steps.pictures)} steps in {seconds:.1f} s, all in {out}")
+    return 0
+
+
+def live(choice, nested):
+    folder = make_folder(choice, os.path.join(choice.state, "set"), fresh=False)
+    with VirtualSet(folder, choice.state, nested=nested, say=say) as running_set:
+        say(f"The set is on. Its folder is {folder.path}; Ctrl-C ends it")
+        if choice.log:
+            show_log(running_set.log.path)
+        status = running_set.supervise()
+    if status is None:
+        say("The set was switched off")
+        return 0
+    say(f"zolt-hub ended with status {status}")
+    return status if status >= 0 else 128 - status
+
+
+def end_orderly(number, _frame):
+    # A second signal must not tear down the tidying up that the first one began.
+    for name in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        signal.signal(name, signal.SIG_IGN)
+    raise SystemExit(128 + number)
+
+
+def main():
+    choice = options()
+    for name in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        signal.signal(name, end_orderly)
+    name = choice.walk or "existing"
+    if name == "list":
+        for known, function in WALKS.items():
+            say(f"{known:<12} {function.__doc__}")
+        return 0
+    if name not in WALKS:
+        print(f"run: there is no walk {name}; --walk list names them", file=sys.stderr)
+        return 2
+    if choice.hold:
+        return live(choice, nested=False)
+    if choice.headless or choice.walk:
+        return walk(choice, name)
+    if not os.environ.get("DISPLAY"):
+        say("There is no display, so the set runs headless")
+        return walk(choice, name)
+    return live(choice, nested=True)
+
+
+if __name__ == "__main__":
+    try:
+        sys.exit(main())
+    except SetError as error:
+        print(f"run: {error}", file=sys.stderr)
+        sys.exit(2 if isinstance(error, ChoiceError) else 1)

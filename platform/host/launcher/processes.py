@@ -1,0 +1,164 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Processes that belong to one set: each is started here, and none outlives the launcher."""
+
+import ctypes
+import os
+import signal
+import subprocess
+import time
+
+PR_SET_PDEATHSIG = 1
+_libc = ctypes.CDLL(None, use_errno=True)
+
+
+class SetError(Exception):
+    """What went wrong with a set, in one line."""
+
+
+class ChoiceError(SetError):
+    """What is wrong with what somebody asked for, in one line."""
+
+
+def wait_until(condition, seconds, what, pause=0.03):
+    """Returns the first true answer of CONDITION, or raises SetError when SECONDS have passed."""
+    deadline = time.monotonic() + seconds
+    while True:
+        answer = condition()
+        if answer:
+            return answer
+        if time.monotonic() > deadline:
+            raise SetError(f"waited {seconds:.0f} s in vain for {what}")
+        time.sleep(pause)
+
+
+def _end_with_parent():
+    # Also a launcher that is killed outright takes its servers along.
+    _libc.prctl(PR_SET_PDEATHSIG, signal.SIGTERM)
+
+
+class Child:
+    """One started process. It has a session of its own, so that a Ctrl-C in the terminal reaches the
+    launcher alone, which then ends its children in order."""
+
+    def __init__(self, name, arguments, log=None, **options):
+        self.name = name
+        output = open(log, "ab") if log else subprocess.DEVNULL
+        try:
+            self.process = subprocess.Popen(
+                arguments, stdin=subprocess.DEVNULL, stdout=output, stderr=output,
+                start_new_session=True, preexec_fn=_end_with_parent, **options)
+        except OSError as error:
+            raise SetError(f"{name} could not be started: {error}") from error
+        finally:
+            if log:
+                output.close()
+
+    @property
+    def status(self):
+        """None while it runs, then its exit status; negative: the signal that ended it."""
+        return self.process.poll()
+
+    def stop(self, grace=10):
+        if self.status is None:
+            self.process.send_signal(signal.SIGCONT)
+            self.process.terminate()
+            try:
+                self.process.wait(grace)
+            except subprocess.TimeoutExpired:
+                self.process.kill()
+        return self.process.wait()
+
+
+def _answer_of(child, descriptor, what, seconds=60):
+    """The first line that CHILD writes to the pipe DESCRIPTOR."""
+    os.set_blocking(descriptor, False)
+    text = b""
+
+    def line():
+        nonlocal text
+        try:
+            text += os.read(descriptor, 4096)
+        except BlockingIOError:
+            pass
+        if b"\n" not in text and child.status is not None:
+            raise SetError(f"{child.name} ended with status {child.status} before it was up")
+        return text.split(b"\n")[0].decode() if b"\n" in text else None
+
+    try:
+        return wait_until(line, seconds, what)
+    finally:
+        os.close(descriptor)
+
+
+class Bus(Child):
+    """A private system bus that starts the set's daemon by activation."""
+
+    CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>system</type>
+  <listen>unix:dir={folder}</listen>
+  <auth>EXTERNAL</auth>
+  <servicedir>{folder}/services</servicedir>
+  <policy context="default">
+    <allow user="*"/>
+    <allow own="*"/>
+    <allow send_destination="*" eavesdrop="false"/>
+    <allow receive_sender="*"/>
+  </policy>
+</busconfig>
+"""
+
+    def __init__(self, folder, services, environment, log):
+        """FOLDER is private and short: a socket's path has few characters. SERVICES: file name to text."""
+        os.makedirs(f"{folder}/services", exist_ok=True)
+        for name, text in services.items():
+            with open(f"{folder}/services/{name}", "w", encoding="utf-8") as file:
+                file.write(text)
+        with open(f"{folder}/bus.conf", "w", encoding="utf-8") as file:
+            file.write(self.CONFIGURATION.format(folder=folder))
+        reading, writing = os.pipe()
+        try:
+            super().__init__("dbus-daemon", [
+                "dbus-daemon", f"--config-file={folder}/bus.conf", "--nofork", "--nopidfile",
+                "--nosyslog", f"--print-address={writing}",
+            ], log=log, pass_fds=[writing], env=environment)
+        finally:
+            os.close(writing)
+        self.address = _answer_of(self, reading, "the bus")
+
+
+class XServer(Child):
+    """An X server of its own: Xvfb without a display, Xephyr as one window on a display."""
+
+    def __init__(self, width, height, log, nested=False):
+        reading, writing = os.pipe()
+        if nested:
+            arguments = ["Xephyr", "-displayfd", str(writing), "-screen", f"{width}x{height}",
+                         "-title", "Virtual set", "-no-host-grab", "-nolisten", "tcp"]
+        else:
+            arguments = ["Xvfb", "-displayfd", str(writing), "-screen", "0",
+                         f"{width}x{height}x24", "-noreset", "-nolisten", "tcp"]
+        try:
+            super().__init__(arguments[0], arguments, log=log, pass_fds=[writing])
+        finally:
+            os.close(writing)
+        self.display = ":" + _answer_of(self, reading, "the X server")
+
+
+class WindowManager(Child):
+    """Makes each window of the program full-screen, the newest on top, as a set does."""
+
+    def __init__(self, display, log):
+        environment = dict(os.environ, DISPLAY=display)
+        super().__init__("matchbox-window-manager", [
+            "matchbox-window-manager", "-use_titlebar", "no", "-use_cursor", "no",
+        ], log=log, env=environment)
+        wait_until(lambda: self._is_up(environment), 60, "the window manager")
+
+    def _is_up(self, environment):
+        if self.status is not None:
+            raise SetError(f"{self.name} ended with status {self.status} before it was up")
+        found = subprocess.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], env=environment,
+                               capture_output=True, text=True, check=False)
+        return "window id" in found.stdout

@@ -1,0 +1,168 @@
+# SPDX-License-Identifier: Apache-2.0
+"""One whole set: bus, daemon, screen, window manager and program, in one folder."""
+
+import os
+import shutil
+import subprocess
+import tempfile
+import time
+
+from folder import SetFolder
+from journal import Journal
+from processes import Bus, Child, SetError, WindowManager, XServer, wait_until
+from remote import Camera, Remote
+
+RESTARTS = 3
+RESTART_WINDOW = 60.0
+
+
+class VirtualSet:
+    """A set that runs between __enter__ and __exit__. FOLDER has been made. Whoever holds the set may
+    end single servers (bus, screen) to see what follows."""
+
+    def __init__(self, folder: SetFolder, state, log=None, nested=False, say=print):
+        self.folder = folder
+        self.log = Journal(log or folder.file("zolt.log"))
+        self.daemon_log = Journal(folder.file("daemon.log"))
+        self.restarts = []
+        self._locales = os.path.join(state, "locales")
+        self._nested = nested
+        self._say = say
+        self._private = None
+        self.bus = self.screen = self.manager = self.program = None
+
+    def __enter__(self):
+        try:
+            self._start()
+        except BaseException:
+            self.close()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        self.close()
+
+    def _start(self):
+        for journal in (self.log, self.daemon_log):
+            if os.path.exists(journal.path):
+                os.remove(journal.path)
+        self.folder.make_locales(self._locales)
+        # Sockets need short names, which a build folder may not have.
+        self._private = tempfile.mkdtemp(prefix="zolt-")
+        self.start_bus()
+        width, height = self.folder.size
+        servers = self.folder.file("servers.log")
+        self.screen = XServer(width, height, servers, self._nested)
+        self.manager = WindowManager(self.screen.display, servers)
+        self.remote = Remote(self.screen.display)
+        self.camera = Camera(self.screen.display, width, height)
+
+    def start_bus(self):
+        self.bus = Bus(self._private, {"org.tizen.GDBus.ZoltContent.service": self._service()},
+                       self._environment(), self.folder.file("servers.log"))
+
+    def _service(self):
+        daemon = os.path.join(self.folder.build, "daemon", "zolt-daemon")
+        template = os.path.join(self.folder.build, "daemon", "org.tizen.GDBus.ZoltContent.service.in")
+        with open(template, encoding="utf-8") as file:
+            text = file.read()
+        return text.replace("@ZOLT_DAEMON@", daemon).replace("@ZOLT_SET_DIR@", self.folder.path)
+
+    def _environment(self):
+        """A person's own settings reach a set only through its description."""
+        environment = {name: value for name, value in os.environ.items()
+                       if name in ("PATH", "TERM", "USER", "LOGNAME", "PULSE_SERVER", "LD_LIBRARY_PATH")
+                       or name.startswith(("ASAN_", "UBSAN_", "LSAN_", "TSAN_", "VIRTUAL_SET_", "GCOV_"))}
+        home = self.folder.file("home")
+        environment.update({
+            "HOME": home,
+            "XDG_CONFIG_HOME": os.path.join(home, "config"),
+            "XDG_CACHE_HOME": os.path.join(home, "cache"),
+            "XDG_DATA_HOME": os.path.join(home, "data"),
+            "XDG_RUNTIME_DIR": self._runtime_folder(),
+            "LOCPATH": self._locales,
+            "EINA_LOG_LEVEL": "1",
+            "EINA_LOG_BACKTRACE": "-1",
+            "ELM_DISPLAY": "x11",
+            "ELM_ENGINE": "x11",
+            "VIRTUAL_SET_DIR": self.folder.path,
+            "VIRTUAL_SET_LOG": self.log.path,
+        })
+        if self.bus:
+            environment["DBUS_SYSTEM_BUS_ADDRESS"] = self.bus.address
+        if self.screen:
+            environment["DISPLAY"] = self.screen.display
+        return environment
+
+    def _runtime_folder(self):
+        # The sound server of a person who plays is found there.
+        if self._nested and os.environ.get("XDG_RUNTIME_DIR"):
+            return os.environ["XDG_RUNTIME_DIR"]
+        return self._private
+
+    @property
+    def hub(self):
+        return os.path.join(self.folder.build, "src", "gui", "zolt-hub")
+
+    def start_program(self):
+        self.program = Child("zolt-hub", [self.hub], log=self.folder.file("servers.log"),
+                             cwd=self.folder.path, env=self._environment())
+
+    def supervise(self, stay=lambda: True):
+        """Runs the program until it ends in an orderly way, and starts it again after any other end,
+        at most three times in a minute. Returns its exit status."""
+        self.start_program()
+        while True:
+            status = self._wait_for_end(stay)
+            if status in (0, None):
+                return status
+            now = time.monotonic()
+            self.restarts = [then for then in self.restarts if now - then < RESTART_WINDOW]
+            how = f"status {status}" if status > 0 else f"signal {-status}"
+            if len(self.restarts) >= RESTARTS:
+                self._say(f"zolt-hub ended with {how} for the fourth time in a minute; giving up")
+                return status
+            self.restarts.append(now)
+            self._say(f"zolt-hub ended with {how}; starting it again")
+            self.start_program()
+
+    def _wait_for_end(self, stay):
+        while self.program.status is None:
+            if not stay() or self.screen.status is not None:
+                self.program.stop()
+                return None
+            time.sleep(0.1)
+        return self.program.status
+
+    def control(self, *words):
+        """Sends a control verb to the running set; returns what it answers."""
+        control = os.path.join(self.folder.build, "platform", "host", "virtual-set-control")
+        told = subprocess.run([control, "--set", self.folder.path, *words], capture_output=True,
+                              text=True, check=False)
+        if told.returncode != 0:
+            raise SetError(f"control {' '.join(words)}: {told.stderr.strip()}")
+        return told.stdout.strip()
+
+    def wait_for_log(self, pattern, after=0, seconds=120, journal=None):
+        """Waits for a line of the log, and fails at once when the program ends without it."""
+        journal = journal or self.log
+
+        def seen():
+            found = journal.find(pattern, after)
+            if not found and self.program.status is not None and not journal.find(pattern, after):
+                raise SetError(f"zolt-hub ended with status {self.program.status} before {pattern!r}")
+            return found
+
+        return wait_until(seen, seconds, f"{pattern!r} in {os.path.basename(journal.path)}")
+
+    def wait_for_end(self, seconds=60):
+        wait_until(lambda: self.program.status is not None, seconds, "the end of zolt-hub")
+        return self.program.status
+
+    def close(self):
+        for child in (self.program, self.manager, self.screen, self.bus):
+            if child:
+                child.stop()
+        if self._private:
+            shutil.rmtree(self._private, ignore_errors=True)
+            self._private = None
