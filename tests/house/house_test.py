@@ -1,0 +1,136 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Holds the map of the house against the house: folders, includes, licence lines, packages."""
+
+import os
+import re
+import subprocess
+import unittest
+
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+
+
+def tracked():
+    """Files that belong to the tree; without git, as in a source package, all that are there."""
+    listed = subprocess.run(["git", "-C", ROOT, "ls-files"], capture_output=True, text=True,
+                            check=False)
+    if listed.returncode == 0 and listed.stdout:
+        return [name for name in listed.stdout.splitlines()
+                if os.path.exists(os.path.join(ROOT, name))]
+    found = []
+    for folder, names, files in os.walk(ROOT):
+        names[:] = [name for name in names if name not in ("build", ".git", "__pycache__")]
+        found += [os.path.relpath(os.path.join(folder, file), ROOT) for file in files]
+    return found
+
+
+def read(name):
+    with open(os.path.join(ROOT, name), encoding="utf-8") as file:
+        return file.read()
+
+
+def table(page, heading):
+    """The rows of the first table under HEADING, each a list of cells."""
+    text = page.split(f"## {heading}\n")[1].split("\n## ")[0]
+    rows = [line.strip("|").split("|") for line in text.splitlines() if line.startswith("|")]
+    return [[cell.strip() for cell in row] for row in rows[2:]]
+
+
+def names_in(cell):
+    return re.findall(r"`([^`]+)`", cell)
+
+
+class TheMapOfTheHouse(unittest.TestCase):
+    def setUp(self):
+        self.page = read("docs/architecture.md")
+        self.files = tracked()
+        self.sources = [name for name in self.files if name.endswith((".h", ".cpp", ".c"))]
+
+    def folder_of(self, name):
+        folders = sorted((names_in(row[0])[0] for row in table(self.page, "Folders")), key=len)
+        holding = [folder for folder in folders if name.startswith(folder + "/")]
+        return holding[-1] if holding else None
+
+    def test_every_folder_on_the_page_is_there(self):
+        for row in table(self.page, "Folders"):
+            folder = names_in(row[0])[0]
+            self.assertTrue(os.path.isdir(os.path.join(ROOT, folder)), folder)
+
+    def test_every_file_in_a_folder_lies_in_one_of_the_page(self):
+        for name in self.files:
+            if "/" in name and not name.startswith((".ci/",)) and name not in (
+                    "src/CMakeLists.txt", "platform/CMakeLists.txt"):
+                self.assertIsNotNone(self.folder_of(name), name)
+
+    def test_every_class_of_the_program_has_its_pair_of_files(self):
+        headers = {name for name in self.sources if name.startswith("src/") and name.endswith(".h")}
+        for source in self.sources:
+            if source.startswith("src/") and source.endswith(".cpp") and not source.endswith("/main.cpp"):
+                self.assertIn(source[:-4] + ".h", headers)
+
+    def test_includes_go_only_where_the_page_allows(self):
+        allowed = {names_in(row[0])[0]: names_in(row[1])
+                   for row in table(self.page, "Who may use whom")}
+        roots = {"common/": "src/common", "gdbus/": "src/gdbus", "gui/": "src/gui",
+                 "host/": "platform/host", "generated-code.h": "src/gdbus"}
+        for header in self.sources:
+            if header.startswith("platform/include/"):
+                roots[os.path.basename(header)] = "platform/include"
+        for name in self.sources:
+            folder = self.folder_of(name)
+            folder = "src/common" if folder == "src/common/systemcalls" else folder
+            if folder not in allowed or folder == "tests":
+                continue
+            for included in re.findall(r'^\s*#\s*include\s*"([^"]+)"', read(name), re.M):
+                target = next((where for start, where in roots.items()
+                               if included.startswith(start)), None)
+                beside = os.path.join(ROOT, os.path.dirname(name), included)
+                if target and target != folder and not os.path.exists(beside):
+                    self.assertIn(target, allowed[folder], f"{name} includes {included}")
+
+    def test_the_daemon_uses_nothing_of_the_program_but_the_interface_layer(self):
+        for name in self.sources:
+            if name.startswith("daemon/"):
+                for included in re.findall(r'#\s*include\s*"((?:gdbus|common|gui)/[^"]+)"', read(name)):
+                    self.assertIn(included, ("gdbus/ZOLTEvents.h",), name)
+
+    def test_nothing_outside_the_platform_includes_the_virtual_set(self):
+        for name in self.sources:
+            if not name.startswith(("platform/", "tests/")):
+                self.assertNotRegex(read(name), r'#\s*include\s*[<"](platform/)?host/', name)
+
+    def test_the_program_never_asks_which_platform_it_runs_on(self):
+        for name in self.sources:
+            if name.startswith("src/"):
+                self.assertNotRegex(read(name), r"ZOLT_PLATFORM|VIRTUAL_SET|#\s*if.*(HOST|__linux__)", name)
+
+
+class TheFiles(unittest.TestCase):
+    WITHOUT_LINE = re.compile(r"\.(json|png|ogg|wav|gitignore)$|^LICENSE$|LINGUAS$|\.gitignore$")
+
+    def test_every_file_has_its_licence_line_at_its_head(self):
+        for name in tracked():
+            if not self.WITHOUT_LINE.search(name):
+                head = read(name)[:600]
+                self.assertIn("SPDX-License-Identifier: Apache-2.0", head, name)
+
+    def test_every_header_is_guarded_by_pragma_once(self):
+        for name in tracked():
+            if name.endswith(".h"):
+                self.assertIn("\n#pragma once\n", read(name), name)
+
+    def test_no_host_of_a_package_registry_is_named(self):
+        for name in tracked():
+            if name.endswith((".png",)) or name.startswith("tests/house/"):
+                continue
+            self.assertNotRegex(read(name), r"(deb|security|ftp)\.debian\.org|registry\.npmjs", name)
+
+
+class ThePackages(unittest.TestCase):
+    def test_no_package_is_named_twice(self):
+        names = [line for line in read("packaging/debian-packages.txt").splitlines()
+                 if line and not line.startswith("#")]
+        self.assertEqual(sorted(set(names)), sorted(names))
+
+
+if __name__ == "__main__":
+    unittest.main()
