@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: Apache-2.0
+// Runs pieces of work off the main loop.
+#pragma once
+
+#include <condition_variable>
+#include <functional>
+#include <list>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include <boost/thread/thread.hpp>
+
+namespace ZOLT {
+
+// At most one pool at a time, reached through static operations that any thread may call. It runs
+// up to 15 jobs side by side, each on a thread of its own; jobs of one queue run one after another
+// in the order in which they were added. Exceptions of a job are logged and end there.
+class ThreadPool {
+  public:
+    // Throws Exception when there is a pool already, which stays unharmed.
+    ThreadPool();
+    // Does not wait for running jobs; call join() first when a job may still run.
+    ~ThreadPool();
+    ThreadPool(const ThreadPool&) = delete;
+    ThreadPool& operator=(const ThreadPool&) = delete;
+
+    // Ends the master thread; jobs that wait never run. add throws from here on.
+    void stop();
+
+    // Takes a job and returns its number. An empty QUEUE makes a job without a queue. Throws
+    // Exception when there is no pool.
+    static int add(std::function<void()> job, std::string queue);
+    // Writes one line for each job.
+    static void dump();
+    // Cancels the waiting jobs of a queue.
+    static void removeQueue(std::string queue);
+    // Interrupts a running job at its next interruption point.
+    static void interrupt(int id);
+    // The same for the first running job of a queue.
+    static void interrupt(const std::string& queue);
+    // Waits for the first running job of a queue.
+    static void join(const std::string& queue);
+    // Cancels all waiting jobs and waits for all running ones.
+    static void join();
+    static bool running(const std::string& queue);
+
+  private:
+    enum Status { JOB_WAITING = 0, JOB_RUNNING = 1, JOB_FINISHED = 2, JOB_DONE = 3 };
+
+    struct Job {
+        // Takes the next number. An empty QUEUE makes a job without a queue.
+        Job(std::function<void()> function, const std::string& queue, std::string counter);
+        void operator()();
+
+        std::function<void()> m_function;
+        std::string m_queue;
+        std::string m_counter;  // how many jobs were added up to this one, for the log
+        bool m_named;           // the caller gave a queue
+        bool m_removable;       // false while somebody waits in join
+        int m_status;           // a Status
+        int m_id;
+        int m_worker;        // -1 until started
+        std::mutex m_mutex;  // held by the worker for the whole of the run
+
+        static int m_count;
+    };
+
+    void master();
+    void worker(Job& job);
+    static Job* findRunning(const std::string& queue);
+
+    std::vector<boost::thread> m_workers;  // by worker number
+    std::list<Job> m_jobs;                 // in order of arrival, with those that have ended
+    boost::thread m_master;
+    bool m_running;
+
+    static ThreadPool* m_self;
+    static std::mutex m_mutex;            // guards all of the above and every job's status
+    static std::condition_variable m_cv;  // only the master waits on it
+};
+
+}  // namespace ZOLT

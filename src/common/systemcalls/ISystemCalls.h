@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: Apache-2.0
+// The seam to the television's values and notices, so that something else can answer in its place.
+#pragma once
+
+#include "runtime_info.h"
+#include "system_info.h"
+#include "system_settings.h"
+
+namespace ZOLT {
+
+// The order of the operations is that of the table of virtual operations, which others rely on.
+// Values: each returns the platform's code, 0 on success; a text is released with free by the
+// caller. Callbacks may come in on any thread, and there is one for each notice.
+class ISystemCalls {
+  public:
+    virtual void setWirelessIpChangedCb(void (*cb)(runtime_info_key_e, void*), void* data) = 0;
+    virtual void setWiredIpChangedCb(void (*cb)(runtime_info_key_e, void*), void* data) = 0;
+    virtual void setNetworkTypeChangedCb(void (*cb)(runtime_info_key_e, void*), void* data) = 0;
+    virtual void unsetWirelessIpChangedCb() = 0;
+    virtual void unsetWiredIpChangedCb() = 0;
+    virtual void unsetNetworkTypeChangedCb() = 0;
+    virtual void setResetCb(int (*cb)(int, void*), void* data) = 0;
+    virtual void unsetResetCb(int (*cb)(int, void*)) = 0;
+    virtual void setShopModeChangedCb(void (*cb)(runtime_info_key_e, void*), void* data) = 0;
+    virtual void unsetShopModeChangedCb() = 0;
+    virtual void setLanguageChangedCb(void (*cb)(runtime_info_key_e, void*), void* data) = 0;
+    virtual void unsetLanguageChangedCb() = 0;
+    virtual int runtimeInfoGetValueInt(runtime_info_key_e key, int* value) = 0;
+    virtual int runtimeInfoGetValueString(runtime_info_key_e key, char** value) = 0;
+    virtual int systemInfoGetValueInt(system_info_key_e key, int* value) = 0;
+    virtual int systemInfoGetValueString(system_info_key_e key, char** value) = 0;
+    virtual int systemSettingsGetValueString(system_settings_key_e key, char** value) = 0;
+    virtual int systemSettingsSetValueInt(system_settings_key_e key, int value) = 0;
+    virtual void setWakeUpCb(void (*cb)(int, void*), void* data) = 0;
+    virtual void unsetWakeUpCb(void (*cb)(int, void*)) = 0;
+    virtual ~ISystemCalls() = default;
+};
+
+}  // namespace ZOLT
