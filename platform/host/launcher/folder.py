@@ -84,10 +84,10 @@ class SetFolder:
         """Builds the locales that the set asks for into PATH, whatever the machine itself has."""
         os.makedirs(path, exist_ok=True)
         for locale in sorted({"en_US.utf8", self.language}):
-            self._make_locale(path, locale)
+            self.make_locale(path, locale)
 
     @staticmethod
-    def _make_locale(path, locale):
+    def make_locale(path, locale):
         found = re.fullmatch(r"([a-z]{2,3}_[A-Z]{2})\.(utf8|UTF-8)(@[a-z]+)?", locale)
         source = found and found.group(1) + (found.group(3) or "")
         if not source or not os.path.exists(f"/usr/share/i18n/locales/{source}"):

@@ -31,6 +31,7 @@ def options():
     parser.add_argument("--language")
     parser.add_argument("--scenario")
     parser.add_argument("--set")
+    parser.add_argument("--patience", type=float, default=120, help="seconds to wait for a step")
     parser.add_argument("--log", action="store_true")
     return parser.parse_args()
 
@@ -83,7 +84,7 @@ def walk(choice, name):
         show_log(log)
     started = time.monotonic()
     with VirtualSet(folder, choice.state, log=log, say=say) as running_set:
-        steps = Walk(running_set, out, say)
+        steps = Walk(running_set, out, say, choice.patience)
         try:
             WALKS[name](steps)
             problem = None

@@ -28,7 +28,7 @@ class VirtualSet:
         self._locales = os.path.join(state, "locales")
         self._nested = nested
         self._say = say
-        self._private = None
+        self.private = None
         self.bus = self.screen = self.manager = self.program = None
 
     def __enter__(self):
@@ -48,7 +48,7 @@ class VirtualSet:
                 os.remove(journal.path)
         self.folder.make_locales(self._locales)
         # Sockets need short names, which a build folder may not have.
-        self._private = tempfile.mkdtemp(prefix="zolt-")
+        self.private = tempfile.mkdtemp(prefix="zolt-")
         self.start_bus()
         width, height = self.folder.size
         servers = self.folder.file("servers.log")
@@ -58,8 +58,8 @@ class VirtualSet:
         self.camera = Camera(self.screen.display, width, height)
 
     def start_bus(self):
-        self.bus = Bus(self._private, {"org.tizen.GDBus.ZoltContent.service": self._service()},
-                       self._environment(), self.folder.file("servers.log"))
+        self.bus = Bus(self.private, {"org.tizen.GDBus.ZoltContent.service": self._service()},
+                       self.environment(), self.folder.file("servers.log"))
 
     def _service(self):
         daemon = os.path.join(self.folder.build, "daemon", "zolt-daemon")
@@ -68,8 +68,9 @@ class VirtualSet:
             text = file.read()
         return text.replace("@ZOLT_DAEMON@", daemon).replace("@ZOLT_SET_DIR@", self.folder.path)
 
-    def _environment(self):
-        """A person's own settings reach a set only through its description."""
+    def environment(self):
+        """What the set's processes see. A person's own settings reach a set only through its
+        description."""
         environment = {name: value for name, value in os.environ.items()
                        if name in ("PATH", "TERM", "USER", "LOGNAME", "PULSE_SERVER", "LD_LIBRARY_PATH")
                        or name.startswith(("ASAN_", "UBSAN_", "LSAN_", "TSAN_", "VIRTUAL_SET_", "GCOV_"))}
@@ -98,7 +99,7 @@ class VirtualSet:
         # The sound server of a person who plays is found there.
         if self._nested and os.environ.get("XDG_RUNTIME_DIR"):
             return os.environ["XDG_RUNTIME_DIR"]
-        return self._private
+        return self.private
 
     @property
     def hub(self):
@@ -106,7 +107,7 @@ class VirtualSet:
 
     def start_program(self):
         self.program = Child("zolt-hub", [self.hub], log=self.folder.file("servers.log"),
-                             cwd=self.folder.path, env=self._environment())
+                             cwd=self.folder.path, env=self.environment())
 
     def supervise(self, stay=lambda: True):
         """Runs the program until it ends in an orderly way, and starts it again after any other end,
@@ -163,6 +164,6 @@ class VirtualSet:
         for child in (self.program, self.manager, self.screen, self.bus):
             if child:
                 child.stop()
-        if self._private:
-            shutil.rmtree(self._private, ignore_errors=True)
-            self._private = None
+        if self.private:
+            shutil.rmtree(self.private, ignore_errors=True)
+            self.private = None

@@ -14,21 +14,22 @@ SOUND_MOVE = r"Playing AUI sound \[AUISoundType: 0\]"
 class Walk:
     """One person in front of one running set, who presses keys, looks, and keeps the pictures."""
 
-    def __init__(self, running_set, out, say=print):
+    def __init__(self, running_set, out, say=print, patience=120):
         self.set = running_set
         self.out = out
+        self.patience = patience
         self.pictures = []
         self._say = say
         self._started = time.monotonic()
 
-    def press(self, key, *expected, seconds=120):
+    def press(self, key, *expected):
         """Presses KEY and waits until the log holds all EXPECTED lines, in any order. Returns the match
         of the last one."""
         mark = self.set.log.mark()
         self.set.remote.press(key)
         found = None
         for pattern in expected:
-            found = self.set.wait_for_log(pattern, mark, seconds)
+            found = self.wait_for(pattern, mark)
         return found
 
     def look(self, name, text):
@@ -42,14 +43,19 @@ class Walk:
 
     def start(self):
         """Starts the program, and returns the name of its first screen."""
-        self.set.start_program()
         self._started = time.monotonic()
-        screen = self.set.wait_for_log(SCREEN).group(1)
-        self.set.wait_for_log(r"calling Resume")
+        mark = self.set.log.mark()
+        self.set.start_program()
+        screen = self.wait_for_screen(mark)
+        self.wait_for(r"calling Resume", mark)
         return screen
 
+    def wait_for(self, pattern, after=0):
+        """Waits for a line of the log after the place AFTER."""
+        return self.set.wait_for_log(pattern, after, self.patience)
+
     def wait_for_screen(self, after):
-        return self.set.wait_for_log(SCREEN, after).group(1)
+        return self.wait_for(SCREEN, after).group(1)
 
     def end(self, expected=0):
         status = self.set.wait_for_end()
@@ -105,7 +111,7 @@ def existing(walk):
     mark = walk.set.log.mark()
     walk.press("Return", r"Called .*shopRegistrationRequested", r"Called .*requestRegistrationShopInfo")
     walk.look("registering", "the set hands the registration over")
-    walk.set.wait_for_log(r"Called .*showCompletionPopup", mark)
+    walk.wait_for(r"Called .*showCompletionPopup", mark)
     walk.look("completed", "the registration is complete")
     walk.press("Return", r"Called .*quitRequested")
     walk.end()

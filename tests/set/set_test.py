@@ -1,0 +1,485 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Whole sets, driven as a person drives them: real keys, a real bus, the real daemon, pictures."""
+
+import glob
+import os
+import re
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import unittest
+import xml.etree.ElementTree as ElementTree
+
+SOURCE = os.environ["ZOLT_SOURCE"]
+BUILD = os.environ["ZOLT_BUILD"]
+LAUNCHER = os.path.join(SOURCE, "platform", "host", "launcher")
+sys.path.insert(0, LAUNCHER)
+
+from folder import SetFolder  # noqa: E402
+from processes import Child, wait_until  # noqa: E402
+from virtual_set import VirtualSet  # noqa: E402
+from walks import SOUND_MOVE, Walk, received_document  # noqa: E402
+
+DEADLINE = 240
+
+
+def processes_of(marker):
+    """Processes whose environment or command line names MARKER, without this one."""
+    found = []
+    for name in os.listdir("/proc"):
+        if not name.isdigit() or int(name) == os.getpid():
+            continue
+        try:
+            with open(f"/proc/{name}/environ", "rb") as file:
+                text = file.read()
+            with open(f"/proc/{name}/cmdline", "rb") as file:
+                text += file.read()
+            with open(f"/proc/{name}/stat", "rb") as file:
+                state = file.read().rsplit(b")", 1)[1].split()[0]
+        except OSError:
+            continue
+        if marker.encode() in text and state != b"Z":
+            found.append(int(name))
+    return found
+
+
+class SetCase(unittest.TestCase):
+    def setUp(self):
+        self.private = tempfile.mkdtemp(prefix="zolt-test-")
+        self.addCleanup(shutil.rmtree, self.private, ignore_errors=True)
+        self.said = []
+
+    def write(self, name, text):
+        path = os.path.join(self.private, name)
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(text)
+        return path
+
+    def folder(self, **choices):
+        folder = SetFolder(os.path.join(self.private, "set"), BUILD)
+        if isinstance(choices.get("scenario"), dict):
+            choices["scenario"] = self.write("scenario.ini", self.key_file(choices["scenario"]))
+        folder.make(**choices)
+        return folder
+
+    @staticmethod
+    def key_file(groups):
+        return "".join(f"[{group}]\n" + "".join(f"{key}={value}\n" for key, value in values.items())
+                       for group, values in groups.items())
+
+    def start(self, **choices):
+        """A running set with a person in front of it; it ends with the test."""
+        running_set = VirtualSet(self.folder(**choices), os.path.join(BUILD, "test-state"),
+                                 say=self.said.append)
+        running_set.__enter__()
+        self.addCleanup(running_set.close)
+        return Walk(running_set, self.private, self.said.append)
+
+    def to_search(self, walk):
+        """From the first menu to the search in the local network."""
+        self.assertEqual("MainMenuUnregisteredScreen", walk.start())
+        walk.press("Down", SOUND_MOVE)
+        walk.press("Return", r"Called .*displayShopsFromLANRequested")
+
+    def launch(self, *arguments):
+        return subprocess.run(
+            ["/usr/bin/python3", "-B", os.path.join(LAUNCHER, "launch.py"), "--build", BUILD,
+             "--state", os.path.join(self.private, "state"), *arguments],
+            capture_output=True, text=True, timeout=DEADLINE, check=False)
+
+
+class Walking(SetCase):
+    CALLS = ["requestShopInfoList", "getShopInfoList", "getRegisteredShopInfo",
+             "requestRegistrationShopInfo", "applicationCancelled"]
+
+    def calls(self, path):
+        with open(path, encoding="utf-8") as file:
+            return re.findall(r" call (\w+)", file.read())
+
+    def walk(self, *arguments):
+        out = os.path.join(self.private, "out")
+        ended = self.launch("--headless", "--out", out, *arguments)
+        self.assertEqual(0, ended.returncode, ended.stdout + ended.stderr)
+        return out, ended.stdout
+
+    def test_an_existing_registration_is_walked_from_the_first_menu_to_the_completion_popup(self):
+        out, said = self.walk()
+        pictures = sorted(glob.glob(os.path.join(out, "*.png")))
+        self.assertEqual(pictures[0], os.path.join(out, "01-menu.png"))
+        self.assertTrue(pictures[-1].endswith("-completed.png"))
+        numbers = [int(os.path.basename(path)[:2]) for path in pictures]
+        self.assertEqual(list(range(1, len(pictures) + 1)), numbers)
+        self.assertIn(f"existing: {len(pictures)} steps", said)
+        with open(os.path.join(out, "zolt.log"), encoding="utf-8") as file:
+            log = file.read()
+        self.assert_in_order(log, [
+            "ZOLT GUI application: Initializing", "ZOLT GUI application: Starting",
+            "increasing Vconf", "Compilation timestamp:", "Version:", "AppName:",
+            "Language set successfully to [en_US.utf8]", "calling Resume",
+            "displayShopsFromLANRequested", "Controller::callbackManager called (Event: 0; Reason: 2)",
+            "ShopListScreen::ShopListScreen", "No Shop is selected now so deactivate OK button",
+            "selectionPopupItemSelectionCb", "Selected Region: ", "nextSelectionScreenRequested",
+            "registrationConfirmationScreenRequested", "shopRegistrationRequested",
+            "Controller::callbackManager called (Event: 0; Reason: 3)", "showCompletionPopup",
+            "quitRequested", "calling Terminate", "Decreasing Vconf",
+            "ZOLT GUI application: Closing", "Vconf is already changed"])
+        self.assertNotIn("Exception", log)
+
+    def assert_in_order(self, log, texts):
+        place = 0
+        for text in texts:
+            found = log.find(text, place)
+            self.assertGreaterEqual(found, 0, f"{text!r} does not follow")
+            place = found + len(text)
+
+    def test_the_daemon_sees_each_call_in_order_with_the_document_that_the_screen_showed(self):
+        out, _ = self.walk()
+        journal = os.path.join(out, "set", "daemon.log")
+        seen = self.calls(journal)
+        self.assertEqual("requestShopInfoList", seen[0])
+        self.assertEqual("getShopInfoList", seen[1])
+        levels = seen.count("getRegisteredShopInfo")
+        self.assertGreaterEqual(levels, 2)
+        self.assertEqual(["requestShopInfoList", "getShopInfoList"] +
+                         ["getRegisteredShopInfo"] * levels +
+                         ["requestRegistrationShopInfo", "applicationCancelled"], seen)
+        document = ElementTree.parse(os.path.join(out, "registration.xml")).getroot()
+        self.assertEqual("rsp", document.tag)
+        codes = [entry.get("code") for entry in document.iter("sub_list")]
+        self.assertGreaterEqual(len(codes), 2)
+        for parent, child in zip(codes, codes[1:]):
+            self.assertEqual(parent, child[:-2])
+        self.assertEqual("N", document.findall("list")[-1].get("is_sub"))
+        with open(os.path.join(out, "set", "data", "registered.xml"), encoding="utf-8") as file:
+            kept = file.read().strip()
+        with open(os.path.join(out, "registration.xml"), encoding="utf-8") as file:
+            self.assertEqual(kept, file.read().strip())
+
+    def test_a_smaller_set_in_arabic_is_walked_in_mirror_image(self):
+        out, _ = self.walk("--size", "1280x720", "--language", "ar_EG")
+        size = subprocess.run(["identify", "-format", "%wx%h", os.path.join(out, "01-menu.png")],
+                              capture_output=True, text=True, check=True).stdout
+        self.assertEqual("1280x720", size)
+        with open(os.path.join(out, "zolt.log"), encoding="utf-8") as file:
+            self.assertIn("Language set successfully to [ar_EG.utf8]", file.read())
+
+    def test_every_list_that_ships_can_be_walked(self):
+        for name in ("scripts", "places", "one-shop"):
+            with self.subTest(name):
+                scenario = self.write("scenario.ini", self.key_file({"shops": {"list": name}}))
+                self.walk("--scenario", scenario)
+
+    def test_a_walk_that_cannot_be_gone_fails_and_says_where(self):
+        scenario = self.write("scenario.ini", self.key_file({"lan": {"found": "false"}}))
+        ended = self.launch("--headless", "--out", os.path.join(self.private, "out"),
+                            "--scenario", scenario, "--walk", "existing", "--patience", "15")
+        self.assertEqual(1, ended.returncode)
+        self.assertIn("existing: FAILED after", ended.stdout)
+
+
+class Options(SetCase):
+    def run_with(self, *arguments):
+        return subprocess.run([os.path.join(SOURCE, "run"), *arguments], capture_output=True,
+                              text=True, timeout=DEADLINE, check=False)
+
+    def assert_refused(self, *arguments):
+        ended = self.run_with(*arguments)
+        self.assertEqual(2, ended.returncode, arguments)
+        self.assertEqual("", ended.stdout)
+        self.assertEqual(1, len(ended.stderr.strip().splitlines()), ended.stderr)
+
+    def test_a_wrong_option_is_one_clear_line_and_status_two(self):
+        for arguments in (["--fast"], ["--size"], ["--size", "1920"], ["--size", "0x0"],
+                          ["--size", "big"], ["--language", "english"], ["--language"],
+                          ["--scenario", "/nowhere/scenario.ini"], ["--set", "/nowhere/set.ini"],
+                          ["--set", "/"], ["--out"], ["--build", "cathedral"], ["extra"]):
+            with self.subTest(arguments):
+                self.assert_refused(*arguments)
+
+    def test_help_names_every_option(self):
+        ended = self.run_with("--help")
+        self.assertEqual(0, ended.returncode)
+        for option in ("--headless", "--out", "--size", "--language", "--scenario", "--set", "--help"):
+            self.assertIn(option, ended.stdout)
+
+    def test_a_language_that_no_locale_speaks_is_refused(self):
+        ended = self.launch("--headless", "--language", "xx_YY")
+        self.assertEqual(2, ended.returncode)
+        self.assertIn("xx_YY", ended.stderr)
+
+    def test_an_unknown_walk_is_refused_and_the_list_names_the_known_ones(self):
+        self.assertEqual(2, self.launch("--headless", "--walk", "backwards").returncode)
+        self.assertIn("existing", self.launch("--headless", "--walk", "list").stdout)
+
+
+class Ending(SetCase):
+    def hold(self, scenario=None):
+        """A set that ./run keeps on until it is told to stop."""
+        state = os.path.join(self.private, "state")
+        arguments = ["/usr/bin/python3", "-B", os.path.join(LAUNCHER, "launch.py"), "--build", BUILD,
+                     "--state", state, "--hold"]
+        if scenario:
+            arguments += ["--set", scenario]
+        output = os.path.join(self.private, "output")
+        with open(output, "wb") as file:
+            process = subprocess.Popen(arguments, stdout=file, stderr=file, stdin=subprocess.DEVNULL)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        log = os.path.join(state, "set", "zolt.log")
+        wait_until(lambda: os.path.exists(log) and b"calling Resume" in open(log, "rb").read(),
+                   DEADLINE, "the set")
+        return process, state, output
+
+    def assert_all_gone(self, state):
+        wait_until(lambda: not processes_of(state), 60, f"the end of {processes_of(state)}")
+
+    def test_everything_ends_with_ctrl_c(self):
+        process, state, _ = self.hold()
+        self.assertGreaterEqual(len(processes_of(state)), 3)
+        process.send_signal(signal.SIGINT)
+        self.assertEqual(130, process.wait(DEADLINE))
+        self.assert_all_gone(state)
+        self.assertEqual([], [name for name in processes_of("zolt-") if name in processes_of(state)])
+
+    def test_everything_ends_with_a_launcher_that_is_killed(self):
+        process, state, _ = self.hold()
+        process.kill()
+        process.wait(DEADLINE)
+        self.assert_all_gone(state)
+
+    def test_an_orderly_end_of_the_program_ends_the_set(self):
+        process, state, _ = self.hold()
+        control = os.path.join(BUILD, "platform", "host", "virtual-set-control")
+        subprocess.run([control, "--set", os.path.join(state, "set"), "quit"], check=True)
+        self.assertEqual(0, process.wait(DEADLINE))
+        self.assert_all_gone(state)
+
+    def test_a_program_that_dies_is_started_again_three_times_in_a_minute(self):
+        process, state, output = self.hold()
+        log = os.path.join(state, "set", "zolt.log")
+        for life in range(1, 5):
+            wait_until(lambda: open(log, "rb").read().count(b"calling Resume") >= life, DEADLINE,
+                       f"life {life}")
+            hub = [number for number in processes_of(state)
+                   if os.path.basename(os.readlink(f"/proc/{number}/exe")) == "zolt-hub"]
+            os.kill(hub[0], signal.SIGKILL)
+        self.assertEqual(137, process.wait(DEADLINE))
+        with open(output, encoding="utf-8") as file:
+            said = file.read()
+        self.assertEqual(3, said.count("zolt-hub ended with signal 9; starting it again"))
+        self.assertIn("for the fourth time in a minute", said)
+
+
+class Registration(SetCase):
+    def test_the_next_start_of_a_registered_set_shows_the_other_menu(self):
+        walk = self.start()
+        from walks import existing
+        existing(walk)
+        self.assertTrue(os.path.exists(walk.set.folder.file("data", "registered")))
+        mark = walk.set.log.mark()
+        walk.set.start_program()
+        self.assertEqual("MainMenuRegisteredScreen", walk.wait_for_screen(mark))
+
+    def test_the_flag_file_stands_after_the_program_has_ended(self):
+        walk = self.start()
+        walk.start()
+        walk.press("Escape", r"quitRequested")
+        walk.end()
+        self.assertEqual(0, os.path.getsize(walk.set.folder.file("data", "service-cond-flag")))
+
+
+class Trouble(SetCase):
+    """What goes wrong around a set ends as it should, with its line in the log."""
+
+    def kill_daemon(self, walk):
+        found = [number for number in processes_of(walk.set.folder.path)
+                 if os.path.basename(os.readlink(f"/proc/{number}/exe")) == "zolt-daemon"]
+        self.assertEqual(1, len(found))
+        os.kill(found[0], signal.SIGKILL)
+
+    def test_a_daemon_that_dies_during_a_request_and_returns_leaves_a_program_that_answers(self):
+        walk = self.start(scenario={"delays": {"shop_list": 600000}})
+        self.to_search(walk)
+        walk.set.wait_for_log(r"call requestShopInfoList", journal=walk.set.daemon_log)
+        mark = walk.set.log.mark()
+        self.kill_daemon(walk)
+        walk.set.wait_for_log(r"Removing object /zolt/gui", mark)
+        daemon = os.path.join(BUILD, "daemon", "zolt-daemon")
+        again = Child("zolt-daemon", [daemon, "--set", walk.set.folder.path],
+                      env=walk.set.environment(), log=walk.set.folder.file("servers.log"))
+        self.addCleanup(again.stop)
+        walk.set.wait_for_log(r"Object /zolt/gui added", mark)
+        walk.press("Escape", r"quitRequested", r"calling Terminate")
+        walk.end()
+        self.assertIsNotNone(walk.set.daemon_log.find(r"call applicationCancelled"))
+
+    def test_a_daemon_that_dies_in_the_middle_of_a_call_ends_the_program_which_can_start_again(self):
+        walk = self.start(scenario={"failures": {"die_in": "requestShopInfoList"}})
+        self.to_search(walk)
+        walk.end(expected=1)
+        self.assertIsNotNone(walk.set.log.find(r"Exception caught: Failed to request shop info list: "))
+        mark = walk.set.log.mark()
+        walk.set.start_program()
+        self.assertEqual("MainMenuUnregisteredScreen", walk.wait_for_screen(mark))
+        walk.set.wait_for_log(r"calling Resume", mark)
+        walk.press("Escape", r"quitRequested")
+        walk.end()
+
+    def test_a_set_without_a_configuration_file_ends_with_status_one(self):
+        walk = self.start()
+        os.remove(walk.set.folder.file("config.xml"))
+        walk.set.start_program()
+        walk.end(expected=1)
+        self.assertIsNotNone(walk.set.log.find(
+            r"Exception caught: Failed to parse XML, file does not exist or is invalid: config.xml"))
+
+    def test_a_broken_configuration_file_ends_the_program_with_status_one(self):
+        walk = self.start()
+        with open(walk.set.folder.file("config.xml"), "w", encoding="utf-8") as file:
+            file.write("<config><item name='DefaultLang'>en")
+        walk.set.start_program()
+        walk.end(expected=1)
+        self.assertIsNotNone(walk.set.log.find(r"file does not exist or is invalid: config.xml"))
+
+    def test_an_absent_key_ends_the_program_with_status_one(self):
+        walk = self.start()
+        path = walk.set.folder.file("config.xml")
+        with open(path, encoding="utf-8") as file:
+            text = file.read()
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(re.sub(r'<item name="LayoutPath">.*?</item>', "", text))
+        walk.set.start_program()
+        walk.end(expected=1)
+        self.assertIsNotNone(walk.set.log.find(r"Exception caught: map::at"))
+
+    def test_a_set_without_its_theme_stands_with_an_empty_screen_and_answers(self):
+        walk = self.start()
+        path = walk.set.folder.file("config.xml")
+        with open(path, encoding="utf-8") as file:
+            text = file.read()
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(re.sub(r'(<item name="LayoutPath">).*?(</item>)', r"\1/nowhere\2", text))
+        self.assertEqual("MainMenuUnregisteredScreen", walk.start())
+        walk.press("Escape", r"quitRequested")
+        walk.end()
+
+    def test_a_set_without_a_bus_shows_its_menu_and_ends_with_status_one_at_the_first_call(self):
+        walk = self.start()
+        walk.set.bus.stop()
+        walk.start()
+        self.assertIsNotNone(walk.set.log.find(r"Failed to create object manager client: "))
+        walk.press("Down", SOUND_MOVE)
+        walk.press("Return", r"Exception caught: Failed to find GUI proxy object")
+        walk.end(expected=1)
+
+    def test_a_set_whose_daemon_cannot_be_started_ends_with_status_one_at_the_first_call(self):
+        walk = self.start()
+        for name in glob.glob(os.path.join(walk.set.private, "services", "*.service")):
+            os.remove(name)
+        walk.set.bus.process.send_signal(signal.SIGHUP)
+        walk.start()
+        walk.press("Down", SOUND_MOVE)
+        walk.press("Return", r"Exception caught: Failed to find GUI proxy object")
+        walk.end(expected=1)
+
+    def shop_list(self, text):
+        path = self.write("list.xml", text)
+        walk = self.start(scenario={"shops": {"list": path}})
+        self.to_search(walk)
+        return walk
+
+    def assert_unstable_connection(self, walk, line):
+        walk.set.wait_for_log(r"Exception caught during event handling: " + line)
+        walk.set.wait_for_log(r"Called .*showNetworkFailurePopup")
+        walk.press("Return", r"quitRequested")
+        walk.end()
+
+    def test_an_empty_shop_list_shows_the_popup_of_an_unstable_connection(self):
+        self.assert_unstable_connection(self.shop_list(""), "Shop list is empty")
+
+    def test_a_broken_shop_list_shows_the_popup_of_an_unstable_connection(self):
+        self.assert_unstable_connection(self.shop_list("<rsp><list"),
+                                        r"Failed to parse XML: invalid input \[<rsp><list\]")
+
+    def test_a_shop_list_without_a_level_shows_the_popup_of_an_unstable_connection(self):
+        self.assert_unstable_connection(self.shop_list('<rsp stat="ok"></rsp>'),
+                                        'No Node under "/rsp/list" path')
+
+    def test_a_list_of_a_hundred_thousand_entries_can_be_chosen_from(self):
+        digits = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ"
+        pairs = [a + b for a in digits for b in digits]
+        top = "".join(f'<sub_list name="Region {code}" code="{code}"/>' for code in pairs[:100])
+        rest = "".join(f'<sub_list name="Shop {parent}{code}" code="{parent}{code}"/>'
+                       for parent in pairs[:100] for code in pairs[:1000])
+        walk = self.shop_list(
+            '<rsp stat="ok"><list level="1" name="Region" is_fix="N" is_sub="Y">' + top +
+            '</list><list level="2" name="Shop" is_fix="N" is_sub="N">' + rest + "</list></rsp>")
+        walk.wait_for(r"Called ZOLT::GUI::ShopListScreen::ShopListScreen\(")
+        walk.press("Return", r"Called .*SelectionPopup::show")
+        walk.press("Return", r"Called .*selectionPopupItemSelectionCb")
+        walk.press("Return", r"Selected Region")
+        walk.press("Return", r"Called .*nextSelectionScreenRequested", r"ShopListScreen::ShopListScreen\(")
+        walk.press("Return", r"Called .*SelectionPopup::show")
+        walk.press("Down", SOUND_MOVE)
+        walk.press("Escape", r"popup hide called")
+        walk.press("Escape", r"quitRequested")
+        walk.end()
+
+    def test_a_document_that_the_daemon_refuses_ends_the_program_with_status_one(self):
+        walk = self.start(scenario={"failures": {"error_in": "requestRegistrationShopInfo"},
+                                    "shops": {"list": "one-shop"}})
+        self.to_search(walk)
+        walk.set.wait_for_log(r"RegistrationInfoScreen::RegistrationInfoScreen\(")
+        walk.press("Return", r"Called .*shopRegistrationRequested")
+        walk.end(expected=1)
+        self.assertIsNotNone(walk.set.log.find(r"Exception caught: Failed to request registration: "))
+        self.assertFalse(os.path.exists(walk.set.folder.file("data", "registered")))
+
+    def test_a_list_with_a_missing_level_is_noticed_by_the_watchdog_and_the_program_starts_again(self):
+        description = self.write("set.ini", self.key_file({"watchdog": {"seconds": 3}}))
+        path = self.write("list.xml", '<rsp stat="ok"><list level="1" name="R" is_fix="N" is_sub="Y">'
+                          '<sub_list name="A" code="01"/></list>'
+                          '<list level="2" name="S" is_fix="N" is_sub="N">'
+                          '<sub_list name="B" code="010101"/></list></rsp>')
+        walk = self.start(description=description, scenario={"shops": {"list": path}})
+        self.to_search(walk)
+        self.assertEqual(-signal.SIGABRT, walk.set.wait_for_end(DEADLINE))
+        self.assertIsNotNone(walk.set.log.find(r"main loop"))
+
+
+class Playing(SetCase):
+    def test_back_on_the_first_menu_ends_the_program(self):
+        walk = self.start()
+        walk.start()
+        walk.press("Escape", r"return button pressed", r"quit is requested", r"quitRequested")
+        walk.end()
+
+    def test_an_arrow_that_leads_nowhere_sounds_blocked(self):
+        walk = self.start()
+        walk.start()
+        walk.press("Left", r"No Focus Key Event pressed", r"AUISoundType: 2\]")
+
+    def test_control_verbs_reach_a_running_set(self):
+        walk = self.start()
+        walk.start()
+        mark = walk.set.log.mark()
+        walk.set.control("pause")
+        walk.set.wait_for_log(r"calling Pause", mark)
+        walk.set.control("resume")
+        walk.set.wait_for_log(r"calling Resume", mark)
+        walk.set.control("app-control")
+        walk.set.wait_for_log(r"MainMenuUnregisteredScreen::MainMenuUnregisteredScreen\(", mark)
+
+    def test_a_change_of_the_language_renews_the_texts_of_the_screen_that_stands(self):
+        walk = self.start()
+        walk.start()
+        walk.set.folder.make_locale(os.path.join(BUILD, "test-state", "locales"), "ko_KR.utf8")
+        before = walk.set.camera.settled()
+        walk.set.control("set", "language", "language", "ko_KR.utf8")
+        wait_until(lambda: walk.set.camera.settled() != before, 60, "the Korean menu")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
