@@ -102,8 +102,10 @@ class Controller {
     Screen& currentScreen() const;
     // The shop chosen last; throws std::out_of_range when none is.
     Shop& lastChosenShop() const;
-    // Entries that fit the choices made so far, at a level below the first.
-    std::set<Shop*, Shop::ShopComp>& entriesBelowChoice();
+    // The entry of the current level if it offers exactly one, otherwise null.
+    Shop* onlyEntryOfLevel();
+    // SHOP, or where a chain of only children leads from it.
+    Shop* lastOfOnlyChildren(Shop* shop);
     // Shows a new screen and makes it the current one.
     void present(std::unique_ptr<Screen> screen);
     template <typename ScreenType>

@@ -1,0 +1,205 @@
+// SPDX-License-Identifier: Apache-2.0
+// Entry of the process, and its life as the application framework drives it.
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include <Elementary.h>
+
+#include "app.h"
+#include "common/ConditionFileForDaemonActivation.h"
+#include "common/DeviceInfo.h"
+#include "common/Exception.h"
+#include "common/Logger.h"
+#include "common/ThreadPool.h"
+#include "common/Translator.h"
+#include "common/Version.h"
+#include "common/ZoltConfig.h"
+#include "common/systemcalls/ISystemCalls.h"
+#include "common/systemcalls/SystemCallsFactory.h"
+#include "gui/Controller.h"
+#include "vconf.h"
+
+static const std::string configFilePath = ZOLT_CONFIG_FILE;
+static const std::string daemonActivationFlagPath = ZOLT_FLAG_FILE;
+
+// The application's one context. Released from the last member to the first, so that the
+// controller's screens go while everything that they may ask is still there.
+struct _appdata {
+    const char* name = "ZOLT_GUI";
+    std::unique_ptr<ZOLT::DeviceInfo> deviceInfo;       // made in _create
+    std::unique_ptr<ZOLT::ISystemCalls> systemCalls;    // made in _create
+    std::unique_ptr<ZOLT::GUI::Controller> controller;  // made in _app_control
+};
+
+// Whether this process has added its one unit to the counter that keeps the screensaver off.
+static bool s_vconfRaised = false;
+
+// Adds this process's unit to the counter, or takes it away. Other parties count too, so no
+// absolute value is written; that reading and writing are two steps is accepted.
+static void zolt_set_vconf(bool raise) {
+    ZOLT_TRACE();
+    static constexpr const char* KEY = "memory/zolt/zolt_screensaver_blocking";
+    int value = -1;
+    if (raise == s_vconfRaised) {
+        vconf_get_int(KEY, &value);
+        ZOLT_DEBUG("Vconf is already changed-------------------Current vconf is: %d", value);
+        return;
+    }
+    ZOLT_DEBUG("%s", raise ? "increasing Vconf" : "Decreasing Vconf");
+    vconf_get_int(KEY, &value);
+    ZOLT_DEBUG("current vconf is: %d", value);
+    vconf_set_int(KEY, raise ? value + 1 : value - 1);
+    s_vconfRaised = raise;
+}
+
+static void setUILocales(ZOLT::DeviceInfo* deviceInfo) {
+    ZOLT_TRACE();
+    char* language = nullptr;
+    deviceInfo->getLanguageStringValue(&language);
+    if (language == nullptr) {
+        ZOLT_WARN("Unable to set the language");
+        return;
+    }
+    elm_language_set(language);
+    free(language);
+}
+
+static void enableLocales(ZOLT::DeviceInfo* deviceInfo) {
+    ZOLT_TRACE();
+    ZOLT::Translator translator(ZoltConfig::get("DefaultLang"), deviceInfo);
+    translator.enableLocales("ZOLT", ZoltConfig::get("LocalesPath"));
+    translator.setLocale(nullptr);
+}
+
+// The context behind a callback's argument. Without one there is nothing to go on with, and the
+// program ends in an orderly way.
+static _appdata& contextOf(void* data) {
+    if (data == nullptr) {
+        throw ZOLT::Exception("No application data", ZOLT::GENERIC_ERROR);
+    }
+    return *static_cast<_appdata*>(data);
+}
+
+static bool _create(void* data) {
+    ZOLT_TRACE();
+    ZoltConfig::initialize(configFilePath);
+    ZoltConfig::load();
+    Version::printVersion("ZOLT GUI");
+    _appdata& context = contextOf(data);
+    context.systemCalls.reset(ZOLT::SystemCallsFactory::getSystemCalls());
+    context.deviceInfo = std::make_unique<ZOLT::DeviceInfo>(context.systemCalls.get());
+    ZOLT::DeviceInfo::m_imageType = ZOLT::DeviceInfo::setImageType();
+    enableLocales(context.deviceInfo.get());
+    setUILocales(context.deviceInfo.get());
+    return true;
+}
+
+// Each launch request builds a new flow. The old one goes after the new one stands and takes
+// Controller::m_self with it: wanted, since the callbacks know this state.
+static void _app_control(app_control_h /*appControl*/, void* data) {
+    ZOLT_TRACE();
+    if (data == nullptr) {
+        ZOLT_WARN("Bad app function call");
+        return;
+    }
+    _appdata& context = contextOf(data);
+    context.controller = std::make_unique<ZOLT::GUI::Controller>(context.deviceInfo.get());
+    context.controller->initialize();
+}
+
+static void _pause(void* /*data*/) {
+    ZOLT_TRACE();
+    ZOLT_DEBUG("calling Pause");
+    zolt_set_vconf(false);
+}
+
+static void _resume(void* /*data*/) {
+    ZOLT_TRACE();
+    ZOLT_DEBUG("calling Resume");
+    zolt_set_vconf(true);
+}
+
+static void _terminate(void* data) {
+    ZOLT_TRACE();
+    ZOLT_DEBUG("calling Terminate");
+    if (data == nullptr) {
+        ZOLT_WARN("Bad app function call");
+        return;
+    }
+    zolt_set_vconf(false);
+    _appdata& context = contextOf(data);
+    if (!context.controller) {
+        return;  // ended before the first launch request: there is no flow to put away
+    }
+    context.controller->cancel();
+    context.controller->terminate();
+    context.controller.reset();
+}
+
+// Reads its first argument as the context: wanted, the set hands it over in the place of the
+// event's information.
+static void _lang_changed(void* data) {
+    ZOLT_TRACE();
+    setUILocales(contextOf(data).deviceInfo.get());
+}
+
+// _lang_changed takes one argument only, and calling it through the platform's type of two would be
+// undefined.
+static void languageChangedHandler(app_event_info_h information, void* /*data*/) {
+    _lang_changed(information);
+}
+
+// Those without a callback are registered on purpose and do nothing. Results are not looked at.
+static void addEventHandlers(app_event_handler_h (&handlers)[5], _appdata& context) {
+    const struct {
+        app_event_type_e type;
+        app_event_cb callback;
+        void* data;
+    } events[] = {
+        {APP_EVENT_LOW_BATTERY, nullptr, nullptr},
+        {APP_EVENT_LOW_MEMORY, nullptr, nullptr},
+        {APP_EVENT_DEVICE_ORIENTATION_CHANGED, nullptr, nullptr},
+        {APP_EVENT_LANGUAGE_CHANGED, languageChangedHandler, &context},
+        {APP_EVENT_REGION_FORMAT_CHANGED, nullptr, nullptr},
+    };
+    for (const auto& event : events) {
+        ui_app_add_event_handler(&handlers[event.type], event.type, event.callback, event.data);
+    }
+}
+
+int main(int argc, char** argv) {
+    try {
+        ZOLT_TRACE();
+        // All output goes to the log from here on.
+        fclose(stdout);
+        fclose(stderr);
+        ZOLT_LOG(LOG_ID_SYSTEM, DLOG_INFO, "ZOLT GUI application: Initializing");
+        ZOLT::ConditionFileForDaemonActivation flagFile(daemonActivationFlagPath);
+        flagFile.create();
+        ui_app_lifecycle_callback_s lifecycle = {_create, _terminate, _pause, _resume,
+                                                 _app_control};
+        _appdata appdata;
+        app_event_handler_h handlers[5] = {};
+        addEventHandlers(handlers, appdata);
+        const ZOLT::ThreadPool threadPool;  // lives as long as the main loop; gets no work here
+        ZOLT_LOG(LOG_ID_SYSTEM, DLOG_INFO, "ZOLT GUI application: Starting");
+        zolt_set_vconf(true);
+        const int result = ui_app_main(argc, argv, &lifecycle, &appdata);
+        if (result != 0) {
+            ZOLT_WARN("ui_app_main() is failed, error code = %d", result);
+        }
+        ZOLT_LOG(LOG_ID_SYSTEM, DLOG_INFO, "ZOLT GUI application: Closing");
+        zolt_set_vconf(false);
+    } catch (const std::exception& exception) {
+        ZOLT_WARN("Exception caught: %s", exception.what());
+        zolt_set_vconf(false);
+        return EXIT_FAILURE;
+    } catch (...) {
+        ZOLT_WARN("Unknow exception caught");
+        zolt_set_vconf(false);
+        return EXIT_FAILURE;
+    }
+    return EXIT_SUCCESS;
+}
