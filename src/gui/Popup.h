@@ -47,9 +47,8 @@ class Popup {
     static void onKeyPress(void* data, Evas* canvas, Evas_Object* object, void* eventInfo);
 
   protected:
-    // Makes a button, counts it and puts it in the part of its number. Returns it; it belongs to
-    // the popup widget.
-    Evas_Object* appendButton(char const* text, Evas_Smart_Cb callback, void* data, char* icon);
+    // Counts BUTTON and puts it in the part of its number, which owns it from then on.
+    void appendButton(Evas_Object* button);
 
     Evas_Object* m_popup;       // deleted by destroy, or with its window
     Evas_Object* m_background;  // deleted by destroy, or with its window's canvas
@@ -57,9 +56,6 @@ class Popup {
     int m_width;
     int m_height;
     bool m_visible;
-
-  private:
-    static void onWidgetDeleted(void* data, Evas* canvas, Evas_Object* object, void* eventInfo);
 };
 
 }  // namespace ZOLT::GUI

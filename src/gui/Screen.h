@@ -2,11 +2,12 @@
 // Base of every full-screen view, and the one place where widgets are made.
 #pragma once
 
+#include <initializer_list>
 #include <string>
 
 #include <Elementary.h>
 
-#include "gdbus/Events.h"
+#include "gdbus/ZOLTEvents.h"
 
 namespace ZOLT::GUI {
 
@@ -17,7 +18,9 @@ class MessagePopup;
 int IsHighContrastMode();
 
 // The factories take the name of an icon as char*, yet never write to it.
-inline char* iconName(char const* name) { return const_cast<char*>(name); }
+inline char* iconName(char const* name) {
+    return const_cast<char*>(name);
+}
 
 // One window, the layout that fills it and at most one popup. Texts are translation ids unless a
 // comment says otherwise. Main loop thread only.
@@ -84,6 +87,19 @@ class Screen {
                                           Evas_Smart_Cb timeoutCallback,
                                           Evas_Smart_Cb buttonCallback);
 
+    // A button of a menu: where it stands, its text, its icon and what it does.
+    struct MenuButton {
+        char const* part;
+        char const* text;
+        char const* icon;
+        Evas_Smart_Cb callback;
+    };
+    // Makes BUTTONS in their order; the first gets the focus.
+    void fillMenu(std::initializer_list<MenuButton> buttons);
+    // Makes the turning circle of a waiting screen, with two lines of text. The circle belongs to
+    // the layout.
+    Evas_Object* fillWaiting(char const* text1, char const* text2);
+
     // Every derived class hands a copy of it to the constructor.
     static const std::string m_layoutName;
 
@@ -97,8 +113,6 @@ class Screen {
   private:
     // A popup of two buttons, OK with CONFIRMED and the popup as data, and Cancel.
     MessagePopup* createQuestionPopup(char const* text, Evas_Smart_Cb confirmed);
-    void bindEvents();
-    static void onWidgetDeleted(void* data, Evas* canvas, Evas_Object* object, void* eventInfo);
 };
 
 }  // namespace ZOLT::GUI

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: Apache-2.0
+// A popup with a turning circle and a text, shown while the daemon works.
+#include "gui/LoadingPopup.h"
+
+#include "common/Logger.h"
+#include "gui/Controller.h"
+#include "gui/Screen.h"
+#include "gui/Widgets.h"
+
+namespace ZOLT::GUI {
+
+namespace {
+
+// Shares of the screen's size; a product is cut toward zero.
+constexpr double cellWidthShare = 0.044791;
+constexpr double textWidthShare = 0.332812;
+constexpr double heightShare = 0.079629;
+
+int shareOf(int size, double share) {
+    return static_cast<int>(size * share);
+}
+
+}  // namespace
+
+LoadingPopup::LoadingPopup(Evas_Object* parent, char const* style, int width, int height)
+    : Popup(parent, style, width, height), m_table(nullptr), m_progress(nullptr) {
+    ZOLT_TRACE();
+    m_table = elm_table_add(m_popup);
+    elm_table_homogeneous_set(m_table, EINA_FALSE);
+    elm_table_padding_set(m_table, 34, 0);
+    evas_object_size_hint_weight_set(m_table, 1.0, 1.0);
+    elm_object_content_set(m_popup, m_table);
+    evas_object_show(m_table);
+
+    const int cellWidth = shareOf(m_width, cellWidthShare);
+    const int cellHeight = shareOf(m_height, heightShare);
+    Evas_Object* margin = elm_label_add(m_table);
+    elm_table_pack(m_table, margin, 0, 0, 1, 1);
+    evas_object_size_hint_min_set(margin, cellWidth, cellHeight);
+    evas_object_show(margin);
+
+    m_progress = Screen::createProgressAnimation(m_table);
+    elm_table_pack(m_table, m_progress, 1, 0, 1, 1);
+    evas_object_size_hint_max_set(m_progress, cellWidth, cellHeight);
+    evas_object_show(m_progress);
+}
+
+LoadingPopup::~LoadingPopup() {
+    ZOLT_TRACE();
+}
+
+void LoadingPopup::setText(char const* text, char const* style) {
+    ZOLT_TRACE();
+    Evas_Object* label = elm_label_add(m_table);
+    evas_object_size_hint_align_set(label, -1.0, -1.0);
+    evas_object_size_hint_weight_set(label, 1.0, 1.0);
+    Controller::m_currentLabelText = translated(text);
+    Controller::m_wasLabelRead = false;
+    elm_object_style_set(label, style);
+    setTranslatable(label, nullptr, text);
+    // A table has no content part, so this places nothing; it is wanted all the same.
+    elm_object_part_content_set(m_table, nullptr, label);
+    evas_object_size_hint_min_set(label, shareOf(m_width, textWidthShare),
+                                  shareOf(m_height, heightShare));
+    evas_object_show(label);
+    elm_table_pack(m_table, label, 2, 0, 1, 1);
+}
+
+void LoadingPopup::addButton(char const* text, Evas_Smart_Cb callback, void* data, char* icon) {
+    ZOLT_TRACE();
+    appendButton(Screen::createButton(m_popup, text, callback, data, icon, "c_button_icontext"));
+}
+
+void LoadingPopup::RemoveProgressBar() {
+    ZOLT_TRACE();
+    elm_layout_signal_emit(m_progress, "stop_pulse", "elm");
+}
+
+}  // namespace ZOLT::GUI

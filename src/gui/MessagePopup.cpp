@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: Apache-2.0
+// A popup with a text and up to two buttons.
+#include "gui/MessagePopup.h"
+
+#include <cstdio>
+
+#include "common/Logger.h"
+#include "gui/Controller.h"
+#include "gui/Screen.h"
+#include "gui/Widgets.h"
+
+namespace ZOLT::GUI {
+
+MessagePopup::MessagePopup(Evas_Object* parent, char const* style, int width, int height)
+    : Popup(parent, style, width, height) {
+    ZOLT_TRACE();
+}
+
+MessagePopup::~MessagePopup() {
+    ZOLT_TRACE();
+}
+
+void MessagePopup::setText(char const* text, char const* style) {
+    ZOLT_TRACE();
+    Evas_Object* label = Screen::createLabel(m_popup, text, style);
+    Controller::m_currentLabelText = translated(text);
+    Controller::m_wasLabelRead = false;
+    evas_object_size_hint_align_set(label, 0.5, 0.5);
+    evas_object_size_hint_weight_set(label, 1.0, 1.0);
+
+    // The limit is one below the buffer's size, and counts bytes: a longer text loses its end, the
+    // closing tag with it.
+    char centred[512] = {};
+    std::snprintf(centred, sizeof(centred) - 1, "<align=center>%s</align>",
+                  Controller::m_currentLabelText.c_str());
+    elm_object_text_set(label, centred);
+    elm_object_content_set(m_popup, label);
+    evas_object_show(label);
+}
+
+void MessagePopup::addButton(char const* text, Evas_Smart_Cb callback, void* data, char* icon) {
+    ZOLT_TRACE();
+    Evas_Object* button =
+        Screen::createButton(m_popup, text, callback, data, icon, "c_button_icontext");
+    evas_object_size_hint_max_set(button, 500, 100);
+    evas_object_size_hint_min_set(button, 250, 56);
+    appendButton(button);
+}
+
+}  // namespace ZOLT::GUI

@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: Apache-2.0
+// Base of the dialogs that lie over a screen.
+#include "gui/Popup.h"
+
+#include "common/Exception.h"
+#include "common/Logger.h"
+#include "gui/EventHandler.h"
+#include "gui/LoadingPopup.h"
+#include "gui/Widgets.h"
+
+namespace ZOLT::GUI {
+
+namespace {
+
+Evas_Object* createBackground(Evas_Object* parent, int width, int height) {
+    Evas_Object* background = evas_object_rectangle_add(evas_object_evas_get(parent));
+    evas_object_color_set(background, 0, 0, 0, 76);
+    evas_object_resize(background, width, height);
+    return background;
+}
+
+// The style is drawn for these two sizes; at any other the toolkit places the popup.
+void placePopup(Evas_Object* popup, int width, int height) {
+    if (width == 1920 && height == 1080) {
+        evas_object_move(popup, 0, 0);
+    } else if (width == 1280 && height == 720) {
+        evas_object_move(popup, 334, 206);
+    }
+}
+
+}  // namespace
+
+Popup::Popup(Evas_Object* parent, char const* style, int width, int height)
+    : m_popup(nullptr),
+      m_background(nullptr),
+      m_buttonsCnt(0),
+      m_width(width),
+      m_height(height),
+      m_visible(false) {
+    ZOLT_TRACE();
+    m_background = createBackground(parent, width, height);
+    m_popup = elm_popup_add(parent);
+    if (m_popup == nullptr) {
+        // The rectangle stays behind, hidden, until its canvas goes.
+        throw Exception("Cannot allocate memory for popup instance",
+                        GenericErrorCode::GENERIC_ERROR);
+    }
+    watchHandle(m_background);
+    watchHandle(m_popup);
+    evas_object_resize(m_popup, width, height);
+    elm_object_style_set(m_popup, style);
+    placePopup(m_popup, width, height);
+    setTranslatable(m_popup, "title,text", "COM_SID_ZOLT_CONTENT");
+    evas_object_event_callback_add(m_popup, EVAS_CALLBACK_KEY_UP, onKeyPress, this);
+}
+
+Popup::~Popup() {
+    ZOLT_TRACE();
+    Popup::hide();
+    Popup::destroy();
+}
+
+void Popup::show() {
+    ZOLT_TRACE();
+    m_visible = true;
+    evas_object_show(m_background);
+    evas_object_show(m_popup);
+}
+
+void Popup::hide() {
+    ZOLT_TRACE();
+    m_visible = false;
+    evas_object_hide(m_background);
+    evas_object_hide(m_popup);
+}
+
+void Popup::destroy() {
+    ZOLT_TRACE();
+    if (m_popup != nullptr) {
+        // A deletion that the toolkit puts off must find no way back to this object.
+        evas_object_event_callback_del_full(m_popup, EVAS_CALLBACK_KEY_UP, onKeyPress, this);
+    }
+    dropHandle(m_popup);
+    dropHandle(m_background);
+}
+
+void Popup::focusButton(std::string part) {
+    ZOLT_TRACE();
+    Evas_Object* button = elm_object_part_content_get(m_popup, part.c_str());
+    elm_object_focus_allow_set(button, EINA_TRUE);
+    elm_object_focus_set(button, EINA_TRUE);
+}
+
+void Popup::deactivateButton(std::string part) {
+    ZOLT_TRACE();
+    Evas_Object* button = elm_object_part_content_get(m_popup, part.c_str());
+    elm_object_focus_allow_set(button, EINA_FALSE);
+    elm_object_focus_set(button, EINA_FALSE);
+}
+
+void Popup::blockAllButtons() {
+    ZOLT_TRACE();
+    for (int number = 1; number <= m_buttonsCnt; ++number) {
+        deactivateButton("button" + std::to_string(number));
+    }
+}
+
+int Popup::getButtonCount() {
+    ZOLT_TRACE();
+    return m_buttonsCnt;
+}
+
+bool Popup::getVisible() {
+    ZOLT_TRACE();
+    return m_visible;
+}
+
+void Popup::setTitle(char const* title) {
+    ZOLT_TRACE();
+    setTranslatable(m_popup, "title,text", title);
+}
+
+void Popup::setTimeout(double seconds, Evas_Smart_Cb callback) {
+    ZOLT_TRACE();
+    elm_popup_timeout_set(m_popup, seconds);
+    evas_object_smart_callback_add(m_popup, "timeout", callback, this);
+}
+
+void Popup::onKeyPress(void* data, Evas* /*canvas*/, Evas_Object* object, void* eventInfo) {
+    ZOLT_TRACE();
+    if (eventInfo == nullptr) {
+        ZOLT_WARN("Incorrect callback call - no event info");
+        return;
+    }
+    if (dynamic_cast<LoadingPopup*>(static_cast<Popup*>(data)) != nullptr) {
+        ZOLT_DEBUG("Return on Key Press for Loading Popup");
+        return;
+    }
+    const auto* event = static_cast<Evas_Event_Key_Up*>(eventInfo);
+    if (event->key != nullptr && std::string("XF86Back") == event->key) {
+        EventHandler::popupHideRequested(data, object, eventInfo);
+    }
+}
+
+void Popup::appendButton(Evas_Object* button) {
+    ++m_buttonsCnt;
+    const std::string part = "button" + std::to_string(m_buttonsCnt);
+    elm_object_part_content_set(m_popup, part.c_str(), button);
+}
+
+}  // namespace ZOLT::GUI

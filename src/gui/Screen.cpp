@@ -1,0 +1,472 @@
+// SPDX-License-Identifier: Apache-2.0
+// Base of every full-screen view, and the one place where widgets are made.
+#include "gui/Screen.h"
+
+#include <cstring>
+
+#include <Ecore_X.h>
+
+#include "common/Exception.h"
+#include "common/Logger.h"
+#include "common/ZoltConfig.h"
+#include "gui/Controller.h"
+#include "gui/EventHandler.h"
+#include "gui/LoadingPopup.h"
+#include "gui/MessagePopup.h"
+#include "gui/Widgets.h"
+#include "ui_orientation.h"
+#include "utilx.h"
+#include "vconf.h"
+
+namespace ZOLT::GUI {
+
+namespace {
+
+constexpr char popupStyle[] = "c_popup_bottom";
+constexpr char popupTextStyle[] = "popup/c_popup_bottom";
+constexpr char buttonStyle[] = "c_button_icontext";
+constexpr double enlargedScale = 1.2;
+constexpr double networkFailureTimeout = 60.0;  // seconds
+
+// No navigation key and no key of the way back: those reach the program in the ordinary way.
+constexpr char const* grabbedKeys[] = {"XF86Display",
+                                       "XF86Hdmi",
+                                       "1",
+                                       "2",
+                                       "3",
+                                       "4",
+                                       "5",
+                                       "6",
+                                       "7",
+                                       "8",
+                                       "9",
+                                       "0",
+                                       "minus",
+                                       "XF86PreviousChannel",
+                                       "XF86ChannelList",
+                                       "XF86SysMenu",
+                                       "XF86Home",
+                                       "XF86Search",
+                                       "XF86SimpleMenu",
+                                       "XF86Info",
+                                       "XF86Red",
+                                       "XF86Green",
+                                       "XF86Yellow",
+                                       "XF86PIP",
+                                       "XF86ChannelGuide",
+                                       "XF86PictureMode",
+                                       "XF86UsbHub",
+                                       "XF86PictureSize",
+                                       "XF86FavoriteChannel",
+                                       "XF86AudioRewind",
+                                       "XF86AudioPause",
+                                       "XF86AudioNext",
+                                       "XF86AudioRecord",
+                                       "XF86AudioPlay",
+                                       "XF86AudioStop",
+                                       "XF86WIFIPairing",
+                                       "XF86BTVoice",
+                                       "XF86Recommend",
+                                       "XF86NumberPad",
+                                       "XF86AspectRatio169",
+                                       "XF86MTS",
+                                       "XF86FactoryMode",
+                                       "XF86SoundMode",
+                                       "XF86TVSNS",
+                                       "XF863D",
+                                       "XF86Apps",
+                                       "XF86TTXMIX",
+                                       "XF86Caption",
+                                       "XF86SRSSXT",
+                                       "XF86Sleep",
+                                       "XF86ZoomIn",
+                                       "XF86AudioDescription"};
+
+struct ButtonIcon {
+    char const* text;
+    char const* leftToRight;
+    char const* rightToLeft;
+};
+
+constexpr ButtonIcon buttonIcons[] = {{"SID_OK", "i_ok_done_allow", "i_ok_done_allow"},
+                                      {"SID_PREVIOUS", "i_previous", "i_next"},
+                                      {"SID_NEXT", "i_next", "i_previous"},
+                                      {"SID_REGISTER", "i_allow", "i_allow"},
+                                      {"SID_CANCEL", "i_close_cancel", "i_close_cancel"}};
+
+char const* iconOfButton(char const* text, bool mirrored) {
+    for (const ButtonIcon& icon : buttonIcons) {
+        if (std::strcmp(icon.text, text) == 0) {
+            return mirrored ? icon.rightToLeft : icon.leftToRight;
+        }
+    }
+    return "";
+}
+
+struct FailureText {
+    ZOLTEventsReasonType reason;
+    char const* text;
+};
+
+constexpr FailureText failureTexts[] = {
+    {ZOLTEventsReasonType::REASON_NETWORK_UNSTABLE, "SID_INTERNET_CONNECTION_NOT_STABLE_MSG"},
+    {ZOLTEventsReasonType::REASON_NO_NETWORK, "COM_CANNOT_CONNECT_TO_THE_NETWORK"},
+    {ZOLTEventsReasonType::REASON_NO_SERVER, "COM_CANNOT_CONNECT_TO_SERVER"},
+    {ZOLTEventsReasonType::REASON_PIN_TIME_EXPIRED, "COM_MAPP_SID_PIN_ENTRY_TIME_LIMIT_EXPIRED"},
+    {ZOLTEventsReasonType::REASON_NOT_FOUND_IN_LAN,
+     "TV_SID_UNABLE_TO_FIND_REGISTRATION_INFORMATION_IN_THE_LOCAL_NETWORK"}};
+
+// Null when REASON is no failure.
+char const* textOfFailure(ZOLTEventsReasonType reason) {
+    for (const FailureText& failure : failureTexts) {
+        if (failure.reason == reason) {
+            return failure.text;
+        }
+    }
+    return nullptr;
+}
+
+std::string layoutPath(const std::string& layoutFile) {
+    return ZoltConfig::get("LayoutPath") + "/" + layoutFile;
+}
+
+[[noreturn]] void failAllocation(char const* message) {
+    throw Exception(message, GenericErrorCode::GENERIC_ERROR);
+}
+
+// WIDGET, which the toolkit makes null when it has no more memory, or an exception with MESSAGE.
+Evas_Object* required(Evas_Object* widget, char const* message) {
+    if (widget == nullptr) {
+        failAllocation(message);
+    }
+    return widget;
+}
+
+Evas_Object* createWindow(char const* title, int width, int height) {
+    Evas_Object* window = required(elm_win_util_standard_add("zoltgui", title),
+                                   "Cannot allocate memory for window instance");
+    evas_object_resize(window, width, height);
+    elm_win_focus_highlight_enabled_set(window, EINA_TRUE);
+    elm_win_autodel_set(window, EINA_TRUE);
+    return window;
+}
+
+// The group that stands for GROUP in the enlarged mode. The other screens with an enlarged group
+// name it themselves.
+char const* enlargedGroup(char const* group) {
+    return std::strcmp(group, "WaitingWindow") == 0 ? "WaitingWindow_Enlarge" : group;
+}
+
+// Whether the user interface runs right to left. The toolkit's own setting follows, for all
+// screens of the process.
+bool applyDirection() {
+    const bool mirrored = ua_UI_orientation_get() == 1;
+    elm_config_mirrored_set(mirrored ? EINA_TRUE : EINA_FALSE);
+    return mirrored;
+}
+
+}  // namespace
+
+const std::string Screen::m_layoutName = "gui.edj";
+
+int IsHighContrastMode() {
+    ZOLT_TRACE();
+    int value = 0;
+    return vconf_get_int("db/menu/system/accessibility/highcontrast", &value) == 0 ? value : 0;
+}
+
+Screen::Screen(char const* windowTitle, std::string layoutFile, char const* layoutGroup, int width,
+               int height)
+    : m_width(width),
+      m_height(height),
+      m_mirrored(false),
+      m_window(nullptr),
+      m_layout(nullptr),
+      m_popup(nullptr) {
+    ZOLT_TRACE();
+    const std::string path = layoutPath(layoutFile);
+    m_window = createWindow(windowTitle, width, height);
+    m_layout = elm_layout_add(m_window);
+    if (m_layout == nullptr) {
+        evas_object_del(m_window);
+        m_window = nullptr;
+        failAllocation("Cannot allocate memory for window instance");
+    }
+    // The window manager may close the window, and with it the layout, at any time.
+    watchHandle(m_window);
+    watchHandle(m_layout);
+    if (Controller::Enlarge != 0) {
+        ZOLT_DEBUG("Enlarge Mode ON");
+        elm_object_scale_set(m_layout, enlargedScale);
+        layoutGroup = enlargedGroup(layoutGroup);
+    }
+    // Without the file or the group the layout stays empty, which is no error.
+    elm_layout_file_set(m_layout, path.c_str(), layoutGroup);
+    evas_object_size_hint_weight_set(m_layout, 1.0, 1.0);
+    elm_win_resize_object_add(m_window, m_layout);
+    if (IsHighContrastMode() != 0) {
+        ZOLT_DEBUG("High Contrast Mode ON");
+        elm_layout_signal_emit(m_layout, "WIN_CONTRAST_1", "");
+        elm_layout_signal_emit(m_layout, "WIN_CONTRAST_2", "");
+    }
+    evas_object_show(m_layout);
+    m_mirrored = applyDirection();
+    evas_object_event_callback_add(m_window, EVAS_CALLBACK_KEY_DOWN, onKeyPress, this);
+    elm_layout_signal_callback_add(m_layout, "size,changed", "", onSizeChanged, m_layout);
+    enableKeysGrabbing();
+}
+
+Screen::~Screen() {
+    ZOLT_TRACE();
+    delete m_popup;
+    m_popup = nullptr;
+    if (m_window != nullptr) {
+        // A deletion that the toolkit puts off must find no way back to this object.
+        evas_object_event_callback_del_full(m_window, EVAS_CALLBACK_KEY_DOWN, onKeyPress, this);
+    }
+    dropHandle(m_layout);
+    dropHandle(m_window);
+}
+
+void Screen::show() {
+    ZOLT_TRACE();
+    evas_object_show(m_window);
+}
+
+Popup* Screen::getPopup() {
+    ZOLT_TRACE();
+    return m_popup;
+}
+
+bool Screen::getIfMirrored() const {
+    ZOLT_TRACE();
+    return m_mirrored;
+}
+
+void Screen::destroyPopup() {
+    ZOLT_TRACE();
+    if (m_popup == nullptr) {
+        return;
+    }
+    // The object itself is left alone on purpose: the callback that asks for this may be one of
+    // the popup's own, and whoever is still inside it may look at the popup afterwards.
+    m_popup->destroy();
+    m_popup = nullptr;
+}
+
+void Screen::enableKeysGrabbing() {
+    ZOLT_TRACE();
+    constexpr int grabMode = 0x20000;
+    const Ecore_X_Window window = elm_win_xwindow_get(m_window);
+    for (char const* key : grabbedKeys) {
+        if (utilx_grab_key(ecore_x_display_get(), window, key, grabMode) != 0) {
+            ZOLT_WARN("Error caught during grabbing %s key", key);
+        }
+    }
+}
+
+void Screen::loadLayouts() {
+    ZOLT_TRACE();
+    elm_theme_overlay_add(nullptr, layoutPath("gui.edj").c_str());
+}
+
+void Screen::onKeyPress(void* data, Evas* /*canvas*/, Evas_Object* object, void* eventInfo) {
+    ZOLT_TRACE();
+    if (eventInfo == nullptr) {
+        ZOLT_WARN("Incorrect callback call - no event info");
+        return;
+    }
+    const auto* event = static_cast<Evas_Event_Key_Down*>(eventInfo);
+    if (event->key != nullptr && std::strcmp(event->key, "XF86Back") == 0) {
+        EventHandler::quitRequested(data, object, eventInfo);
+    }
+}
+
+void Screen::onSizeChanged(void* /*data*/, Evas_Object* object, char const* /*emission*/,
+                           char const* /*source*/) {
+    ZOLT_TRACE();
+    Evas_Object* edje = object != nullptr ? elm_layout_edje_get(object) : nullptr;
+    if (edje == nullptr) {
+        ZOLT_WARN("Could not retrieve layout");
+        return;
+    }
+    int width = 0;
+    int height = 0;
+    elm_layout_sizing_eval(object);
+    edje_object_size_min_calc(edje, &width, &height);
+    ZOLT_DEBUG("Minimum size for current theme is %dx%d", width, height);
+}
+
+Evas_Object* Screen::createLabel(Evas_Object* parent, char const* text, char const* style) {
+    ZOLT_TRACE();
+    Evas_Object* label =
+        required(elm_label_add(parent), "Cannot allocate memory for label instance");
+    elm_object_style_set(label, style);
+    setTranslatable(label, nullptr, text);
+    return label;
+}
+
+Evas_Object* Screen::createIcon(Evas_Object* parent, char const* name) {
+    ZOLT_TRACE();
+    Evas_Object* icon = elm_icon_add(parent);
+    if (icon != nullptr) {
+        elm_icon_standard_set(icon, name);
+    }
+    return icon;
+}
+
+Evas_Object* Screen::createButton(Evas_Object* parent, char const* text, Evas_Smart_Cb callback,
+                                  void* data, char* icon, char const* style) {
+    ZOLT_TRACE();
+    Evas_Object* button =
+        required(elm_button_add(parent), "Cannot allocate memory for button instance");
+    elm_object_style_set(button, style);
+    evas_object_size_hint_weight_set(button, 1.0, 1.0);
+    evas_object_size_hint_align_set(button, -1.0, -1.0);
+    // The second hint is the one that holds; both calls are wanted, in this order.
+    evas_object_size_hint_min_set(button, 1, 1);
+    evas_object_size_hint_min_set(button, 1080, 720);
+    setTranslatable(button, nullptr, text);
+    elm_access_info_cb_set(button, ELM_ACCESS_INFO, EventHandler::accessCallback, translated(text));
+    evas_object_smart_callback_add(button, "clicked", callback, data);
+    evas_object_smart_callback_add(button, "focused", EventHandler::focusedItemCb, nullptr);
+    evas_object_smart_callback_add(button, "unfocused", EventHandler::unfocusedItemCb, nullptr);
+    evas_object_event_callback_add(button, EVAS_CALLBACK_KEY_UP, EventHandler::onKeyPress, nullptr);
+    if (icon != nullptr) {
+        elm_object_part_content_set(button, "icon", createIcon(button, icon));
+    }
+    return button;
+}
+
+Evas_Object* Screen::createImage(Evas_Object* parent, char const* file, int width, int height) {
+    ZOLT_TRACE();
+    Evas_Object* image =
+        required(elm_image_add(parent), "Cannot allocate memory for image instance");
+    elm_image_resizable_set(image, EINA_FALSE, EINA_FALSE);
+    elm_image_no_scale_set(image, EINA_TRUE);
+    elm_image_aspect_fixed_set(image, EINA_TRUE);
+    elm_image_file_set(image, file, nullptr);
+    evas_object_resize(image, width, height);
+    return image;
+}
+
+Evas_Object* Screen::createProgressAnimation(Evas_Object* parent) {
+    ZOLT_TRACE();
+    Evas_Object* progress =
+        required(elm_progressbar_add(parent), "Cannot allocate memory for progress bar instance");
+    evas_object_size_hint_weight_set(progress, 1.0, 1.0);
+    evas_object_size_hint_align_set(progress, -1.0, 0.5);
+    elm_object_style_set(progress, "c_progress_circle_normal");
+    elm_progressbar_pulse(progress, EINA_TRUE);
+    return progress;
+}
+
+void Screen::addButton(char const* part, char const* text, Evas_Smart_Cb callback, void* data,
+                       bool focusable, bool focused) {
+    ZOLT_TRACE();
+    Evas_Object* button = createButton(m_layout, text, callback, data, nullptr, buttonStyle);
+    elm_object_part_content_set(m_layout, part, button);
+    // A text without an icon of its own gets one without a name.
+    elm_object_part_content_set(button, "icon", createIcon(button, iconOfButton(text, m_mirrored)));
+    evas_object_show(button);
+    elm_object_focus_allow_set(button, focusable ? EINA_TRUE : EINA_FALSE);
+    elm_object_focus_set(button, focusable && focused ? EINA_TRUE : EINA_FALSE);
+}
+
+void Screen::modifyButtonText(char const* part, char const* text) {
+    ZOLT_TRACE();
+    Evas_Object* button = elm_object_part_content_get(m_layout, part);
+    setTranslatable(button, nullptr, text);
+    elm_object_part_content_set(m_layout, part, button);
+}
+
+void Screen::fillMenu(std::initializer_list<MenuButton> buttons) {
+    for (const MenuButton& entry : buttons) {
+        Evas_Object* button = createButton(m_layout, entry.text, entry.callback, nullptr,
+                                           iconName(entry.icon), buttonStyle);
+        elm_object_part_content_set(m_layout, entry.part, button);
+        evas_object_show(button);
+    }
+    Evas_Object* first = elm_object_part_content_get(m_layout, buttons.begin()->part);
+    elm_object_focus_allow_set(first, EINA_TRUE);
+    elm_object_focus_set(first, EINA_TRUE);
+}
+
+Evas_Object* Screen::fillWaiting(char const* text1, char const* text2) {
+    Evas_Object* progress = createProgressAnimation(m_layout);
+    elm_layout_box_append(m_layout, "animationBox", progress);
+    evas_object_show(progress);
+    setTranslatable(m_layout, "text1", text1);
+    setTranslatable(m_layout, "text2", text2);
+    return progress;
+}
+
+MessagePopup* Screen::createBasicMessagePopup(char const* text, double timeout,
+                                              Evas_Smart_Cb timeoutCallback,
+                                              Evas_Smart_Cb buttonCallback) {
+    ZOLT_TRACE();
+    auto* popup = new MessagePopup(m_layout, popupStyle, m_width, m_height);
+    if (timeout > 0) {
+        popup->setTimeout(timeout, timeoutCallback);
+    }
+    popup->setText(text, popupTextStyle);
+    popup->addButton("SID_OK", buttonCallback, nullptr, iconName("i_ok_done_allow"));
+    return popup;
+}
+
+Popup* Screen::addMessagePopup(char const* text) {
+    ZOLT_TRACE();
+    m_popup = createBasicMessagePopup(text, -1.0, nullptr, EventHandler::quitRequested);
+    return m_popup;
+}
+
+Popup* Screen::addNetworkFailurePopup(ZOLTEventsType /*event*/, ZOLTEventsReasonType reason) {
+    ZOLT_TRACE();
+    char const* text = textOfFailure(reason);
+    if (text == nullptr) {
+        ZOLT_WARN("Cannot recognize the reason type");
+        text = "SID_INTERNET_CONNECTION_NOT_STABLE_MSG";
+    }
+    m_popup = createBasicMessagePopup(text, networkFailureTimeout, EventHandler::quitRequested,
+                                      EventHandler::quitRequested);
+    return m_popup;
+}
+
+Popup* Screen::addLoadingPopup(char const* text) {
+    ZOLT_TRACE();
+    m_popup = new LoadingPopup(m_layout, popupStyle, m_width, m_height);
+    m_popup->setText(text, "popup/LoadingPopup");
+    return m_popup;
+}
+
+MessagePopup* Screen::createQuestionPopup(char const* text, Evas_Smart_Cb confirmed) {
+    auto* popup = new MessagePopup(m_layout, popupStyle, m_width, m_height);
+    popup->setText(text, popupTextStyle);
+    popup->addButton("SID_OK", confirmed, popup, iconName("i_ok_done_allow"));
+    popup->addButton("SID_CANCEL", EventHandler::popupHideRequested, nullptr,
+                     iconName("i_close_cancel"));
+    return popup;
+}
+
+Popup* Screen::addDeregistrationPopup() {
+    ZOLT_TRACE();
+    m_popup = createQuestionPopup("TV_SID_ARE_YOU_SURE_YOU_WANT_TO_DEREGISTER",
+                                  EventHandler::deregistrationRequested);
+    return m_popup;
+}
+
+Popup* Screen::RegistrationInfoDeletionPopup() {
+    ZOLT_TRACE();
+    m_popup = createQuestionPopup("TV_SID_SURE_CHANGE_REGISTRATION_INFO_DELETED",
+                                  EventHandler::RegistrationChange);
+    return m_popup;
+}
+
+Popup* Screen::addCompletionPopup() {
+    ZOLT_TRACE();
+    m_popup = createBasicMessagePopup("COM_SID_REGISTRATION_COMPLETED_CHECK_STATUS", -1.0, nullptr,
+                                      EventHandler::quitRequested);
+    return m_popup;
+}
+
+}  // namespace ZOLT::GUI

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: Apache-2.0
+// Small steps that screens and popups take with every widget.
+#pragma once
+
+#include <libintl.h>
+
+#include <Elementary.h>
+
+namespace ZOLT::GUI {
+
+// Text domain of every translation id.
+inline constexpr char textDomain[] = "ZOLT";
+
+// The text behind ID in the language of this moment; ID itself when there is none.
+inline char const* translated(char const* id) {
+    return dgettext(textDomain, id);
+}
+
+// Sets ID on PART, null for the default one; the widget follows the language by itself.
+inline void setTranslatable(Evas_Object* object, char const* part, char const* id) {
+    elm_object_domain_translatable_part_text_set(object, part, textDomain, id);
+}
+
+// An evas event callback that clears the handle at DATA.
+inline void forgetHandle(void* data, Evas* /*canvas*/, Evas_Object* /*object*/, void* /*info*/) {
+    *static_cast<Evas_Object**>(data) = nullptr;
+}
+
+// Clears HANDLE when its widget goes in another way than through dropHandle, as all widgets of a
+// window do that the window manager closes. HANDLE must stay in its place until then.
+inline void watchHandle(Evas_Object*& handle) {
+    evas_object_event_callback_add(handle, EVAS_CALLBACK_DEL, forgetHandle, &handle);
+}
+
+// Deletes the widget of a watched handle, if it is still there, and clears the handle. The toolkit
+// may put the deletion off while it is inside one of the widget's callbacks, so the watch ends
+// first.
+inline void dropHandle(Evas_Object*& handle) {
+    if (handle == nullptr) {
+        return;
+    }
+    evas_object_event_callback_del_full(handle, EVAS_CALLBACK_DEL, forgetHandle, &handle);
+    evas_object_del(handle);
+    handle = nullptr;
+}
+
+}  // namespace ZOLT::GUI
