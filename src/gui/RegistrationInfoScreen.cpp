@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: Apache-2.0
+// Shows the choices that lead to a shop, and the shop's code.
+#include "gui/RegistrationInfoScreen.h"
+
+#include <string>
+
+#include "common/Logger.h"
+#include "common/Utils.h"
+#include "gui/Controller.h"
+#include "gui/EventHandler.h"
+#include "gui/Widgets.h"
+#include "ui_orientation.h"
+
+namespace ZOLT::GUI {
+
+namespace {
+
+constexpr char shopCodeId[] = "TV_SID_SHOP_CODE";
+constexpr double enlargedScale = 1.2;
+
+Evas_Object* createScroller(Evas_Object* window) {
+    Evas_Object* scroller = elm_scroller_add(window);
+    elm_scroller_bounce_set(scroller, EINA_TRUE, EINA_FALSE);
+    elm_scroller_policy_set(scroller, ELM_SCROLLER_POLICY_OFF, ELM_SCROLLER_POLICY_AUTO);
+    elm_scroller_propagate_events_set(scroller, EINA_TRUE);
+    evas_object_size_hint_align_set(scroller, -1.0, -1.0);
+    evas_object_size_hint_weight_set(scroller, 1.0, 1.0);
+    return scroller;
+}
+
+Evas_Object* createBox(Evas_Object* scroller) {
+    Evas_Object* box = elm_box_add(scroller);
+    elm_box_padding_set(box, 0, 0);
+    evas_object_size_hint_weight_set(box, 0.5, 0.0);
+    return box;
+}
+
+Evas_Object* createRow(Evas_Object* box) {
+    Evas_Object* row = elm_label_add(box);
+    elm_object_style_set(row, "RegistrationRecord");
+    evas_object_size_hint_align_set(row, -1.0, -1.0);
+    evas_object_size_hint_weight_set(row, 1.0, 1.0);
+    return row;
+}
+
+// LEFTTEXTRTL takes the place of LEFTTEXT when the user interface runs right to left.
+void setRowTexts(Evas_Object* row, const std::string& leftText, const std::string& leftTextRtl,
+                 const std::string& rightText) {
+    if (ua_UI_orientation_get() == 1) {
+        elm_object_part_text_set(row, "leftText_RTL", leftTextRtl.c_str());
+    } else {
+        elm_object_part_text_set(row, "leftText", leftText.c_str());
+    }
+    char const* rightPart = ua_UI_orientation_get() == 1 ? "rightText_RTL" : "rightText";
+    elm_object_part_text_set(row, rightPart, rightText.c_str());
+}
+
+// A record without a shop has no place in a registration document; it gets a row without a value.
+const Shop* shopOf(const ShopList& record) {
+    return record.shops.empty() ? nullptr : record.shops.front();
+}
+
+Evas_Object* createLevelRow(Evas_Object* box, const ShopList& record) {
+    const Shop* shop = shopOf(record);
+    const std::string level = Utils::htmlEncode(record.name);
+    const std::string name = shop != nullptr ? Utils::htmlEncode(shop->name) : std::string();
+    Evas_Object* row = createRow(box);
+    setRowTexts(row, level + " :", ": " + level, name);
+    return row;
+}
+
+Evas_Object* createShopCodeRow(Evas_Object* box, const Shop& shop) {
+    // Neither the colon changes its side with the direction nor is the code encoded: both wanted.
+    const std::string leftText = std::string(translated(shopCodeId)) + " :";
+    Evas_Object* row = createRow(box);
+    setRowTexts(row, leftText, leftText, shop.code);
+    // No widget can translate a composed text, so the callback composes it anew.
+    evas_object_smart_callback_add(row, "language,changed", EventHandler::languageChanged,
+                                   shopCodeId);
+    return row;
+}
+
+void packRow(Evas_Object* box, Evas_Object* row) {
+    elm_box_pack_end(box, row);
+    evas_object_show(row);
+}
+
+}  // namespace
+
+RegistrationInfoScreen::RegistrationInfoScreen(std::vector<ShopList>& records, int width,
+                                               int height)
+    : Screen("RegistrationInfoScreen", m_layoutName,
+             Controller::Enlarge != 0 ? "RegistrationInfoWindowEnlarge" : "RegistrationInfoWindow",
+             width, height) {
+    ZOLT_TRACE();
+    setTranslatable(m_layout, "title", "COM_SID_ZOLT_CONTENT");
+    Evas_Object* scroller = createScroller(m_window);
+    Evas_Object* box = createBox(scroller);
+    for (const ShopList& record : records) {
+        Evas_Object* row = createLevelRow(box, record);
+        if (Controller::Enlarge != 0) {
+            ZOLT_DEBUG("Enlarge Mode ON");
+            elm_object_scale_set(row, enlargedScale);
+        }
+        packRow(box, row);
+    }
+    const Shop* shop = records.empty() ? nullptr : shopOf(records.back());
+    if (shop != nullptr) {
+        Evas_Object* row = createShopCodeRow(box, *shop);
+        if (Controller::Enlarge != 0) {
+            ZOLT_DEBUG("Enlarge Mode ON");
+            elm_object_scale_set(row, enlargedScale);
+        }
+        packRow(box, row);
+    }
+    elm_object_content_set(scroller, box);
+    elm_object_part_content_set(m_layout, "scroller", scroller);
+    evas_object_smart_callback_add(scroller, "unfocused", EventHandler::unfocusedItemCb, nullptr);
+    evas_object_smart_callback_add(scroller, "focused", EventHandler::focusedItemCb, nullptr);
+    // Key-down, where buttons take key-up: the scroller moves its content before the key is up.
+    evas_object_event_callback_add(scroller, EVAS_CALLBACK_KEY_DOWN, EventHandler::onKeyPress,
+                                   nullptr);
+}
+
+RegistrationInfoScreen::~RegistrationInfoScreen() {
+    ZOLT_TRACE();
+}
+
+void RegistrationInfoScreen::removeButtons() {
+    ZOLT_TRACE();
+    for (char const* part : {"prevBtn", "regBtn"}) {
+        elm_object_part_content_set(m_layout, part, nullptr);
+    }
+}
+
+}  // namespace ZOLT::GUI

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: Apache-2.0
+// The list popup in which one shop of a level is picked.
+#include "gui/SelectionPopup.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "common/Exception.h"
+#include "common/Logger.h"
+#include "gui/EventHandler.h"
+#include "gui/Screen.h"
+#include "gui/Widgets.h"
+
+namespace ZOLT::GUI {
+
+namespace {
+
+void fill(Evas_Object* object) {
+    evas_object_size_hint_weight_set(object, 1.0, 1.0);
+    evas_object_size_hint_align_set(object, -1.0, -1.0);
+}
+
+// Keeps the table, and with it the popup, at least this wide; it is never seen.
+void packSpacer(Evas_Object* table) {
+    Evas_Object* spacer = Screen::createLabel(table, "ZOLT_CONTENT_SPACER", "default");
+    fill(spacer);
+    evas_object_resize(spacer, 600, 0);
+    elm_table_pack(table, spacer, 0, 9, 1, 1);
+    evas_object_hide(spacer);
+}
+
+}  // namespace
+
+SelectionPopup::SelectionPopup(Evas_Object* parent, char const* style, int width, int height)
+    : Popup(parent, style, width, height),
+      m_itemsCount(0),
+      m_position(0),
+      m_selectedItem(nullptr),
+      m_previousItem(nullptr),
+      m_box(nullptr),
+      m_list(nullptr),
+      m_selectedShop(nullptr),
+      m_previousShop(nullptr),
+      m_shopSelected(false),
+      m_region{} {
+    ZOLT_TRACE();
+    elm_win_focus_highlight_style_set(m_popup, "default");
+}
+
+SelectionPopup::~SelectionPopup() {
+    ZOLT_TRACE();
+}
+
+void SelectionPopup::prepare() {
+    ZOLT_TRACE();
+    m_selectedShop = nullptr;
+    m_previousShop = nullptr;
+    m_shopSelected = false;
+
+    m_box = elm_box_add(m_popup);
+    fill(m_box);
+    elm_object_content_set(m_popup, m_box);
+    evas_object_show(m_box);
+
+    Evas_Object* table = elm_table_add(m_box);
+    elm_table_homogeneous_set(table, EINA_TRUE);
+    evas_object_show(table);
+
+    m_list = elm_genlist_add(table);
+    fill(m_list);
+    elm_genlist_select_mode_set(m_list, ELM_OBJECT_SELECT_MODE_ALWAYS);
+    elm_table_pack(table, m_list, 0, 0, 1, 11);
+    elm_object_focus_allow_set(m_list, EINA_TRUE);
+    elm_object_focus_set(m_list, EINA_TRUE);
+    evas_object_show(m_list);
+    evas_object_event_callback_add(m_list, EVAS_CALLBACK_KEY_UP,
+                                   EventHandler::selectionPopupListOnKeyPress, nullptr);
+
+    packSpacer(table);
+    elm_box_pack_end(m_box, table);
+}
+
+void SelectionPopup::fillList(std::set<Shop*, Shop::ShopComp>& shops) {
+    ZOLT_TRACE();
+    Elm_Genlist_Item_Class* itemClass = elm_genlist_item_class_new();
+    itemClass->item_style = "c_list_texticon";
+    itemClass->func.text_get = itemGetLabel;
+    itemClass->func.content_get = nullptr;
+    itemClass->func.state_get = nullptr;
+    itemClass->func.del = nullptr;
+    for (Shop* shop : shops) {
+        elm_genlist_item_append(m_list, itemClass, shop, nullptr, ELM_GENLIST_ITEM_NONE,
+                                EventHandler::selectionPopupItemSelectionCb, shop);
+    }
+    elm_genlist_item_class_free(itemClass);
+    m_itemsCount = static_cast<unsigned int>(shops.size());
+}
+
+void SelectionPopup::show() {
+    ZOLT_TRACE();
+    m_visible = true;
+    if (m_selectedShop == nullptr) {
+        ZOLT_DEBUG("No Shop is selected now so deactivate OK button");
+        deactivateButton("button1");
+        elm_object_focus_set(m_list, EINA_TRUE);
+    } else {
+        ZOLT_DEBUG("Selected Item is getting focused");
+        elm_object_item_focus_set(m_selectedItem, EINA_TRUE);
+    }
+    evas_object_show(m_background);
+    evas_object_show(m_popup);
+}
+
+void SelectionPopup::setText(char const* /*text*/, char const* /*style*/) {
+    ZOLT_TRACE();
+    throw Exception("SelectionPopup::setText - method not implemented",
+                    GenericErrorCode::GENERIC_ERROR);
+}
+
+void SelectionPopup::addButton(char const* text, Evas_Smart_Cb callback, void* data, char* icon) {
+    ZOLT_TRACE();
+    appendButton(Screen::createButton(m_popup, text, callback, data, icon, "c_button_icontext"));
+}
+
+char* SelectionPopup::itemGetLabel(void* data, Evas_Object* /*object*/, char const* part) {
+    ZOLT_TRACE();
+    char label[64] = {};
+    if (std::strcmp(part, "elm.text") == 0 || std::strcmp(part, "elm.text.1") == 0) {
+        std::snprintf(label, sizeof(label), "%s", static_cast<Shop*>(data)->name.c_str());
+    }
+    return strdup(label);
+}
+
+void SelectionPopup::restoreSelectedItemSetting() {
+    ZOLT_TRACE();
+    if (m_selectedItem != nullptr) {
+        elm_genlist_item_selected_set(m_selectedItem, EINA_FALSE);
+    }
+    m_selectedItem = m_previousItem;
+    if (m_selectedItem == nullptr) {
+        return;
+    }
+    ZOLT_DEBUG("Setting focus m_region to previour m_region: %d %d %d %d", m_region.x, m_region.y,
+               m_region.width, m_region.height);
+    elm_object_focus_allow_set(m_list, EINA_TRUE);
+    elm_object_focus_set(m_list, EINA_TRUE);
+    elm_scroller_region_show(m_list, m_region.x, m_region.y, m_region.width, m_region.height);
+    elm_genlist_item_selected_set(m_selectedItem, EINA_TRUE);
+    elm_object_item_focus_set(m_selectedItem, EINA_TRUE);
+}
+
+void SelectionPopup::setPreviouslySelectedShop(Shop* shop) {
+    ZOLT_TRACE();
+    m_previousShop = shop;
+    elm_scroller_region_get(m_list, &m_region.x, &m_region.y, &m_region.width, &m_region.height);
+    ZOLT_DEBUG("Selected Region: %d %d %d %d", m_region.x, m_region.y, m_region.width,
+               m_region.height);
+}
+
+}  // namespace ZOLT::GUI
