@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: Apache-2.0
+// Waits while the daemon obtains a PIN.
+#include "gui/PinRequestingScreen.h"
+
+#include <string>
+
+#include "common/Logger.h"
+#include "gui/Widgets.h"
+
+namespace ZOLT::GUI {
+
+namespace {
+
+constexpr char text1[] = "SID_CONNECTING_TO_NETWORK_SERVER";
+constexpr char text2[] = "SID_PLEASE_WAIT_DOT_KR_DIFF";
+
+}  // namespace
+
+PinRequestingScreen::PinRequestingScreen(int width, int height)
+    : Screen("PinRequesting", m_layoutName, "WaitingWindow", width, height), m_progress(nullptr) {
+    ZOLT_TRACE();
+    setTranslatable(m_layout, "title", "COM_SID_ZOLT_CONTENT");
+    m_progress = fillWaiting(text1, text2);
+    const std::string spoken = std::string(translated(text1)) + translated(text2);
+    elm_access_say(spoken.c_str());
+}
+
+PinRequestingScreen::~PinRequestingScreen() {
+    ZOLT_TRACE();
+}
+
+void PinRequestingScreen::RemoveProgressBar() {
+    ZOLT_TRACE();
+    elm_layout_signal_emit(m_progress, "stop_pulse", "elm");
+}
+
+}  // namespace ZOLT::GUI
