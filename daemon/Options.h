@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: Apache-2.0
+// The daemon's command line.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace standin {
+
+// A mistake of the person who starts the daemon: told on one line, exit status 2.
+struct UsageError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+struct Options {
+    std::string setFolder;     // --set
+    std::string scenarioFile;  // --scenario, empty if not given
+    bool showHelp = false;
+    bool showVersion = false;
+};
+
+// Throws UsageError.
+Options parseOptions(int argc, char** argv);
+
+std::string helpText();
+
+}  // namespace standin

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: Apache-2.0
+// The course that the daemon plays, and the methods that it is about.
+#include "daemon/Scenario.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace standin {
+
+const std::vector<Method>& methods() {
+    static const std::vector<Method> all = {
+        {"requestPincode", ReplyType::nothing, ZOLT::REASON_PINCODE_READY},
+        {"getPincode", ReplyType::text, std::nullopt},
+        {"requestPincodeVerification", ReplyType::nothing, ZOLT::REASON_PINCODE_VERIFIED},
+        {"checkShopRegistration", ReplyType::truth, std::nullopt},
+        {"requestShopInfoList", ReplyType::nothing, ZOLT::REASON_SHOP_LIST_READY},
+        {"getShopInfoList", ReplyType::text, std::nullopt},
+        {"requestRegistrationShopInfo", ReplyType::nothing, ZOLT::REASON_REGISTRATION_DONE},
+        {"getRegisteredShopInfo", ReplyType::text, std::nullopt},
+        {"checkShopMode", ReplyType::truth, std::nullopt},
+        {"applicationCancelled", ReplyType::nothing, std::nullopt},
+        {"unregister", ReplyType::nothing, ZOLT::REASON_DEREGISTRATION_DONE},
+        {"deleteRegistrationInfo", ReplyType::nothing, ZOLT::REASON_REGISTRATION_INFO_DELETED},
+    };
+    return all;
+}
+
+const Method* findMethod(const std::string& name) {
+    const auto found = std::find_if(methods().begin(), methods().end(),
+                                    [&](const Method& entry) { return name == entry.name; });
+    return found != methods().end() ? &*found : nullptr;
+}
+
+int Scenario::delayOf(const std::string& method) const {
+    return method == "requestPincodeVerification" ? verificationMs : delayMs;
+}
+
+MethodScript Scenario::scriptFor(const std::string& method, int call) const {
+    const auto script = scripts.find(method);
+    if (script == scripts.end() || (script->second.first > 0 && call > script->second.first)) {
+        return {};
+    }
+    return script->second;
+}
+
+}  // namespace standin

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: Apache-2.0
+// The course that the daemon plays: when, with which result, and with which faults.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "gdbus/ZOLTEvents.h"
+
+namespace standin {
+
+// What one sendEvent carries. Numbers outside the known ones may be sent as well.
+struct Event {
+    int event = 0;
+    int reason = 0;
+};
+
+struct TimedEvent {
+    int delayMs = 0;
+    Event event;
+};
+
+enum class ReplyType { nothing, text, truth };
+
+// One method of the daemon and what an ordinary call of it leads to.
+struct Method {
+    const char* name;
+    ReplyType reply;
+    std::optional<int> success;  // reason of the event that follows, for a method that starts work
+};
+
+// All twelve, in the order of the interface.
+const std::vector<Method>& methods();
+// Null if there is none of that name.
+const Method* findMethod(const std::string& name);
+
+// How one method departs from the ordinary course.
+struct MethodScript {
+    int first = 0;                     // only the first so many calls; 0: all
+    std::optional<int> delayMs;        // from the reply to the event
+    bool silent = false;               // no event follows
+    std::optional<Event> outcome;      // event in the place of the success
+    std::optional<std::string> reply;  // value of the reply
+    int replyDelayMs = 0;              // from the call to the reply
+    std::string error;                 // name of a D-Bus error in the place of the reply
+    std::string errorMessage = "Told to fail by the scenario";
+    bool noReply = false;            // neither a reply nor an event, ever
+    bool abort = false;              // the process dies in the call
+    bool wrongType = false;          // the reply carries an integer, whatever the method promises
+    std::vector<TimedEvent> events;  // further ones, counted from the reply
+};
+
+struct Scenario {
+    int delayMs = 800;
+    int verificationMs = 3000;
+    std::string shopListFile;  // absolute
+    std::string shopList;      // its content
+    bool foundInLan = true;
+    std::string pincode = "48201573";
+    bool pincodeExpires = false;
+    std::vector<TimedEvent> startEvents;          // counted from the moment the name is owned
+    std::map<std::string, MethodScript> scripts;  // by the method's name
+
+    // The ordinary delay from METHOD's reply to its event.
+    int delayOf(const std::string& method) const;
+    // The script for the call number CALL, counted from 1, of METHOD.
+    MethodScript scriptFor(const std::string& method, int call) const;
+};
+
+}  // namespace standin

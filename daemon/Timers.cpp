@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: Apache-2.0
+// Things that the daemon does later.
+#include "daemon/Timers.h"
+
+#include <utility>
+
+#include <glib.h>
+
+namespace standin {
+
+// Belongs to its source, which deletes it.
+struct Timers::Timer {
+    Timers& owner;
+    std::function<void()> action;
+    unsigned source = 0;
+};
+
+Timers::~Timers() {
+    cancel();
+}
+
+void Timers::after(int delayMs, std::function<void()> action) {
+    auto* timer = new Timer{*this, std::move(action)};
+    timer->source =
+        g_timeout_add_full(G_PRIORITY_DEFAULT, static_cast<guint>(delayMs), fire, timer, release);
+    m_sources.insert(timer->source);
+}
+
+size_t Timers::cancel() {
+    const std::set<unsigned> due = std::exchange(m_sources, {});
+    for (const unsigned source : due) {
+        g_source_remove(source);
+    }
+    return due.size();
+}
+
+int Timers::fire(void* data) {
+    auto* timer = static_cast<Timer*>(data);
+    timer->owner.m_sources.erase(timer->source);
+    timer->action();
+    return G_SOURCE_REMOVE;
+}
+
+void Timers::release(void* data) {
+    delete static_cast<Timer*>(data);
+}
+
+}  // namespace standin

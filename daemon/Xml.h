@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: Apache-2.0
+// Just enough reading of XML for the daemon's documents.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <libxml/tree.h>
+
+namespace standin {
+
+// One parsed document. Takes nothing from the network and prints nothing.
+class XmlDocument {
+  public:
+    explicit XmlDocument(const std::string& text);
+    ~XmlDocument();
+    XmlDocument(const XmlDocument&) = delete;
+    XmlDocument& operator=(const XmlDocument&) = delete;
+
+    // Null if the text is not well formed, or declares entities of its own, with which a small
+    // document can grow without bounds. Belongs to the document.
+    xmlNode* root() const;
+
+  private:
+    xmlDoc* m_document;  // freed in the destructor; may be null
+};
+
+// The child elements of NODE in document order.
+std::vector<xmlNode*> elementsOf(const xmlNode* node);
+std::string elementName(const xmlNode* node);
+std::optional<std::string> attribute(xmlNode* node, const char* name);
+std::string content(xmlNode* node);
+
+// The whole of a file. Throws UsageError when it cannot be read.
+std::string readText(const std::string& path);
+
+}  // namespace standin

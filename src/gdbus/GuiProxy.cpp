@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: Apache-2.0
+// Calls of the daemon's methods, with its failures turned into exceptions.
+#include "gdbus/GuiProxy.h"
+
+#include <cstring>
+
+#include "common/Exception.h"
+#include "common/Logger.h"
+#include "gdbus/Proxy.h"
+
+namespace ZOLT {
+namespace {
+
+constexpr const char* GUI_PATH = "/zolt/gui";
+constexpr const char* GUI_INTERFACE = "org.tizen.GDBus.ZoltContent.GUI";
+constexpr int CALL_TIMEOUT_MS = 100000;
+
+bool isGuiObject(GDBusObject* object) {
+    return std::strcmp(g_dbus_object_get_object_path(object), GUI_PATH) == 0;
+}
+
+// Ends a failed call: frees ERROR and the string REPLY, which may be null.
+[[noreturn]] void fail(const char* prefix, GError* error, gchar* reply = nullptr) {
+    const std::string text = std::string(prefix) + error->message;
+    g_error_free(error);
+    g_free(reply);
+    throw Exception(text.c_str(), GENERIC_ERROR);
+}
+
+// Takes over REPLY. A reply that carries no string counts as an empty one, since a std::string
+// cannot be built from null.
+std::string takeString(gchar* reply) {
+    std::string text = reply != nullptr ? reply : "";
+    g_free(reply);
+    return text;
+}
+
+}  // namespace
+
+std::function<void(int, int)> GuiProxy::m_sendEventCallback;
+
+GuiProxy::GuiProxy() {
+    ZOLT_TRACE();
+    signup();
+}
+
+GuiProxy::~GuiProxy() {
+    ZOLT_TRACE();
+    Proxy::unregister(m_subscriptionId);
+    disconnectSignals();
+    m_proxy = nullptr;
+}
+
+void GuiProxy::signup() {
+    ZOLT_TRACE();
+    const std::function<void(GDBusObject*)> added = [this](GDBusObject* object) {
+        onObjectAdded(object);
+    };
+    const std::function<void(GDBusObject*)> removed = [this](GDBusObject* object) {
+        onObjectRemoved(object);
+    };
+    m_subscriptionId = Proxy::signup(added, removed);
+}
+
+ZOLTGUI* GuiProxy::getProxy() {
+    ZOLT_TRACE();
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_subscriptionId < 0) {
+        signup();
+    }
+    if (m_proxy == nullptr) {
+        throw Exception("Failed to find GUI proxy object", GENERIC_ERROR);
+    }
+    return m_proxy;
+}
+
+void GuiProxy::onObjectAdded(GDBusObject* object) {
+    ZOLT_TRACE();
+    if (m_proxy != nullptr) {
+        ZOLT_DEBUG("Object already exists");
+        return;
+    }
+    if (!isGuiObject(object)) {
+        return;
+    }
+    // Null if the object lacks the interface. GLib refuses the two calls below on a null instance
+    // with a complaint, and the object then counts as absent.
+    GDBusInterface* interface = Proxy::getInterface(object, GUI_INTERFACE);
+    m_proxy = interface != nullptr ? ZOLT_GUI(interface) : nullptr;
+    g_dbus_proxy_set_default_timeout(reinterpret_cast<GDBusProxy*>(m_proxy), CALL_TIMEOUT_MS);
+    m_signalIds.push_back(
+        g_signal_connect(m_proxy, "send-event", G_CALLBACK(GuiProxy::sendEvent), nullptr));
+    ZOLT_DEBUG("Object /zolt/gui added");
+}
+
+void GuiProxy::onObjectRemoved(GDBusObject* object) {
+    ZOLT_TRACE();
+    if (!isGuiObject(object)) {
+        return;
+    }
+    disconnectSignals();
+    m_proxy = nullptr;
+    ZOLT_DEBUG("Removing object /zolt/gui");
+}
+
+void GuiProxy::disconnectSignals() {
+    for (const unsigned long signalId : m_signalIds) {
+        g_signal_handler_disconnect(m_proxy, signalId);
+    }
+    m_signalIds.clear();
+}
+
+void GuiProxy::sendEvent(ZOLTGUI* /*proxy*/, gint event, gint reason) {
+    ZOLT_TRACE_VALUES(2, 2, event, 3, reason);
+    m_sendEventCallback(event, reason);
+}
+
+void GuiProxy::requestPincode() {
+    ZOLT_TRACE();
+    GError* error = nullptr;
+    zolt_gui_call_request_pincode_sync(getProxy(), nullptr, &error);
+    if (error != nullptr) {
+        fail("Failed to request pincode: ", error);
+    }
+}
+
+std::string GuiProxy::getPincode() {
+    ZOLT_TRACE();
+    GError* error = nullptr;
+    gchar* reply = nullptr;
+    zolt_gui_call_get_pincode_sync(getProxy(), &reply, nullptr, &error);
+    if (error != nullptr) {
+        fail("Failed to get pincode: ", error, reply);
+    }
+    std::string pincode = takeString(reply);
+    ZOLT_DEBUG("Received pincode %s", pincode.c_str());
+    return pincode;
+}
+
+void GuiProxy::requestPincodeVerification() {
+    ZOLT_TRACE();
+    GError* error = nullptr;
+    zolt_gui_call_request_pincode_verification_sync(getProxy(), nullptr, &error);
+    if (error != nullptr) {
+        fail("Failed to request pincode verification: ", error);
+    }
+}
+
+bool GuiProxy::checkShopRegistration() {
+    ZOLT_TRACE();
+    GError* error = nullptr;
+    gboolean registered = FALSE;
+    zolt_gui_call_check_shop_registration_sync(getProxy(), &registered, nullptr, &error);
+    if (error != nullptr) {
+        fail("Failed to check shop registration: ", error);
+    }
+    return registered != FALSE;
+}
+
+void GuiProxy::requestShopInfoList() {
+    ZOLT_TRACE();
+    GError* error = nullptr;
+    zolt_gui_call_request_shop_info_list_sync(getProxy(), nullptr, &error);
+    if (error != nullptr) {
+        fail("Failed to request shop info list: ", error);
+    }
+}
+
+std::string GuiProxy::getShopInfoList() {
+    ZOLT_TRACE();
+    GError* error = nullptr;
+    gchar* reply = nullptr;
+    zolt_gui_call_get_shop_info_list_sync(getProxy(), &reply, nullptr, &error);
+    if (error != nullptr) {
+        fail("Failed to get shop list: ", error, reply);
+    }
+    std::string shopList = takeString(reply);
+    // A daemon without a list may answer with success all the same.
+    if (shopList.empty() || shopList == "null") {
+        throw Exception("Shop list is empty ", GENERIC_ERROR);
+    }
+    return shopList;
+}
+
+void GuiProxy::requestRegistrationShopInfo(const std::string& shopConf) {
+    ZOLT_TRACE();
+    GError* error = nullptr;
+    zolt_gui_call_request_registration_shop_info_sync(getProxy(), shopConf.c_str(), nullptr,
+                                                      &error);
+    if (error != nullptr) {
+        fail("Failed to request registration: ", error);
+    }
+}
+
+std::string GuiProxy::getRegisteredShopInfo() {
+    ZOLT_TRACE();
+    GError* error = nullptr;
+    gchar* reply = nullptr;
+    zolt_gui_call_get_registered_shop_info_sync(getProxy(), &reply, nullptr, &error);
+    if (error != nullptr) {
+        fail("Failed to get registered shop info: ", error, reply);
+    }
+    return takeString(reply);
+}
+
+bool GuiProxy::checkShopMode() {
+    ZOLT_TRACE();
+    GError* error = nullptr;
+    gboolean shopMode = FALSE;
+    zolt_gui_call_check_shop_mode_sync(getProxy(), &shopMode, nullptr, &error);
+    if (error != nullptr) {
+        fail("Failed to get shop mode: ", error);
+    }
+    return shopMode != FALSE;
+}
+
+void GuiProxy::applicationCancelled() {
+    ZOLT_TRACE();
+    GError* error = nullptr;
+    zolt_gui_call_application_cancelled_sync(getProxy(), nullptr, &error);
+    if (error != nullptr) {
+        // The wording is what log readers look for.
+        fail("Failed inform that application quited: ", error);
+    }
+}
+
+void GuiProxy::unregister() {
+    ZOLT_TRACE();
+    GError* error = nullptr;
+    zolt_gui_call_unregister_sync(getProxy(), nullptr, &error);
+    if (error != nullptr) {
+        fail("Failed to unregister: ", error);
+    }
+}
+
+void GuiProxy::deleteRegistrationInfo() {
+    ZOLT_TRACE();
+    GError* error = nullptr;
+    zolt_gui_call_delete_registration_info_sync(getProxy(), nullptr, &error);
+    if (error != nullptr) {
+        fail("Failed to delete registration info: ", error);
+    }
+}
+
+}  // namespace ZOLT
