@@ -1,0 +1,300 @@
+// SPDX-License-Identifier: Apache-2.0
+// Verbs for tests of screens: real widgets on the toolkit's buffer engine, and keys fed to them.
+#include "gui/GuiFixture.h"
+
+#include <algorithm>
+#include <clocale>
+#include <cstdlib>
+
+#include <libintl.h>
+
+#include <Ecore.h>
+
+#include "common/ZoltConfig.h"
+#include "gui/Controller.h"
+#include "gui/EventHandler.h"
+
+namespace support {
+
+namespace {
+
+using ZOLT::GUI::Popup;
+using ZOLT::GUI::Screen;
+
+// The toolkit starts once for all tests of the process, in a home of its own: it keeps settings.
+class Toolkit : public ::testing::Environment {
+  public:
+    void SetUp() override {
+        for (const char* folder : {"HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME",
+                                   "XDG_RUNTIME_DIR", "ELM_HOME_DIR"}) {
+            setenv(folder, m_home.path().c_str(), 1);
+        }
+        for (const char* stray : {"DISPLAY", "WAYLAND_DISPLAY", "LANGUAGE", "LANG", "LC_ALL"}) {
+            unsetenv(stray);
+        }
+        setenv("ELM_ENGINE", "buffer", 1);
+        setenv("EINA_LOG_BACKTRACE", "-1", 1);
+        setenv("EINA_LOG_LEVEL", "0", 0);
+        setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent", 1);
+        setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent", 1);
+        elm_init(0, nullptr);
+        // Icons come from the theme alone: a search of the desktop's would start helper processes.
+        elm_config_icon_theme_set("_Elementary_Icon_Theme");
+        elm_theme_overlay_add(nullptr, (std::string(ZOLT_TEST_THEME_FOLDER) + "/gui.edj").c_str());
+    }
+    void TearDown() override { elm_shutdown(); }
+
+  private:
+    TemporaryFolder m_home;
+};
+
+const auto* const toolkit = ::testing::AddGlobalTestEnvironment(new Toolkit);
+
+// A derived class may name the members that its base keeps to its family.
+struct ScreenFamily : Screen {
+    static constexpr Evas_Object* Screen::*window = &ScreenFamily::m_window;
+    static constexpr Evas_Object* Screen::*layout = &ScreenFamily::m_layout;
+};
+
+struct PopupFamily : Popup {
+    static constexpr Evas_Object* Popup::*widget = &PopupFamily::m_popup;
+    static constexpr Evas_Object* Popup::*background = &PopupFamily::m_background;
+};
+
+unsigned int nextTimestamp() {
+    static unsigned int timestamp = 0;
+    return ++timestamp;
+}
+
+std::string joined(const std::vector<std::string>& lines) {
+    std::string all;
+    for (const std::string& line : lines) {
+        all += "  " + line + "\n";
+    }
+    return all;
+}
+
+std::string text(const char* characters) {
+    return characters != nullptr ? characters : "";
+}
+
+}  // namespace
+
+void GuiFixture::SetUp() {
+    platform().reset();
+    m_settings = {{"LayoutPath", ZOLT_TEST_THEME_FOLDER},
+                  {"SourceVersion", "1.2.3"},
+                  {"ShopRegistrationFilePath", m_folder.file("registered")}};
+    writeConfiguration();
+    ZOLT::GUI::Controller::Enlarge = 0;
+    ZOLT::GUI::Controller::m_currentLabelText.clear();
+    ZOLT::GUI::Controller::m_wasLabelRead = false;
+    ZOLT::GUI::EventHandler::m_keyUnfocused = false;
+    ZOLT::GUI::EventHandler::m_focusState = ZOLT::GUI::FOCUS_STATE_NONE;
+    quitWasAsked();  // of an earlier test
+    platform().clearLog();
+    platform().clearCalls();
+}
+
+void GuiFixture::TearDown() {
+    settle();
+    std::vector<std::string> warnings;
+    for (const LogLine& line : platform().log()) {
+        if (line.priority >= DLOG_WARN) {
+            warnings.push_back(line.message);
+        }
+    }
+    std::sort(warnings.begin(), warnings.end());
+    std::sort(m_announced.begin(), m_announced.end());
+    EXPECT_EQ(joined(warnings), joined(m_announced)) << "lines at warning priority";
+    if (m_translated) {
+        unsetenv("LANGUAGE");
+        std::setlocale(LC_ALL, "C");
+    }
+    elm_config_mirrored_set(EINA_FALSE);
+    ZoltConfig::deinitialize();
+}
+
+void GuiFixture::announceWarning(const std::string& message, int count) {
+    m_announced.insert(m_announced.end(), static_cast<std::size_t>(count), message);
+}
+
+bool GuiFixture::logged(const std::string& message) {
+    return platform().hasLine(LOG_ID_SYSTEM, DLOG_DEBUG, message);
+}
+
+int GuiFixture::entered(const std::string& function) {
+    const std::vector<LogLine> lines = platform().log();
+    return static_cast<int>(
+        std::count_if(lines.begin(), lines.end(), [&function](const LogLine& line) {
+            return line.priority == DLOG_INFO && line.function == function;
+        }));
+}
+
+void GuiFixture::configure(const std::string& key, const std::string& value) {
+    for (auto& setting : m_settings) {
+        if (setting.first == key) {
+            setting.second = value;
+        }
+    }
+    writeConfiguration();
+}
+
+void GuiFixture::writeConfiguration() {
+    std::string document = "<config>";
+    for (const auto& [key, value] : m_settings) {
+        document.append("<item name=\"").append(key).append("\">").append(value).append("</item>");
+    }
+    ZoltConfig::deinitialize();
+    ZoltConfig::initialize(m_folder.write("config.xml", document + "</config>"));
+    ZoltConfig::load();
+}
+
+std::string GuiFixture::themeFolder() {
+    return ZOLT_TEST_THEME_FOLDER;
+}
+
+void GuiFixture::translate(const std::vector<std::pair<std::string, std::string>>& catalogue) {
+    std::string source = "msgid \"\"\nmsgstr \"Content-Type: text/plain; charset=UTF-8\\n\"\n";
+    for (const auto& [id, words] : catalogue) {
+        source.append("msgid \"").append(id).append("\"\nmsgstr \"").append(words).append("\"\n");
+    }
+    const std::string input = m_folder.write("ZOLT.po", source);
+    const std::string output = m_folder.write("xx/LC_MESSAGES/ZOLT.mo", "");
+    ASSERT_EQ(0, runProgram({"msgfmt", "-o", output, input}).status);
+    // Any locale but the plain C one lets the variable choose the catalogue.
+    m_translated = true;
+    setenv("LANGUAGE", "xx", 1);
+    ASSERT_NE(nullptr, std::setlocale(LC_ALL, "C.UTF-8"));
+    bindtextdomain("ZOLT", m_folder.path().c_str());
+    bind_textdomain_codeset("ZOLT", "UTF-8");
+}
+
+Evas_Object* GuiFixture::windowOf(const Screen& screen) {
+    return screen.*ScreenFamily::window;
+}
+
+Evas_Object* GuiFixture::layoutOf(const Screen& screen) {
+    return screen.*ScreenFamily::layout;
+}
+
+Evas_Object* GuiFixture::widgetOf(const Popup& popup) {
+    return popup.*PopupFamily::widget;
+}
+
+Evas_Object* GuiFixture::backgroundOf(const Popup& popup) {
+    return popup.*PopupFamily::background;
+}
+
+std::string GuiFixture::textOf(Evas_Object* object, const char* part) {
+    return text(elm_object_part_text_get(object, part));
+}
+
+Evas_Object* GuiFixture::partOf(Evas_Object* object, const char* part) {
+    return elm_object_part_content_get(object, part);
+}
+
+std::string GuiFixture::styleOf(Evas_Object* object) {
+    return text(elm_object_style_get(object));
+}
+
+std::string GuiFixture::groupOf(Evas_Object* layout) {
+    const char* file = nullptr;
+    const char* group = nullptr;
+    elm_layout_file_get(layout, &file, &group);
+    return text(group);
+}
+
+std::string GuiFixture::iconOf(Evas_Object* button) {
+    Evas_Object* icon = partOf(button, "icon");
+    return icon != nullptr ? text(elm_icon_standard_get(icon)) : "none";
+}
+
+std::vector<Evas_Object*> GuiFixture::childrenOf(Evas_Object* layout, const char* part) {
+    // The constant is the toolkit's own way to give a part that is not to be changed.
+    auto* box =
+        const_cast<Evas_Object*>(edje_object_part_object_get(elm_layout_edje_get(layout), part));
+    std::vector<Evas_Object*> children;
+    void* child = nullptr;
+    Eina_List* list = evas_object_box_children_get(box);
+    EINA_LIST_FREE(list, child) {
+        children.push_back(static_cast<Evas_Object*>(child));
+    }
+    return children;
+}
+
+Evas_Object* GuiFixture::focusedIn(Evas_Object* object) {
+    return elm_object_focused_object_get(elm_object_top_widget_get(object));
+}
+
+Box GuiFixture::geometryOf(const Evas_Object* object) {
+    Box box;
+    evas_object_geometry_get(object, &box.x, &box.y, &box.width, &box.height);
+    return box;
+}
+
+Box GuiFixture::minimumOf(const Evas_Object* object) {
+    Box box;
+    evas_object_size_hint_min_get(object, &box.width, &box.height);
+    return box;
+}
+
+Box GuiFixture::maximumOf(const Evas_Object* object) {
+    Box box;
+    evas_object_size_hint_max_get(object, &box.width, &box.height);
+    return box;
+}
+
+void GuiFixture::press(Evas_Object* object, const std::string& key) {
+    Evas* canvas = evas_object_evas_get(object);
+    evas_event_feed_key_down(canvas, key.c_str(), key.c_str(), nullptr, nullptr, nextTimestamp(),
+                             nullptr);
+    settle();
+    evas_event_feed_key_up(canvas, key.c_str(), key.c_str(), nullptr, nullptr, nextTimestamp(),
+                           nullptr);
+    settle();
+}
+
+void GuiFixture::keyDown(Evas_Object* object, const std::string& key) {
+    evas_event_feed_key_down(evas_object_evas_get(object), key.c_str(), key.c_str(), nullptr,
+                             nullptr, nextTimestamp(), nullptr);
+    settle();
+}
+
+void GuiFixture::keyUp(Evas_Object* object, const std::string& key) {
+    evas_event_feed_key_up(evas_object_evas_get(object), key.c_str(), key.c_str(), nullptr, nullptr,
+                           nextTimestamp(), nullptr);
+    settle();
+}
+
+void GuiFixture::settle() {
+    // Work that a job puts off goes into further jobs; a few rounds behind them are enough.
+    for (int round = 0; round < 5; ++round) {
+        bool reached = false;
+        ecore_job_add([](void* data) { *static_cast<bool*>(data) = true; }, &reached);
+        while (!reached) {
+            ecore_main_loop_iterate();
+        }
+    }
+}
+
+bool GuiFixture::turnUntil(const std::function<bool()>& predicate) {
+    return waitUntil(predicate, DEADLINE, [] { ecore_main_loop_iterate(); });
+}
+
+bool GuiFixture::quitWasAsked() {
+    bool turned = false;
+    Ecore_Job* job = ecore_job_add(
+        [](void* data) {
+            *static_cast<bool*>(data) = true;
+            ecore_main_loop_quit();
+        },
+        &turned);
+    ecore_main_loop_begin();
+    if (!turned) {
+        ecore_job_del(job);
+    }
+    return !turned;
+}
+
+}  // namespace support

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: Apache-2.0
+// Verbs for tests of screens: real widgets on the toolkit's buffer engine, and keys fed to them.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <Elementary.h>
+#include <gtest/gtest.h>
+
+#include "gui/Popup.h"
+#include "gui/Screen.h"
+#include "support/ScriptedPlatform.h"
+#include "support/TestSupport.h"
+
+namespace support {
+
+// Where an object stands and how large it is, in pixels.
+struct Box {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+};
+
+// Each test gets a good set, a configuration of its own and clean state in the program's classes.
+// A line at warning priority that the test did not announce fails the test.
+class GuiFixture : public ::testing::Test {
+  protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    static ScriptedPlatform& platform() { return ScriptedPlatform::get(); }
+
+    // --- the log
+    // MESSAGE is expected at warning priority, COUNT times.
+    void announceWarning(const std::string& message, int count = 1);
+    // Whether the program logged MESSAGE at debug priority in its ordinary buffer.
+    static bool logged(const std::string& message);
+    // How often a function of the program was entered, by its bare name.
+    static int entered(const std::string& function);
+
+    // --- the configuration
+    // Replaces the value of a key and reads the configuration anew.
+    void configure(const std::string& key, const std::string& value);
+    static std::string themeFolder();
+    // Makes these the texts behind the ids, to the end of the test. Without it every id stands for
+    // itself.
+    void translate(const std::vector<std::pair<std::string, std::string>>& catalogue);
+
+    // --- the parts of a screen, which its class keeps to itself
+    static Evas_Object* windowOf(const ZOLT::GUI::Screen& screen);
+    static Evas_Object* layoutOf(const ZOLT::GUI::Screen& screen);
+    static Evas_Object* widgetOf(const ZOLT::GUI::Popup& popup);
+    static Evas_Object* backgroundOf(const ZOLT::GUI::Popup& popup);
+
+    // --- looking
+    static std::string textOf(Evas_Object* object, const char* part = nullptr);
+    static Evas_Object* partOf(Evas_Object* object, const char* part = nullptr);
+    static std::string styleOf(Evas_Object* object);
+    // The group that a layout has loaded.
+    static std::string groupOf(Evas_Object* layout);
+    // The name of the icon in BUTTON, or "none".
+    static std::string iconOf(Evas_Object* button);
+    // The widgets in a box part of a layout, in order.
+    static std::vector<Evas_Object*> childrenOf(Evas_Object* layout, const char* part);
+    // The widget that has the focus in the window of OBJECT.
+    static Evas_Object* focusedIn(Evas_Object* object);
+    static Box geometryOf(const Evas_Object* object);
+    static Box minimumOf(const Evas_Object* object);
+    static Box maximumOf(const Evas_Object* object);
+
+    // --- doing
+    // Presses and releases a key on the canvas of OBJECT and lets the main loop settle.
+    static void press(Evas_Object* object, const std::string& key);
+    static void keyDown(Evas_Object* object, const std::string& key);
+    static void keyUp(Evas_Object* object, const std::string& key);
+    // Turns the main loop until nothing is left to do at once.
+    static void settle();
+    // Turns the main loop until PREDICATE holds; false when the deadline came first.
+    static bool turnUntil(const std::function<bool()>& predicate);
+    // Whether the end of the main loop was asked for since the test began.
+    static bool quitWasAsked();
+
+  private:
+    void writeConfiguration();
+
+    TemporaryFolder m_folder;
+    std::vector<std::pair<std::string, std::string>> m_settings;
+    std::vector<std::string> m_announced;
+    bool m_translated = false;
+};
+
+}  // namespace support
