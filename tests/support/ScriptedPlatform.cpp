@@ -57,6 +57,7 @@ struct ScriptedPlatform::State {
     std::vector<std::string> calls;
     std::map<std::string, int> fixedAnswers;
     std::map<std::string, std::deque<int>> queuedAnswers;
+    std::map<std::string, std::function<void()>> actions;
 
     std::map<std::string, int> vconfInts = {
         {"memory/zolt/zolt_screensaver_blocking", 0},
@@ -162,6 +163,17 @@ class Locked {
     Locked() : m_state(ScriptedPlatform::get().lockedState(m_lock)) {}
     State* operator->() { return &m_state; }
     void unlock() { m_lock.unlock(); }
+
+    int call(const std::string& function, const std::string& arguments = "", int otherwise = 0) {
+        const auto found = m_state.actions.find(function);
+        if (found != m_state.actions.end()) {
+            const auto action = found->second;
+            m_lock.unlock();
+            action();
+            m_lock.lock();
+        }
+        return m_state.call(function, arguments, otherwise);
+    }
 
   private:
     std::unique_lock<std::mutex> m_lock;
@@ -310,6 +322,11 @@ void ScriptedPlatform::answer(const std::string& function, int code) {
 void ScriptedPlatform::answers(const std::string& function, const std::vector<int>& codes) {
     const std::lock_guard<std::mutex> guard(m_mutex);
     m_state->queuedAnswers[function].assign(codes.begin(), codes.end());
+}
+
+void ScriptedPlatform::whenCalled(const std::string& function, std::function<void()> action) {
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    m_state->actions[function] = std::move(action);
 }
 
 void ScriptedPlatform::setVconf(const std::string& key, int value) {
@@ -526,13 +543,13 @@ int __dlog_print(log_id_t id, int priority, const char* tag, const char* format,
 
 int vconf_get_int(const char* key, int* value) {
     Locked state;
-    const int code = state->call("vconf_get_int", key);
+    const int code = state.call("vconf_get_int", key);
     return code != 0 ? code : support::giveInt(state->vconfInts, key, value);
 }
 
 int vconf_set_int(const char* key, int value) {
     Locked state;
-    const int code = state->call("vconf_set_int", std::string(key) + ", " + std::to_string(value));
+    const int code = state.call("vconf_set_int", std::string(key) + ", " + std::to_string(value));
     if (code == 0) {
         state->vconfInts[key] = value;
     }
@@ -542,7 +559,7 @@ int vconf_set_int(const char* key, int value) {
 char* vconf_get_str(const char* key) {
     Locked state;
     char* value = nullptr;
-    if (state->call("vconf_get_str", key) == 0) {
+    if (state.call("vconf_get_str", key) == 0) {
         support::giveTextOf(state->vconfTexts, key, &value);
     }
     return value;
@@ -550,7 +567,7 @@ char* vconf_get_str(const char* key) {
 
 int vconf_notify_key_changed(const char* key, vconf_callback_fn callback, void* user_data) {
     Locked state;
-    const int code = state->call("vconf_notify_key_changed", key);
+    const int code = state.call("vconf_notify_key_changed", key);
     if (code == 0) {
         state->vconfCallbacks[key] = {callback, user_data};
     }
@@ -559,7 +576,7 @@ int vconf_notify_key_changed(const char* key, vconf_callback_fn callback, void* 
 
 int vconf_ignore_key_changed(const char* key, vconf_callback_fn /*callback*/) {
     Locked state;
-    const int code = state->call("vconf_ignore_key_changed", key);
+    const int code = state.call("vconf_ignore_key_changed", key);
     if (code == 0) {
         state->vconfCallbacks.erase(key);
     }
@@ -570,20 +587,20 @@ int vconf_ignore_key_changed(const char* key, vconf_callback_fn /*callback*/) {
 
 int runtime_info_get_value_int(runtime_info_key_e key, int* value) {
     Locked state;
-    const int code = state->call("runtime_info_get_value_int", std::to_string(key));
+    const int code = state.call("runtime_info_get_value_int", std::to_string(key));
     return code != 0 ? code : support::giveInt(state->runtimeInts, key, value);
 }
 
 int runtime_info_get_value_string(runtime_info_key_e key, char** value) {
     Locked state;
-    const int code = state->call("runtime_info_get_value_string", std::to_string(key));
+    const int code = state.call("runtime_info_get_value_string", std::to_string(key));
     return code != 0 ? code : support::giveTextOf(state->runtimeTexts, key, value);
 }
 
 int runtime_info_set_changed_cb(runtime_info_key_e key, runtime_info_changed_cb callback,
                                 void* user_data) {
     Locked state;
-    const int code = state->call("runtime_info_set_changed_cb", std::to_string(key));
+    const int code = state.call("runtime_info_set_changed_cb", std::to_string(key));
     if (code == 0) {
         state->runtimeCallbacks[key] = {callback, user_data};
     }
@@ -592,7 +609,7 @@ int runtime_info_set_changed_cb(runtime_info_key_e key, runtime_info_changed_cb 
 
 int runtime_info_unset_changed_cb(runtime_info_key_e key) {
     Locked state;
-    const int code = state->call("runtime_info_unset_changed_cb", std::to_string(key));
+    const int code = state.call("runtime_info_unset_changed_cb", std::to_string(key));
     if (code == 0) {
         state->runtimeCallbacks.erase(key);
     }
@@ -601,26 +618,26 @@ int runtime_info_unset_changed_cb(runtime_info_key_e key) {
 
 int system_info_get_value_int(system_info_key_e key, int* value) {
     Locked state;
-    const int code = state->call("system_info_get_value_int", std::to_string(key));
+    const int code = state.call("system_info_get_value_int", std::to_string(key));
     return code != 0 ? code : support::giveInt(state->systemInts, key, value);
 }
 
 int system_info_get_value_string(system_info_key_e key, char** value) {
     Locked state;
-    const int code = state->call("system_info_get_value_string", std::to_string(key));
+    const int code = state.call("system_info_get_value_string", std::to_string(key));
     return code != 0 ? code : support::giveTextOf(state->systemTexts, key, value);
 }
 
 int system_settings_get_value_string(system_settings_key_e key, char** value) {
     Locked state;
-    const int code = state->call("system_settings_get_value_string", std::to_string(key));
+    const int code = state.call("system_settings_get_value_string", std::to_string(key));
     return code != 0 ? code : support::giveTextOf(state->settingTexts, key, value);
 }
 
 int system_settings_set_value_int(system_settings_key_e key, int value) {
     Locked state;
-    const int code = state->call("system_settings_set_value_int",
-                                 std::to_string(key) + ", " + std::to_string(value));
+    const int code = state.call("system_settings_set_value_int",
+                                std::to_string(key) + ", " + std::to_string(value));
     if (code == 0) {
         state->settingInts[key] = value;
     }
@@ -631,7 +648,7 @@ int system_settings_set_value_int(system_settings_key_e key, int value) {
 
 int device_power_subscribe_poweroff(device_power_poweroff_cb callback, void* user_data) {
     Locked state;
-    const int code = state->call("device_power_subscribe_poweroff");
+    const int code = state.call("device_power_subscribe_poweroff");
     if (code == 0) {
         state->poweroff = {callback, user_data};
     }
@@ -640,7 +657,7 @@ int device_power_subscribe_poweroff(device_power_poweroff_cb callback, void* use
 
 int device_power_unsubscribe_poweroff(device_power_poweroff_cb /*callback*/) {
     Locked state;
-    const int code = state->call("device_power_unsubscribe_poweroff");
+    const int code = state.call("device_power_unsubscribe_poweroff");
     if (code == 0) {
         state->poweroff = {};
     }
@@ -649,7 +666,7 @@ int device_power_unsubscribe_poweroff(device_power_poweroff_cb /*callback*/) {
 
 int device_power_subscribe_wakeup(device_power_wakeup_cb callback, void* user_data) {
     Locked state;
-    const int code = state->call("device_power_subscribe_wakeup");
+    const int code = state.call("device_power_subscribe_wakeup");
     if (code == 0) {
         state->wakeup = {callback, user_data};
     }
@@ -658,7 +675,7 @@ int device_power_subscribe_wakeup(device_power_wakeup_cb callback, void* user_da
 
 int device_power_unsubscribe_wakeup(device_power_wakeup_cb /*callback*/) {
     Locked state;
-    const int code = state->call("device_power_unsubscribe_wakeup");
+    const int code = state.call("device_power_unsubscribe_wakeup");
     if (code == 0) {
         state->wakeup = {};
     }
@@ -669,7 +686,7 @@ int device_power_unsubscribe_wakeup(device_power_wakeup_cb /*callback*/) {
 
 int ui_app_main(int argc, char** argv, ui_app_lifecycle_callback_s* callback, void* user_data) {
     Locked state;
-    const int code = state->call("ui_app_main");
+    const int code = state.call("ui_app_main");
     const auto appMain = state->appMain;
     state.unlock();
     return code == 0 && appMain ? appMain(argc, argv, callback, user_data) : code;
@@ -678,7 +695,7 @@ int ui_app_main(int argc, char** argv, ui_app_lifecycle_callback_s* callback, vo
 int ui_app_add_event_handler(app_event_handler_h* handler, app_event_type_e event_type,
                              app_event_cb callback, void* user_data) {
     Locked state;
-    const int code = state->call("ui_app_add_event_handler", std::to_string(event_type));
+    const int code = state.call("ui_app_add_event_handler", std::to_string(event_type));
     if (code == 0) {
         state->eventHandlers.push_back({event_type, callback, user_data});
         // Never read: only tells the caller that a handler is there.
@@ -691,57 +708,57 @@ int ui_app_add_event_handler(app_event_handler_h* handler, app_event_type_e even
 
 int feedback_initialize(void) {
     Locked state;
-    return state->call("feedback_initialize");
+    return state.call("feedback_initialize");
 }
 
 int feedback_play(feedback_pattern_e pattern) {
     Locked state;
     state->patterns.push_back(pattern);
-    return state->call("feedback_play", std::to_string(pattern));
+    return state.call("feedback_play", std::to_string(pattern));
 }
 
 int feedback_deinitialize(void) {
     Locked state;
-    return state->call("feedback_deinitialize");
+    return state.call("feedback_deinitialize");
 }
 
 int utilx_grab_key(void* display, unsigned int window, const char* key, int mode) {
     Locked state;
     state->grabs.push_back({display, window, key, mode});
-    const int code = state->call("utilx_grab_key", std::string(key) + ", " + std::to_string(mode));
+    const int code = state.call("utilx_grab_key", std::string(key) + ", " + std::to_string(mode));
     const auto result = state->grabResults.find(key);
     return result == state->grabResults.end() ? code : result->second;
 }
 
 int ua_UI_orientation_get(void) {
     Locked state;
-    return state->call("ua_UI_orientation_get", "", state->orientation);
+    return state.call("ua_UI_orientation_get", "", state->orientation);
 }
 
 // --- factory data and clock
 
 int GetData(int id, void* buffer) {
     Locked state;
-    const int type = state->call("GetData", std::to_string(id), state->factoryType);
+    const int type = state.call("GetData", std::to_string(id), state->factoryType);
     std::memcpy(buffer, &state->factoryInteger, sizeof state->factoryInteger);
     return type;
 }
 
 time_t CTimeUtil::GetCurrentTime() {
     Locked state;
-    state->call("CTimeUtil::GetCurrentTime");
+    state.call("CTimeUtil::GetCurrentTime");
     return state->clock;
 }
 
 void CTimeUtil::Unsigned_gmtime_r(const time_t* seconds, struct tm* result) {
     Locked state;
-    state->call("CTimeUtil::Unsigned_gmtime_r", std::to_string(*seconds));
+    state.call("CTimeUtil::Unsigned_gmtime_r", std::to_string(*seconds));
     gmtime_r(seconds, result);
 }
 
 void CTimeUtil::ConvertToUTCTime(struct tm* time) {
     Locked state;
-    state->call("CTimeUtil::ConvertToUTCTime");
+    state.call("CTimeUtil::ConvertToUTCTime");
     const time_t seconds = timegm(time) - state->secondsAheadOfUtc;
     gmtime_r(&seconds, time);
 }
@@ -750,13 +767,13 @@ void CTimeUtil::ConvertToUTCTime(struct tm* time) {
 
 int usb_get_connected_device_number(int device_class) {
     Locked state;
-    return state->call("usb_get_connected_device_number", std::to_string(device_class),
-                       static_cast<int>(state->usbMountPaths.size()));
+    return state.call("usb_get_connected_device_number", std::to_string(device_class),
+                      static_cast<int>(state->usbMountPaths.size()));
 }
 
 int usb_device_get_device_list(int device_class, usb_device_list_h* list) {
     Locked state;
-    const int code = state->call("usb_device_get_device_list", std::to_string(device_class));
+    const int code = state.call("usb_device_get_device_list", std::to_string(device_class));
     if (code != 0) {
         return code;
     }
@@ -770,7 +787,7 @@ int usb_device_get_device_list(int device_class, usb_device_list_h* list) {
 
 usb_device_h usb_device_list_get_first(usb_device_list_h list) {
     Locked state;
-    state->call("usb_device_list_get_first");
+    state.call("usb_device_list_get_first");
     auto* found = state->find<usb_device_list>(list);
     if (found == nullptr || found->devices.empty()) {
         return nullptr;
@@ -782,7 +799,7 @@ usb_device_h usb_device_list_get_first(usb_device_list_h list) {
 // The television's list knows where its reader stands, so this one does too: one step for a call.
 usb_device_h usb_device_list_get_next(usb_device_list_h list) {
     Locked state;
-    state->call("usb_device_list_get_next");
+    state.call("usb_device_list_get_next");
     auto* found = state->find<usb_device_list>(list);
     if (found == nullptr || found->position + 1 >= found->devices.size()) {
         return nullptr;
@@ -792,13 +809,13 @@ usb_device_h usb_device_list_get_next(usb_device_list_h list) {
 
 const char* usb_device_get_mountpath(usb_device_h device) {
     Locked state;
-    state->call("usb_device_get_mountpath");
+    state.call("usb_device_get_mountpath");
     return device->path ? device->path->c_str() : nullptr;
 }
 
 int usb_device_free_device_list(usb_device_list_h list) {
     Locked state;
-    const int code = state->call("usb_device_free_device_list");
+    const int code = state.call("usb_device_free_device_list");
     return code != 0 ? code : state->takeBack<usb_device_list>(list);
 }
 
@@ -811,7 +828,7 @@ using TextOfProfile = std::string support::NetworkProfile::*;
 int profileText(const char* function, const std::string& arguments, connection_profile_h profile,
                 TextOfProfile text, char** value) {
     Locked state;
-    const int code = state->call(function, arguments);
+    const int code = state.call(function, arguments);
     if (code != 0) {
         return code;
     }
@@ -823,7 +840,7 @@ int profileText(const char* function, const std::string& arguments, connection_p
 
 int connection_create(connection_h* connection) {
     Locked state;
-    const int code = state->call("connection_create");
+    const int code = state.call("connection_create");
     if (code == 0) {
         *connection = state->handOut<Connection>(Handout::Connection);
     }
@@ -832,13 +849,13 @@ int connection_create(connection_h* connection) {
 
 int connection_destroy(connection_h connection) {
     Locked state;
-    const int code = state->call("connection_destroy");
+    const int code = state.call("connection_destroy");
     return code != 0 ? code : state->takeBack<Connection>(connection);
 }
 
 int connection_get_type(connection_h connection, connection_type_e* type) {
     Locked state;
-    const int code = state->call("connection_get_type");
+    const int code = state.call("connection_get_type");
     if (code != 0) {
         return code;
     }
@@ -852,7 +869,7 @@ int connection_get_type(connection_h connection, connection_type_e* type) {
 int connection_get_ip_address(connection_h connection, connection_address_family_e family,
                               char** address) {
     Locked state;
-    const int code = state->call("connection_get_ip_address", std::to_string(family));
+    const int code = state.call("connection_get_ip_address", std::to_string(family));
     if (code != 0) {
         return code;
     }
@@ -863,7 +880,7 @@ int connection_get_ip_address(connection_h connection, connection_address_family
 
 int connection_get_mac_address(connection_h connection, connection_type_e type, char** address) {
     Locked state;
-    const int code = state->call("connection_get_mac_address", std::to_string(type));
+    const int code = state.call("connection_get_mac_address", std::to_string(type));
     if (code != 0) {
         return code;
     }
@@ -875,7 +892,7 @@ int connection_get_mac_address(connection_h connection, connection_type_e type, 
 int connection_get_profile_iterator(connection_h connection, connection_iterator_type_e type,
                                     connection_profile_iterator_h* iterator) {
     Locked state;
-    const int code = state->call("connection_get_profile_iterator", std::to_string(type));
+    const int code = state.call("connection_get_profile_iterator", std::to_string(type));
     if (code != 0) {
         return code;
     }
@@ -888,7 +905,7 @@ int connection_get_profile_iterator(connection_h connection, connection_iterator
 
 bool connection_profile_iterator_has_next(connection_profile_iterator_h iterator) {
     Locked state;
-    state->call("connection_profile_iterator_has_next");
+    state.call("connection_profile_iterator_has_next");
     const auto* found = state->find<ProfileIterator>(iterator);
     return found != nullptr && found->next < state->network.profiles.size();
 }
@@ -896,9 +913,12 @@ bool connection_profile_iterator_has_next(connection_profile_iterator_h iterator
 int connection_profile_iterator_next(connection_profile_iterator_h iterator,
                                      connection_profile_h* profile) {
     Locked state;
-    const int code = state->call("connection_profile_iterator_next");
+    const int code = state.call("connection_profile_iterator_next");
     if (code != 0) {
         return code;
+    }
+    if (profile == nullptr) {
+        return CONNECTION_ERROR_INVALID_PARAMETER;
     }
     auto* found = state->find<ProfileIterator>(iterator);
     if (found == nullptr || found->next >= state->network.profiles.size()) {
@@ -911,13 +931,13 @@ int connection_profile_iterator_next(connection_profile_iterator_h iterator,
 
 int connection_destroy_profile_iterator(connection_profile_iterator_h iterator) {
     Locked state;
-    const int code = state->call("connection_destroy_profile_iterator");
+    const int code = state.call("connection_destroy_profile_iterator");
     return code != 0 ? code : state->takeBack<ProfileIterator>(iterator);
 }
 
 int connection_profile_get_type(connection_profile_h profile, connection_profile_type_e* type) {
     Locked state;
-    const int code = state->call("connection_profile_get_type");
+    const int code = state.call("connection_profile_get_type");
     if (code != 0) {
         return code;
     }
@@ -952,7 +972,7 @@ int connection_profile_get_ip_config_type(connection_profile_h profile,
                                           connection_address_family_e family,
                                           connection_ip_config_type_e* type) {
     Locked state;
-    const int code = state->call("connection_profile_get_ip_config_type", std::to_string(family));
+    const int code = state.call("connection_profile_get_ip_config_type", std::to_string(family));
     if (code != 0) {
         return code;
     }

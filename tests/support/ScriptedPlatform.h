@@ -115,6 +115,8 @@ class ScriptedPlatform {
     void answer(const std::string& function, int code);
     // FUNCTION returns these codes in turn, and after them what it returned before.
     void answers(const std::string& function, const std::vector<int>& codes);
+    // ACTION runs at each call of FUNCTION before it answers, without a lock held. It may throw.
+    void whenCalled(const std::string& function, std::function<void()> action);
 
     // --- values; std::nullopt takes a value away: a text then reads as null with result 0
     void setVconf(const std::string& key, int value);
