@@ -9,18 +9,20 @@
 #include <string>
 #include <vector>
 
+#include <boost/thread/latch.hpp>
 #include <boost/thread/thread.hpp>
 
 namespace ZOLT {
 
-// At most one pool at a time, reached through static operations that any thread may call. It runs
-// up to 15 jobs side by side, each on a thread of its own; jobs of one queue run one after another
-// in the order in which they were added. Exceptions of a job are logged and end there.
+// At most one pool at a time, reached through static operations that any thread may call; without a
+// pool all of them but add do nothing. It runs up to 15 jobs side by side, each on a thread of its
+// own; jobs of one queue run one after another in the order in which they were added. Exceptions of
+// a job are logged and end there.
 class ThreadPool {
   public:
     // Throws Exception when there is a pool already, which stays unharmed.
     ThreadPool();
-    // Does not wait for running jobs; call join() first when a job may still run.
+    // Does not wait for running jobs: call join() first, so that none outlives the pool.
     ~ThreadPool();
     ThreadPool(const ThreadPool&) = delete;
     ThreadPool& operator=(const ThreadPool&) = delete;
@@ -29,23 +31,27 @@ class ThreadPool {
     void stop();
 
     // Takes a job and returns its number. An empty QUEUE makes a job without a queue. Throws
-    // Exception when there is no pool.
+    // Exception when there is no pool. A job may call it. What a job holds on to must not call the
+    // pool when it is destroyed.
     static int add(std::function<void()> job, std::string queue);
     // Writes one line for each job.
     static void dump();
     // Cancels the waiting jobs of a queue.
     static void removeQueue(std::string queue);
-    // Interrupts a running job at its next interruption point.
+    // Interrupts a running job at its next interruption point, as Boost.Thread defines them.
     static void interrupt(int id);
     // The same for the first running job of a queue.
     static void interrupt(const std::string& queue);
-    // Waits for the first running job of a queue.
+    // Waits for the first running job of a queue. A job must not wait for itself.
     static void join(const std::string& queue);
     // Cancels all waiting jobs and waits for all running ones.
     static void join();
     static bool running(const std::string& queue);
 
   private:
+    // Lets a test make the start of a thread fail.
+    friend class ThreadPoolStart;
+
     enum Status { JOB_WAITING = 0, JOB_RUNNING = 1, JOB_FINISHED = 2, JOB_DONE = 3 };
 
     struct Job {
@@ -60,15 +66,27 @@ class ThreadPool {
         bool m_removable;       // false while somebody waits in join
         int m_status;           // a Status
         int m_id;
-        int m_worker;        // -1 until started
-        std::mutex m_mutex;  // held by the worker for the whole of the run
+        int m_worker;           // -1 until started
+        std::mutex m_mutex;     // held by the worker for the whole of the run
+        boost::latch m_locked;  // opened by the worker when it holds m_mutex
+        int m_joiners;          // how many wait in join
 
         static int m_count;
     };
 
     void master();
     void worker(Job& job);
+    // Starts the job's thread in its slot. False when the system has none to give.
+    bool start(Job& job);
+    // Lets go of the jobs at the end of the pool.
+    void clear();
+
+    // These three are called with m_mutex held.
     static Job* findRunning(const std::string& queue);
+    static void interrupt(const Job& job);
+    static Job* hold(Job& job);
+    // Waits for a held job and lets go of it.
+    static void join(Job& job);
 
     std::vector<boost::thread> m_workers;  // by worker number
     std::list<Job> m_jobs;                 // in order of arrival, with those that have ended
@@ -76,8 +94,13 @@ class ThreadPool {
     bool m_running;
 
     static ThreadPool* m_self;
-    static std::mutex m_mutex;            // guards all of the above and every job's status
+    // Guards all of the above and every job's status, m_removable and m_joiners. May be taken while
+    // a job's own mutex is held; never the other way round.
+    static std::mutex m_mutex;
     static std::condition_variable m_cv;  // only the master waits on it
+
+    // Makes the thread of a job; a boost::thread unless a test has put something else here.
+    static boost::thread (*s_makeThread)(const std::function<void()>& body);
 };
 
 }  // namespace ZOLT
