@@ -1,0 +1,356 @@
+// SPDX-License-Identifier: Apache-2.0
+// Documents read, asked and written, and what each failure says.
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <string>
+#include <thread>
+
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+#include <libxml/parser.h>
+#include <libxml/xmlmemory.h>
+
+#include "common/Exception.h"
+#include "common/LibXml.h"
+#include "support/ScriptedPlatform.h"
+#include "support/TestSupport.h"
+
+using ZOLT::Exception;
+using ZOLT::LibXml;
+
+namespace {
+
+const char DOCUMENT[] =
+    "<?xml version=\"1.0\"?>\n"
+    "<a x='1'>\n  <b n='one' e=''>text<c/><c/><d/></b>\n  <b n='two'/><!-- note --></a>";
+
+void expectFailure(const std::string& text, const std::function<void()>& call) {
+    try {
+        call();
+        ADD_FAILURE() << "nothing thrown, expected: " << text;
+    } catch (const Exception& e) {
+        EXPECT_EQ(e.what(), text);
+        EXPECT_EQ(e.code(), ZOLT::GENERIC_ERROR);
+    }
+}
+
+std::string nameOf(const xmlNode* node) {
+    return reinterpret_cast<const char*>(node->name);
+}
+
+class LibXmlTest : public testing::Test {
+  protected:
+    void SetUp() override { support::ScriptedPlatform::get().reset(); }
+};
+
+TEST_F(LibXmlTest, SameDocumentComesFromTextBufferAndFile) {
+    const support::TemporaryFolder folder;
+    const LibXml text{std::string(DOCUMENT)};
+    const LibXml buffer(DOCUMENT, sizeof DOCUMENT - 1);
+    LibXml file;
+    file.parseFile(folder.write("a.xml", DOCUMENT));
+    for (const LibXml* xml : {&text, &buffer, static_cast<const LibXml*>(&file)}) {
+        ASSERT_NE(xml->doc(), nullptr);
+        EXPECT_EQ(nameOf(xml->getRootElement()), "a");
+    }
+}
+
+TEST_F(LibXmlTest, EmptyObjectHasNoDocument) {
+    LibXml xml;
+    EXPECT_EQ(xml.doc(), nullptr);
+    EXPECT_EQ(xml.getRootElement(), nullptr);
+    expectFailure("No Node under \"/a\" path", [&] { xml.xPath("/a"); });
+}
+
+TEST_F(LibXmlTest, TextThatIsNoDocumentSaysSoWithTheText) {
+    expectFailure("Input XML is empty", [] { LibXml xml{std::string()}; });
+    for (const std::string text :
+         {"<a>", "x", "<a></b>", " ", "<a x='1' x='2'/>", "%s%d", "<a>\x01</a>"}) {
+        expectFailure("Failed to parse XML: invalid input [" + text + "]",
+                      [&] { LibXml xml(text); });
+    }
+}
+
+TEST_F(LibXmlTest, BufferThatIsNoDocumentSaysSo) {
+    const char* text = "Failed to parse XML from memory: invalid input";
+    expectFailure(text, [] { LibXml xml("<a>", 3); });
+    expectFailure(text, [] { LibXml xml("", 0); });
+    expectFailure(text, [] { LibXml xml(nullptr, 5); });
+    expectFailure(text, [] { LibXml xml("<a/>", -1); });
+}
+
+TEST_F(LibXmlTest, BufferIsReadToItsSizeOnly) {
+    const LibXml xml("<a/><broken", 4);
+    EXPECT_EQ(nameOf(xml.getRootElement()), "a");
+}
+
+TEST_F(LibXmlTest, BufferIsNeverTheFileThatItsBaseNames) {
+    const support::TemporaryFolder folder;
+    folder.write("noname.xml", "<file/>");
+    char before[4096];
+    ASSERT_NE(getcwd(before, sizeof before), nullptr);
+    ASSERT_EQ(chdir(folder.path().c_str()), 0);
+    const LibXml xml("<memory/>", 9);
+    ASSERT_EQ(chdir(before), 0);
+    EXPECT_EQ(nameOf(xml.getRootElement()), "memory");
+    EXPECT_STREQ(reinterpret_cast<const char*>(xml.doc()->URL), "noname.xml");
+}
+
+TEST_F(LibXmlTest, FileThatIsNoDocumentSaysSoWithThePath) {
+    const support::TemporaryFolder folder;
+    LibXml xml;
+    for (const std::string& path :
+         {folder.file("absent"), folder.write("broken", "<a>"), folder.path(), std::string()}) {
+        expectFailure("Failed to parse XML, file does not exist or is invalid: " + path,
+                      [&] { xml.parseFile(path); });
+        EXPECT_EQ(xml.doc(), nullptr);
+    }
+}
+
+TEST_F(LibXmlTest, ParsingAgainReplacesTheDocument) {
+    LibXml xml(std::string("<a/>"));
+    xml.parseString("<b/>");
+    EXPECT_EQ(nameOf(xml.xPath("/b")), "b");
+    expectFailure("Failed to parse XML: invalid input [<c>]", [&] { xml.parseString("<c>"); });
+    EXPECT_EQ(xml.doc(), nullptr);
+    xml.parseString("<d/>");
+    EXPECT_EQ(nameOf(xml.getRootElement()), "d");
+}
+
+// Which allocation of libxml2 fails, counted down; 0 fails, below 0 none does.
+long allocationsLeft = -1;
+
+void* failingMalloc(size_t size) {
+    return allocationsLeft-- == 0 ? nullptr : std::malloc(size);
+}
+
+void useMalloc(xmlMallocFunc function) {
+    xmlMemSetup(std::free, function, std::realloc, strdup);
+}
+
+long allocationsOfAParse(const std::string& text) {
+    allocationsLeft = 1000000;
+    useMalloc(failingMalloc);
+    xmlDocPtr document = xmlParseDoc(reinterpret_cast<const xmlChar*>(text.c_str()));
+    useMalloc(std::malloc);
+    xmlFreeDoc(document);
+    return 1000000 - allocationsLeft;
+}
+
+TEST_F(LibXmlTest, DocumentWithoutAContextIsFreedOnce) {
+    const std::string text = "<a/>";
+    LibXml warm(text);
+    const long count = allocationsOfAParse(text);
+    {
+        LibXml xml;
+        allocationsLeft = count;
+        useMalloc(failingMalloc);
+        expectFailure("Failed to create new XPath context", [&] { xml.parseString(text); });
+        EXPECT_EQ(xml.doc(), nullptr);
+        allocationsLeft = count;
+        expectFailure("Failed to create new XPath context", [&] { LibXml other(text); });
+        useMalloc(std::malloc);
+    }
+}
+
+TEST_F(LibXmlTest, BrokenInputPrintsNothing) {
+    testing::internal::CaptureStderr();
+    testing::internal::CaptureStdout();
+    const auto misuse = [] {
+        EXPECT_THROW(LibXml xml{std::string("<a><b></a>")}, Exception);
+        EXPECT_THROW(LibXml().parseFile("/absent/file.xml"), Exception);
+        LibXml xml(std::string("<a/>"));
+        EXPECT_THROW(xml.xPath("///["), Exception);
+        EXPECT_THROW(LibXml().xPath("/a"), Exception);
+    };
+    misuse();
+    std::thread(misuse).join();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+TEST_F(LibXmlTest, PathGivesItsFirstNode) {
+    LibXml xml{std::string(DOCUMENT)};
+    EXPECT_EQ(xml.getAttribute(xml.xPath("/a/b"), "n"), "one");
+    EXPECT_EQ(xml.getAttribute(xml.xPath("//b[2]"), "n"), "two");
+}
+
+TEST_F(LibXmlTest, PathWithoutNodesSaysSo) {
+    LibXml xml{std::string(DOCUMENT)};
+    for (const std::string path : {"/rsp/list", "", "///[", "count(//b)", "'text'", "b"}) {
+        expectFailure("No Node under \"" + path + "\" path", [&] { xml.xPath(path); });
+    }
+}
+
+TEST_F(LibXmlTest, NodesOfAPathAreCounted) {
+    LibXml xml{std::string(DOCUMENT)};
+    EXPECT_EQ(xml.xPathCountNodes("/a/b"), 2);
+    EXPECT_EQ(xml.xPathCountNodes("/a"), 1);
+    expectFailure("Node under \"/z\" path is empty", [&] { xml.xPathCountNodes("/z"); });
+}
+
+TEST_F(LibXmlTest, ChildrenOfOneNodeAreCountedByName) {
+    LibXml xml{std::string(DOCUMENT)};
+    EXPECT_EQ(xml.xPathChildrenCount("/a/b", "c", 0), 2);
+    EXPECT_EQ(xml.xPathChildrenCount("/a/b", "c", 1), 0);
+    EXPECT_EQ(xml.xPathChildrenCount("/a/b", "C", 0), 0);
+    EXPECT_EQ(xml.xPathChildrenCount("/a/b", "", 0), 0);
+    expectFailure("Node \"/z@c\" is empty", [&] { xml.xPathChildrenCount("/z", "c", 0); });
+}
+
+TEST_F(LibXmlTest, ValueIsTheAttributeOrWithoutANameTheContent) {
+    LibXml xml{std::string(DOCUMENT)};
+    EXPECT_EQ(xml.xPathNodeValue("/a/b", "n", 0), "one");
+    EXPECT_EQ(xml.xPathNodeValue("/a/b", "n", 1), "two");
+    EXPECT_EQ(xml.xPathNodeValue("/a/b", "", 0), "text");
+    EXPECT_EQ(xml.xPathNodeValue("/a/b/@n", "", 0), "one");
+    EXPECT_EQ(xml.xPathNodeValue("/a/b", "absent", 0), "");
+    expectFailure("Node \"/z@n\" is empty", [&] { xml.xPathNodeValue("/z", "n", 0); });
+    expectFailure("Node \"/z@\" is empty", [&] { xml.xPathNodeValue("/z", "", 0); });
+}
+
+TEST_F(LibXmlTest, IndexOutsideTheResultFindsNothing) {
+    LibXml xml{std::string(DOCUMENT)};
+    for (const int index : {-2147483647 - 1, -1, 2, 2147483647}) {
+        EXPECT_EQ(xml.xPathChildrenCount("/a/b", "c", index), 0);
+        EXPECT_EQ(xml.xPathNodeValue("/a/b", "n", index), "");
+        EXPECT_EQ(xml.xPathNodeValue("/a/b", "", index), "");
+    }
+}
+
+TEST_F(LibXmlTest, NamespaceInAResultIsNoParent) {
+    LibXml xml(std::string("<a xmlns:p='urn:u'/>"));
+    EXPECT_EQ(xml.xPathChildrenCount("/a/namespace::p", "c", 0), 0);
+    EXPECT_EQ(xml.xPathNodeValue("/a/namespace::p", "", 0), "urn:u");
+    EXPECT_EQ(xml.xPathNodeValue("/a/namespace::p", "n", 0), "");
+}
+
+TEST_F(LibXmlTest, FallbackStandsInForAPathWithoutNodesOnly) {
+    LibXml xml{std::string(DOCUMENT)};
+    EXPECT_EQ(xml.xPathNodeValueIfExist("/a/b", "n", 1, "fallback"), "two");
+    EXPECT_EQ(xml.xPathNodeValueIfExist("/a/b", "absent", 0, "fallback"), "");
+    EXPECT_EQ(xml.xPathNodeValueIfExist("/z", "n", 0, "fallback"), "fallback");
+}
+
+TEST_F(LibXmlTest, EmptyAttributeIsThere) {
+    LibXml xml{std::string(DOCUMENT)};
+    EXPECT_EQ(xml.getAttribute(xml.xPath("/a/b"), "e"), "");
+    EXPECT_EQ(xml.getAttribute(xml.xPath("/a/b"), "e", "fallback"), "");
+}
+
+TEST_F(LibXmlTest, MissingAttributeThrowsOrGivesTheFallback) {
+    LibXml xml{std::string(DOCUMENT)};
+    xmlNode* node = xml.xPath("/a/b");
+    expectFailure("Failed to get attribute: absent", [&] { xml.getAttribute(node, "absent"); });
+    EXPECT_EQ(xml.getAttribute(node, "absent", "fallback"), "fallback");
+    expectFailure("Failed to get attribute: ", [&] { xml.getAttribute(node, ""); });
+    expectFailure("Failed to get attribute: ", [&] { xml.getAttribute(node, nullptr); });
+    expectFailure("Failed to get attribute: n", [&] { xml.getAttribute(nullptr, "n"); });
+    expectFailure("Failed to get attribute: n",
+                  [&] { xml.getAttribute(xml.xPath("/a/text()"), "n"); });
+}
+
+TEST_F(LibXmlTest, ContentIsAllTextBelowTheNode) {
+    LibXml xml(std::string("<a>1<b>2<c>3</c></b><![CDATA[<4>]]>&amp;</a>"));
+    EXPECT_EQ(xml.getContent(xml.getRootElement()), "123<4>&");
+    EXPECT_EQ(xml.getContent(xml.xPath("//c")), "3");
+    expectFailure("Failed to get content of node", [&] { xml.getContent(nullptr); });
+}
+
+TEST_F(LibXmlTest, NullTextBecomesAnEmptyOne) {
+    LibXml xml;
+    std::string out = "former";
+    xml.xmlCharToString(nullptr, out);
+    EXPECT_EQ(out, "");
+    unsigned char text[] = "text \xec\x84\x9c";
+    xml.xmlCharToString(text, out);
+    EXPECT_EQ(out, "text \xec\x84\x9c");
+}
+
+TEST_F(LibXmlTest, ExternalEntityIsNotRead) {
+    const support::TemporaryFolder folder;
+    const std::string path = folder.write("secret", "secret");
+    LibXml xml("<!DOCTYPE a [<!ENTITY e SYSTEM '" + path + "'>]><a><b>&e;</b></a>");
+    EXPECT_EQ(xml.getContent(xml.getRootElement()), "");
+}
+
+TEST_F(LibXmlTest, WrittenDocumentIsIndentedAndInUtf8) {
+    LibXml xml;
+    xml.create("not used");
+    xmlNode* root = xml.addRootNode("root");
+    xmlNode* child = xml.addChildNode(root, "child", "text \xec\x84\x9c");
+    xml.addChildCDATANode(root, "data", "<&>");
+    xml.setAttribute(child, "n", "1");
+    xml.setAttribute(child, "n", "<2>");
+    xml.setAttribute(child, "m", "");
+    std::string out = "former";
+    xml.toString(out);
+    EXPECT_EQ(out,
+              "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+              "<root>\n"
+              "  <child n=\"&lt;2&gt;\" m=\"\">text \xec\x84\x9c</child>\n"
+              "  <data><![CDATA[<&>]]></data>\n"
+              "</root>\n");
+    EXPECT_EQ(LibXml(out).xPathNodeValue("/root/data", "", 0), "<&>");
+}
+
+TEST_F(LibXmlTest, WrittenDocumentHasNoContext) {
+    LibXml xml;
+    xml.create("");
+    xml.addRootNode("root");
+    EXPECT_EQ(nameOf(xml.getRootElement()), "root");
+    expectFailure("No Node under \"/root\" path", [&] { xml.xPath("/root"); });
+}
+
+TEST_F(LibXmlTest, SecondRootTakesThePlaceOfTheFirst) {
+    LibXml xml;
+    xml.create("");
+    xml.addChildNode(xml.addRootNode("first"), "child", "");
+    xml.addRootNode("second");
+    EXPECT_EQ(nameOf(xml.getRootElement()), "second");
+}
+
+TEST_F(LibXmlTest, CreateLetsGoOfTheFormerDocument) {
+    LibXml xml{std::string(DOCUMENT)};
+    xml.create("");
+    EXPECT_EQ(xml.getRootElement(), nullptr);
+}
+
+TEST_F(LibXmlTest, NodesWithoutADocumentOrParentAreRefused) {
+    LibXml xml;
+    expectFailure("Failed to add root node in XML document tree", [&] { xml.addRootNode("r"); });
+    expectFailure("Failed to add child node in XML document tree",
+                  [&] { xml.addChildNode(nullptr, "c", "text"); });
+    xml.setAttribute(nullptr, "n", "v");
+}
+
+TEST_F(LibXmlTest, CDataNodeWithoutAParentBelongsToTheCaller) {
+    LibXml xml;
+    xml.create("");
+    xmlNode* node = xml.addChildCDATANode(nullptr, "data", "text");
+    ASSERT_NE(node, nullptr);
+    EXPECT_EQ(xml.getContent(node), "text");
+    EXPECT_EQ(node->parent, nullptr);
+    xmlFreeNode(node);
+}
+
+TEST_F(LibXmlTest, CDataBlockKeepsItsFullLength) {
+    LibXml xml;
+    xml.create("");
+    const std::string content(1 << 20, 'c');
+    EXPECT_EQ(xml.getContent(xml.addChildCDATANode(xml.addRootNode("r"), "data", content)),
+              content);
+    EXPECT_EQ(xml.getContent(xml.addChildCDATANode(xml.getRootElement(), "empty", "")), "");
+}
+
+TEST_F(LibXmlTest, NothingToWriteSaysSoAndLeavesTheTextAlone) {
+    LibXml xml;
+    std::string out = "former";
+    expectFailure("Failed to save XML to buffer with xmlSaveFormatFileTo().",
+                  [&] { xml.toString(out); });
+    EXPECT_EQ(out, "former");
+}
+
+}  // namespace

@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: Apache-2.0
+// Text conversion, base64 and storage paths.
+#include <set>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+
+#include <pthread.h>
+
+#include <gtest/gtest.h>
+
+#include "common/Utils.h"
+#include "common/ZoltConfig.h"
+#include "support/ScriptedPlatform.h"
+#include "support/TestSupport.h"
+
+using support::ScriptedPlatform;
+using ZOLT::Utils;
+
+namespace {
+
+TEST(HtmlEncode, FiveCharactersAreEncodedAndNoOther) {
+    const struct {
+        const char* text;
+        const char* expected;
+    } cases[] = {
+        {"a&b", "a&amp;b"},
+        {"<&>", "&lt;&amp;&gt;"},
+        {"\"it's\"", "&quot;it&apos;s&quot;"},
+        {"&amp;", "&amp;amp;"},
+        {"&lt;", "&amp;lt;"},
+        {"", ""},
+        {"none of them \n\t%$\\", "none of them \n\t%$\\"},
+        {"\xec\x84\x9c\xec\x9a\xb8 & \xd8\xa8", "\xec\x84\x9c\xec\x9a\xb8 &amp; \xd8\xa8"},
+        {"&&''\"\"<<>>", "&amp;&amp;&apos;&apos;&quot;&quot;&lt;&lt;&gt;&gt;"},
+    };
+    for (const auto& entry : cases) {
+        EXPECT_EQ(Utils::htmlEncode(entry.text), entry.expected);
+    }
+    EXPECT_EQ(Utils::htmlEncode(std::string(1 << 18, '<')).size(), 4U << 18U);
+}
+
+TEST(FormatString, TextOverTwoHundredFiftyFiveCharactersIsCut) {
+    const std::string text(300, 't');
+    EXPECT_EQ(Utils::formatString("%s", text.c_str()), text.substr(0, 255));
+    EXPECT_EQ(Utils::formatString("%s", text.substr(0, 255).c_str()), text.substr(0, 255));
+    EXPECT_EQ(Utils::formatString("%d%s", 1, text.c_str()), "1" + text.substr(0, 254));
+}
+
+TEST(FormatString, ShortTextComesWhole) {
+    EXPECT_EQ(Utils::formatString("%s=%d", "n", -5), "n=-5");
+    EXPECT_EQ(Utils::formatString("%s", ""), "");
+    EXPECT_EQ(Utils::formatString("%s", "%d"), "%d");
+}
+
+TEST(WideText, EachCodePointIsOneCharacter) {
+    EXPECT_EQ(Utils::StrToWStr("a\xec\x84\x9c\xf0\x9f\x98\x80"), L"a\uC11C\U0001F600");
+    EXPECT_EQ(Utils::WStrToStr(L"a\uC11C\U0001F600"), "a\xec\x84\x9c\xf0\x9f\x98\x80");
+    EXPECT_EQ(Utils::StrToWStr(""), L"");
+    EXPECT_EQ(Utils::WStrToStr(L""), "");
+}
+
+TEST(WideText, WhatIsNoTextIsSkipped) {
+    EXPECT_EQ(Utils::StrToWStr("a\xff\x62"), L"ab");
+    EXPECT_EQ(Utils::WStrToStr(std::wstring{L'a', static_cast<wchar_t>(0xD800),
+                                            static_cast<wchar_t>(0xDFFF),
+                                            static_cast<wchar_t>(0x110000), L'b'}),
+              "ab");
+    EXPECT_EQ(Utils::WStrToStr(std::wstring{static_cast<wchar_t>(0x10FFFF)}), "\xf4\x8f\xbf\xbf");
+}
+
+TEST(Base64, IsOneLineWithPadding) {
+    EXPECT_EQ(Utils::encodeBase64("a", 1), "YQ==");
+    EXPECT_EQ(Utils::encodeBase64("ab", 2), "YWI=");
+    EXPECT_EQ(Utils::encodeBase64("abc", 3), "YWJj");
+    EXPECT_EQ(Utils::encodeBase64("\0\xff", 2), "AP8=");
+    const std::string encoded = Utils::encodeBase64(std::string(300, 'x').data(), 300);
+    EXPECT_EQ(encoded.size(), 400U);
+    EXPECT_EQ(encoded.find('\n'), std::string::npos);
+}
+
+TEST(Base64, NothingGivesAnEmptyText) {
+    EXPECT_EQ(Utils::encodeBase64("", 0), "");
+    EXPECT_EQ(Utils::encodeBase64(nullptr, 0), "");
+    EXPECT_EQ(Utils::encodeBase64(nullptr, 5), "");
+}
+
+TEST(FileSize, IsThatOfTheFile) {
+    const support::TemporaryFolder folder;
+    unsigned int size = 7;
+    EXPECT_TRUE(Utils::getFileSize(folder.write("file", "12345"), size));
+    EXPECT_EQ(size, 5U);
+    EXPECT_TRUE(Utils::getFileSize(folder.write("empty", ""), size));
+    EXPECT_EQ(size, 0U);
+}
+
+TEST(FileSize, NoFileIsAnAnswerThatLeavesTheSizeAlone) {
+    const support::TemporaryFolder folder;
+    unsigned int size = 7;
+    EXPECT_FALSE(Utils::getFileSize("", size));
+    EXPECT_FALSE(Utils::getFileSize(folder.file("absent"), size));
+    EXPECT_EQ(size, 7U);
+}
+
+class DownloadPathsTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        ZoltConfig::deinitialize();
+        ScriptedPlatform::get().reset();
+        ZoltConfig::initialize(
+            folder.write("config.xml",
+                         "<c><i name=\"USBContentDownloadPath\">/usb</i>"
+                         "<i name=\"TVFlashContentDownloadPath\">/flash</i></c>"));
+        ZoltConfig::load();
+        ScriptedPlatform::get().clearLog();
+    }
+    void TearDown() override { ZoltConfig::deinitialize(); }
+
+    support::TemporaryFolder folder;
+};
+
+TEST_F(DownloadPathsTest, WithoutUsbStorageThereIsJustTheFlash) {
+    EXPECT_EQ(Utils::getAvailableDownloadPaths(), std::set<std::string>{"/flash"});
+    EXPECT_EQ(Utils::getDownloadPath(), "/flash");
+    EXPECT_TRUE(
+        ScriptedPlatform::get().hasLine(LOG_ID_MAIN, DLOG_DEBUG, "Added download path: /flash"));
+}
+
+TEST_F(DownloadPathsTest, EachUsbDeviceAddsAPathAndTheFirstInOrderWins) {
+    ScriptedPlatform::get().setUsbMountPaths({"/mnt/z", "/mnt/a"});
+    const std::set<std::string> expected{"/flash", "/mnt/a/usb", "/mnt/z/usb"};
+    EXPECT_EQ(Utils::getAvailableDownloadPaths(), expected);
+    EXPECT_EQ(Utils::getDownloadPath(), "/flash");
+    ScriptedPlatform::get().setUsbMountPaths({"/a"});
+    EXPECT_EQ(Utils::getDownloadPath(), "/a/usb");
+    EXPECT_EQ(ScriptedPlatform::get().outstanding(support::Handout::UsbDeviceList), 0);
+}
+
+TEST_F(DownloadPathsTest, PathsAreLoggedInTheOrderOfTheDevicesWithTheFlashLast) {
+    ScriptedPlatform::get().setUsbMountPaths({"/mnt/z", "/mnt/a"});
+    Utils::getAvailableDownloadPaths();
+    const std::vector<std::string> expected{"Added download path: /mnt/z/usb",
+                                            "Added download path: /mnt/a/usb",
+                                            "Added download path: /flash"};
+    EXPECT_EQ(ScriptedPlatform::get().messages(LOG_ID_MAIN, DLOG_DEBUG), expected);
+}
+
+TEST_F(DownloadPathsTest, DeviceThatIsNotMountedAddsNothing) {
+    ScriptedPlatform::get().setUsbMountPaths({std::nullopt, "/mnt/a"});
+    const std::set<std::string> expected{"/flash", "/mnt/a/usb"};
+    EXPECT_EQ(Utils::getAvailableDownloadPaths(), expected);
+}
+
+TEST_F(DownloadPathsTest, FailingUsbInterfaceLeavesTheFlash) {
+    ScriptedPlatform::get().setUsbMountPaths({"/mnt/a"});
+    ScriptedPlatform::get().answer("usb_device_get_device_list", -1);
+    EXPECT_EQ(Utils::getAvailableDownloadPaths(), std::set<std::string>{"/flash"});
+    ScriptedPlatform::get().answer("usb_get_connected_device_number", -1);
+    EXPECT_EQ(Utils::getAvailableDownloadPaths(), std::set<std::string>{"/flash"});
+}
+
+TEST_F(DownloadPathsTest, MissingKeyThrowsAndGivesTheListBack) {
+    ScriptedPlatform::get().setUsbMountPaths({"/mnt/a"});
+    ZoltConfig::deinitialize();
+    EXPECT_THROW(Utils::getAvailableDownloadPaths(), std::out_of_range);
+    EXPECT_EQ(ScriptedPlatform::get().outstanding(support::Handout::UsbDeviceList), 0);
+}
+
+TEST(ThreadId, IsTheCallersInDecimal) {
+    std::ostringstream expected;
+    expected << pthread_self();
+    EXPECT_EQ(Utils::getCurrentThreadId(), expected.str());
+    EXPECT_TRUE(ZOLT::m_Utilslock.try_lock());
+    ZOLT::m_Utilslock.unlock();
+}
+
+}  // namespace
