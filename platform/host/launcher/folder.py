@@ -21,9 +21,9 @@ class SetFolder:
     def file(self, *names):
         return os.path.join(self.path, *names)
 
-    def make(self, fresh=False, description=None, scenario=None, size=None, language=None):
-        """Lays the folder out. FRESH forgets what an earlier run left. DESCRIPTION and SCENARIO are
-        files that replace those of the folder; SIZE and LANGUAGE then override the description."""
+    def make(self, fresh=False, description=None, size=None, language=None):
+        """Lays the folder out. FRESH forgets what an earlier run left. The file DESCRIPTION replaces
+        that of the folder; SIZE and LANGUAGE then override what it says."""
         if fresh and os.path.isdir(self.path):
             shutil.rmtree(self.path)
         for name in ("data", "etc", "home"):
@@ -31,16 +31,11 @@ class SetFolder:
         shutil.copyfile(os.path.join(self.build, "config", "config.xml"), self.file("config.xml"))
         if description:
             shutil.copyfile(description, self.file("set.ini"))
-        if scenario:
-            shutil.copyfile(scenario, self.file("scenario.ini"))
-        elif os.path.exists(self.file("scenario.ini")):
-            os.remove(self.file("scenario.ini"))
         overrides = {}
         if size:
-            overrides["screen"] = {"width": str(size[0]), "height": str(size[1])}
+            overrides["Screen"] = {"Width": str(size[0]), "Height": str(size[1])}
         if language:
-            overrides["language"] = {"language": language + ".utf8",
-                                     "menu_language": language + ".utf8"}
+            overrides["Language"] = {"Language": language + ".utf8"}
         if overrides:
             self.describe(overrides)
 
@@ -71,14 +66,14 @@ class SetFolder:
     def size(self):
         description = self._description()
         try:
-            return (description.getint("screen", "width", fallback=1920),
-                    description.getint("screen", "height", fallback=1080))
+            return (description.getint("Screen", "Width", fallback=1920),
+                    description.getint("Screen", "Height", fallback=1080))
         except ValueError as error:
             raise ChoiceError(f"the description of the set has no sound size: {error}") from error
 
     @property
     def language(self):
-        return self._description().get("language", "language", fallback="en_US.utf8")
+        return self._description().get("Language", "Language", fallback="en_US.utf8")
 
     def make_locales(self, path):
         """Builds the locales that the set asks for into PATH, whatever the machine itself has."""

@@ -68,8 +68,7 @@ def clear(out):
 def make_folder(choice, path, fresh):
     folder = SetFolder(path, choice.build)
     size = tuple(int(part) for part in choice.size.split("x")) if choice.size else None
-    folder.make(fresh=fresh, description=choice.set, scenario=choice.scenario, size=size,
-                language=choice.language)
+    folder.make(fresh=fresh, description=choice.set, size=size, language=choice.language)
     return folder
 
 
@@ -83,7 +82,7 @@ def walk(choice, name):
     if choice.log:
         show_log(log)
     started = time.monotonic()
-    with VirtualSet(folder, choice.state, log=log, say=say) as running_set:
+    with VirtualSet(folder, choice.state, scenario=choice.scenario, log=log, say=say) as running_set:
         steps = Walk(running_set, out, say, choice.patience)
         try:
             WALKS[name](steps)
@@ -104,7 +103,8 @@ def walk(choice, name):
 
 def live(choice, nested):
     folder = make_folder(choice, os.path.join(choice.state, "set"), fresh=False)
-    with VirtualSet(folder, choice.state, nested=nested, say=say) as running_set:
+    with VirtualSet(folder, choice.state, scenario=choice.scenario, nested=nested,
+                    say=say) as running_set:
         say(f"The set is on. Its folder is {folder.path}; Ctrl-C ends it")
         if choice.log:
             show_log(running_set.log.path)

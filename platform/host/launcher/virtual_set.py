@@ -12,20 +12,23 @@ from journal import Journal
 from processes import Bus, Child, SetError, WindowManager, XServer, wait_until
 from remote import Camera, Remote
 
+_ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", "..", ".."))
 RESTARTS = 3
 RESTART_WINDOW = 60.0
 
 
 class VirtualSet:
-    """A set that runs between __enter__ and __exit__. FOLDER has been made. Whoever holds the set may
+    """A set that runs between __enter__ and __exit__. FOLDER has been made; STATE is a folder that sets
+    share. SCENARIO is what the daemon plays, in the place of the folder's own. Whoever holds the set may
     end single servers (bus, screen) to see what follows."""
 
-    def __init__(self, folder: SetFolder, state, log=None, nested=False, say=print):
+    def __init__(self, folder: SetFolder, state, scenario=None, log=None, nested=False, say=print):
         self.folder = folder
         self.log = Journal(log or folder.file("zolt.log"))
         self.daemon_log = Journal(folder.file("daemon.log"))
         self.restarts = []
         self._locales = os.path.join(state, "locales")
+        self._scenario = scenario
         self._nested = nested
         self._say = say
         self.private = None
@@ -63,10 +66,17 @@ class VirtualSet:
 
     def _service(self):
         daemon = os.path.join(self.folder.build, "daemon", "zolt-daemon")
-        template = os.path.join(self.folder.build, "daemon", "org.tizen.GDBus.ZoltContent.service.in")
+        template = os.path.join(_ROOT, "daemon", "org.tizen.GDBus.ZoltContent.service.in")
         with open(template, encoding="utf-8") as file:
             text = file.read()
-        return text.replace("@ZOLT_DAEMON@", daemon).replace("@ZOLT_SET_DIR@", self.folder.path)
+        text = text.replace("@ZOLT_DAEMON@", self._quoted(daemon))
+        scenario = f" --scenario {self._quoted(self._scenario)}" if self._scenario else ""
+        return text.replace("@ZOLT_SET_DIR@", self._quoted(self.folder.path) + scenario)
+
+    @staticmethod
+    def _quoted(word):
+        """WORD as the bus reads it from the command line of a service."""
+        return "'" + word.replace("'", "'\\''") + "'"
 
     def environment(self):
         """What the set's processes see. A person's own settings reach a set only through its

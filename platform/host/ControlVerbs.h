@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: Apache-2.0
+// What a control program may ask of a running set.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/ControlServer.h"
+
+namespace Host {
+
+class Application;
+
+// The verbs and their arguments, one line each.
+std::string controlHelp();
+
+// Does what WORDS, a verb and its arguments, ask. What the program's callbacks throw passes through.
+ControlReply obey(Application* application, const std::vector<std::string>& words);
+
+}  // namespace Host

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+// Key files that several processes read and rewrite.
+#pragma once
+
+#include <glib.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace Host {
+
+struct KeyFileRelease {
+    void operator()(GKeyFile* file) const { g_key_file_unref(file); }
+};
+using KeyFilePtr = std::unique_ptr<GKeyFile, KeyFileRelease>;
+
+// Reads PATH with its comments. An absent file is an empty one. A file that cannot be read or parsed
+// gives null and a sentence in *FAILURE.
+KeyFilePtr readKeyFile(const std::string& path, std::string* failure);
+
+// Reads PATH, lets CHANGE alter it and puts the result in its place in one step, so that no reader
+// ever sees half a file. A lock file beside it keeps two writers apart. A broken file is replaced.
+// Returns false with a sentence in *FAILURE.
+bool changeKeyFile(const std::string& path, const std::function<void(GKeyFile*)>& change,
+                   std::string* failure);
+
+}  // namespace Host

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: Apache-2.0
+// Where one virtual set keeps its files.
+#include "host/SetFolder.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+namespace Host {
+
+namespace fs = std::filesystem;
+
+std::string SetFolder::variable(const char* name, const std::string& fallback) {
+    const char* value = std::getenv(name);
+    return value != nullptr && *value != '\0' ? value : fallback;
+}
+
+std::string SetFolder::path() {
+    // Kept from the first call on: a program that changes its directory stays on its set.
+    static const std::string start = [] {
+        std::error_code failure;
+        const fs::path here = fs::current_path(failure);
+        return failure ? std::string("/") : here.string();
+    }();
+    return (fs::path(start) / variable("VIRTUAL_SET_DIR", start)).lexically_normal().string();
+}
+
+std::string SetFolder::file(const std::string& name) {
+    return (fs::path(path()) / name).lexically_normal().string();
+}
+
+std::string SetFolder::description() { return file(variable("VIRTUAL_SET_FILE", "set.ini")); }
+
+std::string SetFolder::keptValues() { return file("vconf.ini"); }
+
+}  // namespace Host

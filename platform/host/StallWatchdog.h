@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: Apache-2.0
+// Ends a process whose main loop has stopped turning.
+#pragma once
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+namespace Host {
+
+// A loop that waits for something to happen is not stalled; one whose callback does not return is.
+// Time in which the whole process was stopped or the machine asleep does not count.
+class StallWatchdog {
+  public:
+    // Watches from now on. A LIMIT of 0 seconds watches nothing.
+    explicit StallWatchdog(int limit);
+
+    // Watches no longer.
+    ~StallWatchdog();
+
+    StallWatchdog(const StallWatchdog&) = delete;
+    StallWatchdog& operator=(const StallWatchdog&) = delete;
+
+  private:
+    void watch();
+
+    const int m_limit;
+    std::mutex m_guard;  // guards m_over
+    bool m_over = false;
+    std::condition_variable m_end;
+    std::thread m_thread;
+};
+
+}  // namespace Host

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: Apache-2.0
+// What the owner of the virtual set has chosen.
+#include "system_settings.h"
+
+#include <string>
+
+#include "host/Description.h"
+#include "host/HostLog.h"
+#include "host/Text.h"
+
+using Host::Description;
+using Host::Field;
+
+extern "C" {
+
+int system_settings_get_value_string(system_settings_key_e key, char** value) {
+    if (value == nullptr || key != SYSTEM_SETTINGS_KEY_TV_COUNTRY_IOS_ALPHA_2_CODE) {
+        return SYSTEM_SETTINGS_ERROR_INVALID_PARAMETER;
+    }
+    *value = Host::copyForCaller(Description::text(Field::Country));
+    return SYSTEM_SETTINGS_ERROR_NONE;
+}
+
+int system_settings_set_value_int(system_settings_key_e key, int value) {
+    if (key != SYSTEM_SETTINGS_KEY_SUPPORT_USE_MODE) {
+        return SYSTEM_SETTINGS_ERROR_INVALID_PARAMETER;
+    }
+    const std::string failure = Description::write(Field::UseMode, std::to_string(value));
+    if (!failure.empty()) {
+        Host::logWarning("The use mode is not written: " + failure);
+        return SYSTEM_SETTINGS_ERROR_IO_ERROR;
+    }
+    return SYSTEM_SETTINGS_ERROR_NONE;
+}
+
+}  // extern "C"

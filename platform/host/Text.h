@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: Apache-2.0
+// Handing texts over the C interfaces.
+#pragma once
+
+#include <string>
+
+namespace Host {
+
+// A copy that the caller releases with free, as the television's interfaces promise.
+char* copyForCaller(const std::string& text);
+
+}  // namespace Host

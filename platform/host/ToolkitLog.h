@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
+// Leads what the toolkit and GLib have to say into the television's log.
+#pragma once
+
+namespace Host {
+
+// A program on the set has closed its standard error, where they would write otherwise.
+void redirectToolkitLog();
+
+}  // namespace Host

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: Apache-2.0
+// Works out from the windows whether the program is in front.
+#include "host/WindowsInSight.h"
+
+#include <cstring>
+#include <utility>
+
+#include <Ecore_Evas.h>
+#include <Ecore_X.h>
+#include <Elementary.h>
+
+#include "host/HostLog.h"
+
+namespace Host {
+
+namespace {
+
+constexpr const char* kSeen = "virtual-set,seen";
+
+bool isShown(Evas* canvas) {
+    for (Evas_Object* object = evas_object_bottom_get(canvas); object != nullptr;
+         object = evas_object_above_get(object)) {
+        const char* type = evas_object_type_get(object);
+        if (type != nullptr && std::strcmp(type, "elm_win") == 0) {
+            return evas_object_visible_get(object) != EINA_FALSE;
+        }
+    }
+    return false;
+}
+
+// Called once for each window, before it is seen for the first time.
+void furnish(Ecore_Evas* window) {
+    static int here = 0;
+    ecore_evas_data_set(window, kSeen, &here);
+    // A television has no pointer.
+    if (ecore_x_display_get() != nullptr) {
+        ecore_x_window_cursor_show(static_cast<Ecore_X_Window>(ecore_evas_window_get(window)),
+                                   EINA_FALSE);
+    }
+}
+
+bool isInSight(Ecore_Evas* window) {
+    const bool seen = ecore_evas_data_get(window, kSeen) != nullptr;
+    if (ecore_evas_visibility_get(window) != 0) {
+        if (!seen) {
+            furnish(window);
+        }
+        return ecore_evas_iconified_get(window) == EINA_FALSE;
+    }
+    // A window that was just shown is on its way: the window manager has not answered yet. The
+    // program must not seem out of sight while one screen follows another.
+    return !seen && isShown(ecore_evas_get(window));
+}
+
+}  // namespace
+
+WindowsInSight::WindowsInSight(std::function<void()> changed)
+    : m_changed(std::move(changed)),
+      m_idle(ecore_idle_enterer_add(onIdle, this)),
+      m_request(ECORE_X_EVENT_WINDOW_DELETE_REQUEST != 0
+                    ? ecore_event_handler_add(ECORE_X_EVENT_WINDOW_DELETE_REQUEST, onDeleteRequest,
+                                              this)
+                    : nullptr) {}
+
+WindowsInSight::~WindowsInSight() {
+    ecore_idle_enterer_del(m_idle);
+    if (m_request != nullptr) {
+        ecore_event_handler_del(m_request);
+    }
+}
+
+Eina_Bool WindowsInSight::onIdle(void* self) {
+    static_cast<WindowsInSight*>(self)->look();
+    return ECORE_CALLBACK_RENEW;
+}
+
+Eina_Bool WindowsInSight::onDeleteRequest(void* self, int, void*) {
+    static_cast<WindowsInSight*>(self)->m_closedFromOutside = true;
+    return ECORE_CALLBACK_PASS_ON;
+}
+
+void WindowsInSight::look() {
+    bool inSight = false;
+    Eina_List* windows = ecore_evas_ecore_evas_list_get();
+    const bool none = windows == nullptr;
+    void* window = nullptr;
+    EINA_LIST_FREE(windows, window) {
+        inSight = isInSight(static_cast<Ecore_Evas*>(window)) || inSight;
+    }
+    m_seen = m_seen || inSight;
+    if (none && m_closedFromOutside) {
+        m_closedFromOutside = false;
+        logInfo("The last window was closed");
+        elm_exit();
+    }
+    if (m_seen && inSight != m_inSight) {
+        m_inSight = inSight;
+        m_changed();
+    }
+}
+
+}  // namespace Host

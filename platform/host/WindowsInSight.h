@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: Apache-2.0
+// Knows whether any of the program's windows can be seen.
+#pragma once
+
+#include <functional>
+
+#include <Ecore.h>
+
+namespace Host {
+
+// Looks at the windows each time the main loop comes to rest.
+class WindowsInSight {
+  public:
+    // CHANGED is called when the answer of anyInSight has become another one.
+    explicit WindowsInSight(std::function<void()> changed);
+    ~WindowsInSight();
+    WindowsInSight(const WindowsInSight&) = delete;
+    WindowsInSight& operator=(const WindowsInSight&) = delete;
+
+    // True as long as no window has been shown yet, since a set that starts is not out of sight.
+    bool anyInSight() const { return m_inSight; }
+
+  private:
+    static Eina_Bool onIdle(void* self);
+    static Eina_Bool onDeleteRequest(void* self, int type, void* event);
+    void look();
+
+    std::function<void()> m_changed;
+    Ecore_Idle_Enterer* m_idle;      // deleted by this class
+    Ecore_Event_Handler* m_request;  // deleted by this class
+    bool m_inSight = true;
+    bool m_seen = false;              // a window has been in sight
+    bool m_closedFromOutside = false;  // the window manager has asked a window to close
+};
+
+}  // namespace Host
