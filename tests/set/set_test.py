@@ -59,8 +59,6 @@ class SetCase(unittest.TestCase):
 
     def folder(self, **choices):
         folder = SetFolder(os.path.join(self.private, "set"), BUILD)
-        if isinstance(choices.get("scenario"), dict):
-            choices["scenario"] = self.write("scenario.ini", self.key_file(choices["scenario"]))
         folder.make(**choices)
         return folder
 
@@ -69,10 +67,11 @@ class SetCase(unittest.TestCase):
         return "".join(f"[{group}]\n" + "".join(f"{key}={value}\n" for key, value in values.items())
                        for group, values in groups.items())
 
-    def start(self, **choices):
+    def start(self, scenario=None, **choices):
         """A running set with a person in front of it; it ends with the test."""
+        path = scenario and self.write("scenario.ini", self.key_file(scenario))
         running_set = VirtualSet(self.folder(**choices), os.path.join(BUILD, "test-state"),
-                                 say=self.said.append)
+                                 scenario=path, say=self.said.append)
         running_set.__enter__()
         self.addCleanup(running_set.close)
         return Walk(running_set, self.private, self.said.append)
@@ -168,11 +167,11 @@ class Walking(SetCase):
     def test_every_list_that_ships_can_be_walked(self):
         for name in ("scripts", "places", "one-shop"):
             with self.subTest(name):
-                scenario = self.write("scenario.ini", self.key_file({"shops": {"list": name}}))
+                scenario = self.write("scenario.ini", self.key_file({"daemon": {"shops": name}}))
                 self.walk("--scenario", scenario)
 
     def test_a_walk_that_cannot_be_gone_fails_and_says_where(self):
-        scenario = self.write("scenario.ini", self.key_file({"lan": {"found": "false"}}))
+        scenario = self.write("scenario.ini", self.key_file({"daemon": {"found-in-lan": "false"}}))
         ended = self.launch("--headless", "--out", os.path.join(self.private, "out"),
                             "--scenario", scenario, "--walk", "existing", "--patience", "15")
         self.assertEqual(1, ended.returncode)
@@ -300,7 +299,7 @@ class Trouble(SetCase):
         os.kill(found[0], signal.SIGKILL)
 
     def test_a_daemon_that_dies_during_a_request_and_returns_leaves_a_program_that_answers(self):
-        walk = self.start(scenario={"delays": {"shop_list": 600000}})
+        walk = self.start(scenario={"requestShopInfoList": {"outcome": "none"}})
         self.to_search(walk)
         walk.set.wait_for_log(r"call requestShopInfoList", journal=walk.set.daemon_log)
         mark = walk.set.log.mark()
@@ -316,7 +315,7 @@ class Trouble(SetCase):
         self.assertIsNotNone(walk.set.daemon_log.find(r"call applicationCancelled"))
 
     def test_a_daemon_that_dies_in_the_middle_of_a_call_ends_the_program_which_can_start_again(self):
-        walk = self.start(scenario={"failures": {"die_in": "requestShopInfoList"}})
+        walk = self.start(scenario={"requestShopInfoList": {"abort": "true"}})
         self.to_search(walk)
         walk.end(expected=1)
         self.assertIsNotNone(walk.set.log.find(r"Exception caught: Failed to request shop info list: "))
@@ -386,7 +385,7 @@ class Trouble(SetCase):
 
     def shop_list(self, text):
         path = self.write("list.xml", text)
-        walk = self.start(scenario={"shops": {"list": path}})
+        walk = self.start(scenario={"getShopInfoList": {"reply-file": path}})
         self.to_search(walk)
         return walk
 
@@ -428,8 +427,10 @@ class Trouble(SetCase):
         walk.end()
 
     def test_a_document_that_the_daemon_refuses_ends_the_program_with_status_one(self):
-        walk = self.start(scenario={"failures": {"error_in": "requestRegistrationShopInfo"},
-                                    "shops": {"list": "one-shop"}})
+        walk = self.start(scenario={
+            "daemon": {"shops": "one-shop"},
+            "requestRegistrationShopInfo": {
+                "error": "org.tizen.GDBus.ZoltContent.Error.InvalidDocument"}})
         self.to_search(walk)
         walk.set.wait_for_log(r"RegistrationInfoScreen::RegistrationInfoScreen\(")
         walk.press("Return", r"Called .*shopRegistrationRequested")
@@ -438,12 +439,12 @@ class Trouble(SetCase):
         self.assertFalse(os.path.exists(walk.set.folder.file("data", "registered")))
 
     def test_a_list_with_a_missing_level_is_noticed_by_the_watchdog_and_the_program_starts_again(self):
-        description = self.write("set.ini", self.key_file({"watchdog": {"seconds": 3}}))
+        description = self.write("set.ini", self.key_file({"Framework": {"StallSeconds": 3}}))
         path = self.write("list.xml", '<rsp stat="ok"><list level="1" name="R" is_fix="N" is_sub="Y">'
                           '<sub_list name="A" code="01"/></list>'
                           '<list level="2" name="S" is_fix="N" is_sub="N">'
                           '<sub_list name="B" code="010101"/></list></rsp>')
-        walk = self.start(description=description, scenario={"shops": {"list": path}})
+        walk = self.start(description=description, scenario={"getShopInfoList": {"reply-file": path}})
         self.to_search(walk)
         self.assertEqual(-signal.SIGABRT, walk.set.wait_for_end(DEADLINE))
         self.assertIsNotNone(walk.set.log.find(r"main loop"))
@@ -477,7 +478,7 @@ class Playing(SetCase):
         walk.start()
         walk.set.folder.make_locale(os.path.join(BUILD, "test-state", "locales"), "ko_KR.utf8")
         before = walk.set.camera.settled()
-        walk.set.control("set", "language", "language", "ko_KR.utf8")
+        walk.set.control("set", "Language", "Language", "ko_KR.utf8")
         wait_until(lambda: walk.set.camera.settled() != before, 60, "the Korean menu")
 
 
