@@ -33,7 +33,12 @@ def options():
     parser.add_argument("--set")
     parser.add_argument("--patience", type=float, default=120, help="seconds to wait for a step")
     parser.add_argument("--log", action="store_true")
-    return parser.parse_args()
+    choice = parser.parse_args()
+    # The program's working folder is the set's.
+    for name in ("build", "state", "out", "scenario", "set"):
+        if getattr(choice, name):
+            setattr(choice, name, os.path.abspath(getattr(choice, name)))
+    return choice
 
 
 def say(text):
