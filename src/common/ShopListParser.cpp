@@ -82,13 +82,14 @@ void ShopListParser::parseShopListXML(std::string document) {
 // The shops of a list that is left out halfway are retired: m_shops has them already.
 void ShopListParser::appendList(LibXml& xml, xmlNode* node, int index) {
     ShopList list;
+    auto place = m_shops.end();  // documents are mostly sorted, so the next entry goes beside
     try {
         readAttributes(xml, node, list);
         for (xmlNode* child = nextElement(node->children); child != nullptr;
              child = nextElement(child->next)) {
             std::unique_ptr<Shop> shop = readShop(xml, child, index);
             list.shops.push_back(shop.get());
-            m_shops.insert(shop.release());
+            place = m_shops.insert(place, shop.release());
         }
         m_shopLists.push_back(list);
     } catch (...) {
@@ -132,7 +133,8 @@ void ShopListParser::linkChild(Shop* parent, Shop* child) {
     if (parent->parent == nullptr) {
         m_subs[TOP_KEY].insert(parent);
     }
-    m_subs[parent->name].insert(child);
+    Shops& subs = m_subs[parent->name];
+    subs.insert(subs.end(), child);
 }
 
 // SHOP stands on the level of NEIGHBOUR, which sorts before it, or on a higher one. A top entry
@@ -206,9 +208,8 @@ std::vector<ShopList> ShopListParser::parseRegisteredShopXML(std::string documen
             readAttributes(xml, node, list);
             for (xmlNode* child = nextElement(node->children); child != nullptr;
                  child = nextElement(child->next)) {
-                std::unique_ptr<Shop> shop = readShop(xml, child, -1);
-                list.shops.push_back(shop.get());
-                shop.release();
+                list.shops.push_back(nullptr);
+                list.shops.back() = readShop(xml, child, -1).release();
             }
         }
     } catch (...) {
