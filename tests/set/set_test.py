@@ -45,6 +45,14 @@ def processes_of(marker):
     return found
 
 
+def contents(path):
+    """The text of a file; of one that is not there yet, nothing."""
+    if not os.path.exists(path):
+        return ""
+    with open(path, encoding="utf-8", errors="replace") as file:
+        return file.read()
+
+
 class SetCase(unittest.TestCase):
     def setUp(self):
         self.private = tempfile.mkdtemp(prefix="zolt-test-")
@@ -53,8 +61,7 @@ class SetCase(unittest.TestCase):
 
     def write(self, name, text):
         path = os.path.join(self.private, name)
-        with open(path, "w", encoding="utf-8") as file:
-            file.write(text)
+        self.rewrite(path, text)
         return path
 
     def folder(self, **choices):
@@ -82,6 +89,20 @@ class SetCase(unittest.TestCase):
         walk.press("Down", SOUND_MOVE)
         walk.press("Return", r"Called .*displayShopsFromLANRequested")
 
+    def configure(self, walk, key, value):
+        """Changes a KEY of the set's configuration; None takes it away."""
+        path = walk.set.folder.file("config.xml")
+        pattern = re.compile(rf'(<item name="{key}">)(.*?)(</item>)')
+        text = contents(path)
+        self.assertRegex(text, pattern)
+        text = pattern.sub("" if value is None else rf"\g<1>{value}\g<3>", text)
+        self.rewrite(path, text)
+
+    @staticmethod
+    def rewrite(path, text):
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(text)
+
     def launch(self, *arguments):
         return subprocess.run(
             ["/usr/bin/python3", "-B", os.path.join(LAUNCHER, "launch.py"), "--build", BUILD,
@@ -94,8 +115,7 @@ class Walking(SetCase):
              "requestRegistrationShopInfo", "applicationCancelled"]
 
     def calls(self, path):
-        with open(path, encoding="utf-8") as file:
-            return re.findall(r" call (\w+)", file.read())
+        return re.findall(r" call (\w+)", contents(path))
 
     def walk(self, *arguments):
         out = os.path.join(self.private, "out")
@@ -111,8 +131,7 @@ class Walking(SetCase):
         numbers = [int(os.path.basename(path)[:2]) for path in pictures]
         self.assertEqual(list(range(1, len(pictures) + 1)), numbers)
         self.assertIn(f"existing: {len(pictures)} steps", said)
-        with open(os.path.join(out, "zolt.log"), encoding="utf-8") as file:
-            log = file.read()
+        log = contents(os.path.join(out, "zolt.log"))
         self.assert_in_order(log, [
             "ZOLT GUI application: Initializing", "ZOLT GUI application: Starting",
             "increasing Vconf", "Compilation timestamp:", "Version:", "AppName:",
@@ -151,18 +170,16 @@ class Walking(SetCase):
         for parent, child in zip(codes, codes[1:]):
             self.assertEqual(parent, child[:-2])
         self.assertEqual("N", document.findall("list")[-1].get("is_sub"))
-        with open(os.path.join(out, "set", "data", "registered.xml"), encoding="utf-8") as file:
-            kept = file.read().strip()
-        with open(os.path.join(out, "registration.xml"), encoding="utf-8") as file:
-            self.assertEqual(kept, file.read().strip())
+        kept = contents(os.path.join(out, "set", "data", "registered.xml")).strip()
+        self.assertEqual(kept, contents(os.path.join(out, "registration.xml")).strip())
 
     def test_a_smaller_set_in_arabic_is_walked_in_mirror_image(self):
         out, _ = self.walk("--size", "1280x720", "--language", "ar_EG")
         size = subprocess.run(["identify", "-format", "%wx%h", os.path.join(out, "01-menu.png")],
                               capture_output=True, text=True, check=True).stdout
         self.assertEqual("1280x720", size)
-        with open(os.path.join(out, "zolt.log"), encoding="utf-8") as file:
-            self.assertIn("Language set successfully to [ar_EG.utf8]", file.read())
+        self.assertIn("Language set successfully to [ar_EG.utf8]",
+                      contents(os.path.join(out, "zolt.log")))
 
     def test_every_list_that_ships_can_be_walked(self):
         for name in ("scripts", "places", "one-shop"):
@@ -227,8 +244,7 @@ class Ending(SetCase):
         self.addCleanup(process.wait)
         self.addCleanup(process.kill)
         log = os.path.join(state, "set", "zolt.log")
-        wait_until(lambda: os.path.exists(log) and b"calling Resume" in open(log, "rb").read(),
-                   DEADLINE, "the set")
+        wait_until(lambda: "calling Resume" in contents(log), DEADLINE, "the set")
         return process, state, output
 
     def assert_all_gone(self, state):
@@ -259,14 +275,12 @@ class Ending(SetCase):
         process, state, output = self.hold()
         log = os.path.join(state, "set", "zolt.log")
         for life in range(1, 5):
-            wait_until(lambda: open(log, "rb").read().count(b"calling Resume") >= life, DEADLINE,
-                       f"life {life}")
+            wait_until(lambda: contents(log).count("calling Resume") >= life, DEADLINE, f"life {life}")
             hub = [number for number in processes_of(state)
                    if os.path.basename(os.readlink(f"/proc/{number}/exe")) == "zolt-hub"]
             os.kill(hub[0], signal.SIGKILL)
         self.assertEqual(137, process.wait(DEADLINE))
-        with open(output, encoding="utf-8") as file:
-            said = file.read()
+        said = contents(output)
         self.assertEqual(3, said.count("zolt-hub ended with signal 9; starting it again"))
         self.assertIn("for the fourth time in a minute", said)
 
@@ -336,30 +350,21 @@ class Trouble(SetCase):
 
     def test_a_broken_configuration_file_ends_the_program_with_status_one(self):
         walk = self.start()
-        with open(walk.set.folder.file("config.xml"), "w", encoding="utf-8") as file:
-            file.write("<config><item name='DefaultLang'>en")
+        self.rewrite(walk.set.folder.file("config.xml"), "<config><item name='DefaultLang'>en")
         walk.set.start_program()
         walk.end(expected=1)
         self.assertIsNotNone(walk.set.log.find(r"file does not exist or is invalid: config.xml"))
 
     def test_an_absent_key_ends_the_program_with_status_one(self):
         walk = self.start()
-        path = walk.set.folder.file("config.xml")
-        with open(path, encoding="utf-8") as file:
-            text = file.read()
-        with open(path, "w", encoding="utf-8") as file:
-            file.write(re.sub(r'<item name="LayoutPath">.*?</item>', "", text))
+        self.configure(walk, "LayoutPath", None)
         walk.set.start_program()
         walk.end(expected=1)
         self.assertIsNotNone(walk.set.log.find(r"Exception caught: map::at"))
 
     def test_a_set_without_its_theme_stands_with_an_empty_screen_and_answers(self):
         walk = self.start()
-        path = walk.set.folder.file("config.xml")
-        with open(path, encoding="utf-8") as file:
-            text = file.read()
-        with open(path, "w", encoding="utf-8") as file:
-            file.write(re.sub(r'(<item name="LayoutPath">).*?(</item>)', r"\1/nowhere\2", text))
+        self.configure(walk, "LayoutPath", "/nowhere")
         self.assertEqual("MainMenuUnregisteredScreen", walk.start())
         walk.press("Escape", r"quitRequested")
         walk.end()
