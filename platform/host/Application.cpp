@@ -74,33 +74,40 @@ int Application::run() {
         m_toolkit.close();
         return APP_ERROR_INVALID_CONTEXT;
     }
-    loop();
+    const int result = loop();
     // An application that was ended before its first launch has nothing to take down yet, and is not
     // prepared to.
     if (m_launched) {
         call(m_callbacks.terminate);
     }
-    m_windows.reset();
-    m_toolkit.close();
-    return APP_ERROR_NONE;
+    // Shutting down on a dead X server crashes the toolkit.
+    if (result == APP_ERROR_NONE) {
+        m_toolkit.close();
+    }
+    return result;
 }
 
-// Everything that lives as long as the main loop turns. The watchdog goes first, so that it does not
-// fire while the program takes its time to terminate.
-void Application::loop() {
+// Everything that lives as long as the main loop turns. The watchdog is gone before the program may
+// take its time to terminate.
+int Application::loop() {
     const BridgeHold bridge;
     const RemoteKeys keys;
     const DisplayWatch display;
     const ControlServer control(
         [this](const std::vector<std::string>& words) { return obey(this, words); });
-    m_windows = std::make_unique<WindowsInSight>([this] { followSight(); });
+    const WindowsInSight windows([this] { followSight(); });
+    m_windows = &windows;
     Ecore_Job* first = ecore_job_add(onStart, this);
     const StallWatchdog watchdog(stallSeconds());
-    elm_run();
+    try {
+        elm_run();
+    } catch (const DisplayLost&) {
+        return APP_ERROR_INVALID_CONTEXT;
+    }
     if (!m_launched) {
         ecore_job_del(first);
     }
-    m_windows.reset();
+    return APP_ERROR_NONE;
 }
 
 void Application::onStart(void* self) { static_cast<Application*>(self)->start(); }

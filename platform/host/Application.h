@@ -2,7 +2,6 @@
 // The life of the one application that runs on the virtual set.
 #pragma once
 
-#include <memory>
 #include <vector>
 
 #include <Ecore.h>
@@ -33,7 +32,7 @@ class Application {
   private:
     static void onStart(void* self);
     void start();
-    void loop();
+    int loop();
     void watchDescription();
     void followSight();
     void call(void (*callback)(void*));
@@ -41,7 +40,7 @@ class Application {
     const ui_app_lifecycle_callback_s& m_callbacks;
     void* const m_userData;  // belongs to the program
     Toolkit m_toolkit;
-    std::unique_ptr<WindowsInSight> m_windows;
+    const WindowsInSight* m_windows = nullptr;  // lives as long as the main loop
     std::vector<unsigned> m_watches;
     bool m_launched = false;
     bool m_resumed = false;

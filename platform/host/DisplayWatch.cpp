@@ -16,9 +16,16 @@ namespace Host {
 
 namespace {
 
-gboolean hangUp(gint, GIOCondition, gpointer) {
-    logError("The X server of the set is gone");
-    return G_SOURCE_REMOVE;
+// A request to the dead server. The toolkit would work on without the answer and crash, so nothing is
+// run any more, no destructor either.
+[[noreturn]] void endNow(Display*, void*) {
+    logError("The X server of the set is gone: the process ends here");
+    _exit(1);
+}
+
+gboolean onHangUp(gint, GIOCondition, gpointer) {
+    logError("The X server of the set is gone: the main loop ends");
+    throw DisplayLost();
 }
 
 }  // namespace
@@ -28,9 +35,11 @@ DisplayWatch::DisplayWatch() {
     if (display == nullptr) {
         return;
     }
+    XSetIOErrorExitHandler(display, endNow, nullptr);
     m_descriptor = fcntl(ConnectionNumber(display), F_DUPFD_CLOEXEC, 0);
-    m_source = g_unix_fd_add(m_descriptor, static_cast<GIOCondition>(G_IO_HUP | G_IO_ERR), hangUp,
-                             nullptr);
+    m_source = g_unix_fd_add_full(G_PRIORITY_HIGH, m_descriptor,
+                                  static_cast<GIOCondition>(G_IO_HUP | G_IO_ERR), onHangUp, nullptr,
+                                  nullptr);
 }
 
 DisplayWatch::~DisplayWatch() {

@@ -6,8 +6,13 @@
 
 namespace Host {
 
+// Comes out of the main loop when the X server is gone.
+struct DisplayLost {};
+
 // The toolkit goes on turning its main loop, at full load, when its X server is gone. While this
-// object lives, the process ends in place of that.
+// object lives, the main loop is left by an exception in place of that: before the toolkit notices,
+// so that the program can still take leave of everybody else. From then on any request to the dead
+// server ends the process.
 class DisplayWatch {
   public:
     DisplayWatch();

@@ -40,16 +40,20 @@ void furnish(Ecore_Evas* window) {
 }
 
 bool isInSight(Ecore_Evas* window) {
-    const bool seen = ecore_evas_data_get(window, kSeen) != nullptr;
-    if (ecore_evas_visibility_get(window) != 0) {
-        if (!seen) {
-            furnish(window);
-        }
-        return ecore_evas_iconified_get(window) == EINA_FALSE;
+    // Some engines leave a window visible that the program has hidden.
+    if (!isShown(ecore_evas_get(window))) {
+        return false;
     }
-    // A window that was just shown is on its way: the window manager has not answered yet. The
-    // program must not seem out of sight while one screen follows another.
-    return !seen && isShown(ecore_evas_get(window));
+    const bool seen = ecore_evas_data_get(window, kSeen) != nullptr;
+    if (ecore_evas_visibility_get(window) == 0) {
+        // A window that was just shown is on its way: the window manager has not answered yet. The
+        // program must not seem out of sight while one screen follows another.
+        return !seen;
+    }
+    if (!seen) {
+        furnish(window);
+    }
+    return ecore_evas_iconified_get(window) == EINA_FALSE;
 }
 
 }  // namespace
