@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: Apache-2.0
+// What every test of the link starts from: a private bus, and a log that begins empty.
+#include "BusTest.h"
+
+#include <algorithm>
+
+namespace test {
+namespace {
+
+void startBus() {
+    static const support::PrivateBus bus;
+}
+
+}  // namespace
+
+void turn() {
+    while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+    }
+}
+
+bool turnUntil(const std::function<bool()>& condition) {
+    return support::waitUntil(condition, support::DEADLINE, turn);
+}
+
+void BusTest::SetUp() {
+    startBus();
+    m_connection = g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr);
+    ASSERT_NE(m_connection, nullptr);
+    // The bus may end before this process does.
+    g_dbus_connection_set_exit_on_close(m_connection, FALSE);
+    platform().reset();
+}
+
+void BusTest::TearDown() {
+    turn();
+    g_clear_object(&m_connection);
+}
+
+bool BusTest::logged(const std::string& message) {
+    return platform().hasLine(LOG_ID_SYSTEM, DLOG_DEBUG, message);
+}
+
+bool BusTest::warned(const std::string& message) {
+    return platform().hasLine(LOG_ID_SYSTEM, DLOG_WARN, message);
+}
+
+void BusTest::settle(FakeService& service) {
+    // Signals of one sender arrive in order, so a last one tells that all others have come.
+    GDBusConnection* connection = g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr);
+    bool arrived = false;
+    const auto onMark = [](GDBusConnection*, const gchar*, const gchar*, const gchar*, const gchar*,
+                           GVariant*, gpointer data) { *static_cast<bool*>(data) = true; };
+    const guint subscription = g_dbus_connection_signal_subscribe(
+        connection, nullptr, "org.example.Mark", "Mark", nullptr, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
+        onMark, &arrived, nullptr);
+    // A round trip, after which the bus knows of the subscription.
+    GVariant* id = g_dbus_connection_call_sync(
+        connection, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+        "GetId", nullptr, nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr);
+    g_variant_unref(id);
+    service.emit("/mark", "org.example.Mark", "Mark", "()");
+    EXPECT_TRUE(turnUntil([&] { return arrived; }));
+    g_dbus_connection_signal_unsubscribe(connection, subscription);
+    g_object_unref(connection);
+}
+
+}  // namespace test
