@@ -202,15 +202,13 @@ TEST_F(ShopListParserTest, ParentsOfOneNameShareTheirChildren) {
 }
 
 TEST_F(ShopListParserTest, FirstEntryOfACodeWinsAndTheSecondStaysInItsList) {
-    for (const char* lists : {"one", "two"}) {
+    const std::string first = entry("p", "01") + entry("first", "0101");
+    const std::string second = entry("second", "0101");
+    for (const std::string& lists :
+         {list("1", "A", first + second), list("1", "A", first) + list("2", "B", second)}) {
         ShopListParser fresh;
-        const std::string parent = entry("p", "01");
-        const std::string first = entry("first", "0101");
-        const std::string second = entry("second", "0101");
-        fresh.parseShopListXML(document(
-            std::string(lists) == "one" ? list("1", "A", parent + first + second)
-                                        : list("1", "A", parent + first) + list("2", "B", second)));
-        EXPECT_EQ(codesOf(fresh.getShops()), "01 0101") << lists;
+        fresh.parseShopListXML(document(lists));
+        EXPECT_EQ(codesOf(fresh.getShops()), "01 0101");
         EXPECT_EQ(find(fresh, "0101")->name, "first");
         EXPECT_EQ(find(fresh, "0101")->parent->name, "p");
         const Shop* loser = fresh.getShopList().back().shops.back();
@@ -219,6 +217,13 @@ TEST_F(ShopListParserTest, FirstEntryOfACodeWinsAndTheSecondStaysInItsList) {
         EXPECT_FALSE(loser->hasSubs);
         fresh.clean();
     }
+}
+
+TEST_F(ShopListParserTest, CleaningAListDeletesBothEntriesOfACode) {
+    parser.parseShopListXML(document(list("1", "A", entry("a", "01") + entry("b", "01"))));
+    parser.getShops().clear();
+    parser.getShopList()[0].clean();
+    EXPECT_TRUE(parser.getShopList()[0].shops.empty());
 }
 
 TEST_F(ShopListParserTest, ListsComeInTheOrderOfTheDocumentWithTheirTexts) {
