@@ -2,10 +2,10 @@
 // Drives the program's lifecycle callbacks on the toolkit's main loop.
 #include "host/Application.h"
 
-#include <unistd.h>
-
 #include <string>
 #include <utility>
+
+#include <unistd.h>
 
 #include <Elementary.h>
 
@@ -75,8 +75,8 @@ int Application::run() {
         return APP_ERROR_INVALID_CONTEXT;
     }
     const int result = loop();
-    // An application that was ended before its first launch has nothing to take down yet, and is not
-    // prepared to.
+    // An application that was ended before its first launch has nothing to take down yet, and is
+    // not prepared to.
     if (m_launched) {
         call(m_callbacks.terminate);
     }
@@ -110,7 +110,9 @@ int Application::loop() {
     return APP_ERROR_NONE;
 }
 
-void Application::onStart(void* self) { static_cast<Application*>(self)->start(); }
+void Application::onStart(void* self) {
+    static_cast<Application*>(self)->start();
+}
 
 void Application::start() {
     m_launched = true;

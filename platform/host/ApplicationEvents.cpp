@@ -38,7 +38,8 @@ void deliverEvent(app_event_type_e type) {
             continue;
         }
         // There are programs whose language handler has the form of an older framework and takes
-        // its first argument for the registered data. The event carries nothing else, so it is that.
+        // its first argument for the registered data. The event carries nothing else, so it is
+        // that.
         const bool older = type == APP_EVENT_LANGUAGE_CHANGED;
         handler.callback(older ? reinterpret_cast<app_event_info_h>(handler.userData) : &info,
                          handler.userData);

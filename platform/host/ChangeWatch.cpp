@@ -2,12 +2,6 @@
 // Compares watched values when the set's files or the network change.
 #include "host/ChangeWatch.h"
 
-#include <linux/netlink.h>
-#include <linux/rtnetlink.h>
-#include <sys/inotify.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <array>
 #include <filesystem>
 #include <map>
@@ -15,6 +9,12 @@
 #include <set>
 #include <utility>
 #include <vector>
+
+#include <linux/netlink.h>
+#include <linux/rtnetlink.h>
+#include <sys/inotify.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <glib-unix.h>
 #include <glib.h>

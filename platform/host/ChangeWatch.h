@@ -7,8 +7,8 @@
 
 namespace Host {
 
-// Looks at its values when the files of the set or the machine's network have changed. Any thread may
-// add and remove; notices come on the thread that iterates GLib's default main context.
+// Looks at its values when the files of the set or the machine's network have changed. Any thread
+// may add and remove; notices come on the thread that iterates GLib's default main context.
 class ChangeWatch {
   public:
     ChangeWatch() = delete;

@@ -207,8 +207,8 @@ int connection_profile_get_ip_config_type(connection_profile_h profile,
     if (device.address.empty()) {
         *type = CONNECTION_IP_CONFIG_TYPE_NONE;
     } else {
-        *type = device.isDynamic ? CONNECTION_IP_CONFIG_TYPE_DYNAMIC
-                                 : CONNECTION_IP_CONFIG_TYPE_STATIC;
+        *type =
+            device.isDynamic ? CONNECTION_IP_CONFIG_TYPE_DYNAMIC : CONNECTION_IP_CONFIG_TYPE_STATIC;
     }
     return CONNECTION_ERROR_NONE;
 }

@@ -2,14 +2,13 @@
 // Opening the control socket from either side.
 #include "host/ControlAddress.h"
 
+#include <cerrno>
+#include <cstdio>
+
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
-
-#include <fcntl.h>
-
-#include <cerrno>
-#include <cstdio>
 
 namespace Host {
 
@@ -30,8 +29,9 @@ int socketWith(Operation operation, const std::string& folder) {
     std::snprintf(address.sun_path, sizeof address.sun_path, "/proc/self/fd/%d/%s", directory,
                   kName);
     const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const bool done = descriptor >= 0 && operation(descriptor, reinterpret_cast<sockaddr*>(&address),
-                                                   sizeof address) == 0;
+    const bool done =
+        descriptor >= 0 &&
+        operation(descriptor, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
     const int reason = errno;
     close(directory);
     if (!done && descriptor >= 0) {
@@ -43,7 +43,9 @@ int socketWith(Operation operation, const std::string& folder) {
 
 }  // namespace
 
-int connectToControlSocket(const std::string& folder) { return socketWith(&connect, folder); }
+int connectToControlSocket(const std::string& folder) {
+    return socketWith(&connect, folder);
+}
 
 int listenAtControlSocket(const std::string& folder) {
     const int other = connectToControlSocket(folder);
@@ -61,6 +63,8 @@ int listenAtControlSocket(const std::string& folder) {
     return descriptor;
 }
 
-void removeControlSocket(const std::string& folder) { unlink((folder + "/" + kName).c_str()); }
+void removeControlSocket(const std::string& folder) {
+    unlink((folder + "/" + kName).c_str());
+}
 
 }  // namespace Host

@@ -2,14 +2,14 @@
 // The set's side of the control socket.
 #include "host/ControlServer.h"
 
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <array>
 #include <cerrno>
 #include <cstring>
 #include <sstream>
 #include <utility>
+
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <glib-unix.h>
 

@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 // The control program: carries one request to a running set and its answer back.
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -10,6 +7,9 @@
 #include <cstring>
 #include <string>
 #include <vector>
+
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include "host/ControlAddress.h"
 #include "host/ControlVerbs.h"

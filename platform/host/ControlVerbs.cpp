@@ -2,21 +2,21 @@
 // The table of control verbs.
 #include "host/ControlVerbs.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <regex>
 #include <system_error>
 
+#include <unistd.h>
+
 #include <Elementary.h>
 
 #include "host/Application.h"
 #include "host/ApplicationEvents.h"
 #include "host/ChangeWatch.h"
-#include "host/Description.h"
 #include "host/ControlWords.h"
+#include "host/Description.h"
 #include "host/DevicePower.h"
 #include "host/HostLog.h"
 
@@ -30,7 +30,9 @@ constexpr int kDone = 0;
 constexpr int kFailed = 1;
 constexpr int kWronglyAsked = 2;
 
-ControlReply done() { return {kDone, ""}; }
+ControlReply done() {
+    return {kDone, ""};
+}
 
 // Rewrites one value and lets every notice of it out before the control program hears of it.
 ControlReply change(Field field, const std::string& value) {
@@ -95,9 +97,13 @@ ControlReply announce(const Words& words, void (*notice)(int)) {
     return done();
 }
 
-ControlReply poweroff(Application*, const Words& words) { return announce(words, announcePoweroff); }
+ControlReply poweroff(Application*, const Words& words) {
+    return announce(words, announcePoweroff);
+}
 
-ControlReply wakeup(Application*, const Words& words) { return announce(words, announceWakeup); }
+ControlReply wakeup(Application*, const Words& words) {
+    return announce(words, announceWakeup);
+}
 
 ControlReply pause(Application* application, const Words&) {
     application->goToBackground();
@@ -133,7 +139,9 @@ ControlReply ping(Application*, const Words&) {
     return {kDone, "process " + std::to_string(getpid())};
 }
 
-ControlReply help(Application*, const Words&) { return {kDone, controlHelp()}; }
+ControlReply help(Application*, const Words&) {
+    return {kDone, controlHelp()};
+}
 
 struct Verb {
     const char* name;
@@ -180,8 +188,8 @@ ControlReply obey(Application* application, const std::vector<std::string>& word
         }
         const std::size_t count = words.size() - 1;
         if (count < verb.least || count > verb.most) {
-            return {kWronglyAsked, name + " takes " +
-                                       (*verb.arguments != '\0' ? verb.arguments : "no argument")};
+            return {kWronglyAsked,
+                    name + " takes " + (*verb.arguments != '\0' ? verb.arguments : "no argument")};
         }
         logInfo("Control: " + joinWords(words));
         return verb.act(application, words);

@@ -14,7 +14,8 @@ class Application;
 // The verbs and their arguments, one line each.
 std::string controlHelp();
 
-// Does what WORDS, a verb and its arguments, ask. What the program's callbacks throw passes through.
+// Does what WORDS, a verb and its arguments, ask. What the program's callbacks throw passes
+// through.
 ControlReply obey(Application* application, const std::vector<std::string>& words);
 
 }  // namespace Host

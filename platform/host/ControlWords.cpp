@@ -2,11 +2,11 @@
 // Escaping and joining the words of a control request.
 #include "host/ControlWords.h"
 
-#include <glib.h>
-
 #include <algorithm>
 #include <memory>
 #include <string>
+
+#include <glib.h>
 
 namespace Host {
 
@@ -19,9 +19,13 @@ std::string taken(gchar* text) {
 
 }  // namespace
 
-std::string escapeWord(const std::string& word) { return taken(g_strescape(word.c_str(), nullptr)); }
+std::string escapeWord(const std::string& word) {
+    return taken(g_strescape(word.c_str(), nullptr));
+}
 
-std::string unescapeWord(const std::string& word) { return taken(g_strcompress(word.c_str())); }
+std::string unescapeWord(const std::string& word) {
+    return taken(g_strcompress(word.c_str()));
+}
 
 std::string joinWords(const std::vector<std::string>& words) {
     std::string line;

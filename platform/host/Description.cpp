@@ -2,14 +2,14 @@
 // Reading, checking and rewriting the description of the set.
 #include "host/Description.h"
 
-#include <sys/stat.h>
-
 #include <array>
 #include <charconv>
 #include <cstring>
 #include <memory>
 #include <mutex>
 #include <sstream>
+
+#include <sys/stat.h>
 
 #include "host/HostLog.h"
 #include "host/KeyFile.h"
@@ -65,7 +65,9 @@ constexpr std::array<FieldRow, kFieldCount> kFields = {{
     {Field::StallSeconds, "Framework", "StallSeconds", Kind::Number, "150", "", 0, 86400},
 }};
 
-const FieldRow& row(Field field) { return kFields[static_cast<std::size_t>(field)]; }
+const FieldRow& row(Field field) {
+    return kFields[static_cast<std::size_t>(field)];
+}
 
 bool parse(const std::string& text, int* value) {
     const char* end = text.data() + text.size();
@@ -240,7 +242,9 @@ int Description::number(Field field) {
     return value;
 }
 
-bool Description::flag(Field field) { return text(field) == "true"; }
+bool Description::flag(Field field) {
+    return text(field) == "true";
+}
 
 std::vector<std::string> Description::list(Field field) {
     std::vector<std::string> entries;

@@ -66,9 +66,13 @@ Subscribers<device_power_wakeup_cb>& wakeup() {
 
 namespace Host {
 
-void announcePoweroff(int state) { poweroff().tell(state); }
+void announcePoweroff(int state) {
+    poweroff().tell(state);
+}
 
-void announceWakeup(int state) { wakeup().tell(state); }
+void announceWakeup(int state) {
+    wakeup().tell(state);
+}
 
 }  // namespace Host
 

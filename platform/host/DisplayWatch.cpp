@@ -2,9 +2,8 @@
 // Watches the connection to the X server for its end.
 #include "host/DisplayWatch.h"
 
-#include <unistd.h>
-
 #include <fcntl.h>
+#include <unistd.h>
 
 #include <Ecore_X.h>
 #include <X11/Xlib.h>
@@ -16,8 +15,8 @@ namespace Host {
 
 namespace {
 
-// A request to the dead server. The toolkit would work on without the answer and crash, so nothing is
-// run any more, no destructor either.
+// A request to the dead server. The toolkit would work on without the answer and crash, so nothing
+// is run any more, no destructor either.
 [[noreturn]] void endNow(Display*, void*) {
     logError("The X server of the set is gone: the process ends here");
     _exit(1);

@@ -2,12 +2,6 @@
 // The television's log on a file, the system's journal or standard error.
 #include "dlog.h"
 
-#include <sys/syscall.h>
-#include <syslog.h>
-#include <unistd.h>
-
-#include <fcntl.h>
-
 #include <array>
 #include <cerrno>
 #include <cstdarg>
@@ -16,6 +10,11 @@
 #include <mutex>
 #include <string>
 #include <vector>
+
+#include <fcntl.h>
+#include <sys/syscall.h>
+#include <syslog.h>
+#include <unistd.h>
 
 #include "host/SetFolder.h"
 
@@ -37,8 +36,9 @@ char letter(int priority) {
 }
 
 int syslogLevel(int priority) {
-    static constexpr std::array<int, 9> levels = {LOG_INFO,    LOG_INFO, LOG_DEBUG, LOG_DEBUG, LOG_INFO,
-                                                  LOG_WARNING, LOG_ERR,  LOG_CRIT,  LOG_DEBUG};
+    static constexpr std::array<int, 9> levels = {LOG_INFO,  LOG_INFO, LOG_DEBUG,
+                                                  LOG_DEBUG, LOG_INFO, LOG_WARNING,
+                                                  LOG_ERR,   LOG_CRIT, LOG_DEBUG};
     const auto index = static_cast<std::size_t>(priority);
     return index < levels.size() ? levels[index] : LOG_INFO;
 }

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // The factory's records of the virtual set.
-#include "factory_data.h"
-
 #include <cstdint>
 #include <cstring>
 
+#include "factory_data.h"
 #include "host/Description.h"
 
 extern "C" int GetData(int id, void* buffer) {

@@ -42,8 +42,8 @@ const Sound* find(feedback_pattern_e pattern) {
     return nullptr;
 }
 
-// Plays on a thread of its own, because the first contact with a sound system may take seconds and a
-// key has to answer at once. The thread and what it uses live until the process is gone: waiting
+// Plays on a thread of its own, because the first contact with a sound system may take seconds and
+// a key has to answer at once. The thread and what it uses live until the process is gone: waiting
 // for a sound system that hangs would keep the set from ending.
 class Player {
   public:
@@ -64,7 +64,9 @@ class Player {
   private:
     static constexpr std::size_t kMostWaiting = 4;
 
-    Player() { std::thread([this] { run(); }).detach(); }
+    Player() {
+        std::thread([this] { run(); }).detach();
+    }
 
     [[noreturn]] void run() {
         while (true) {

@@ -14,10 +14,16 @@ void write(log_priority priority, const std::string& text) {
 
 }  // namespace
 
-void logInfo(const std::string& text) { write(DLOG_INFO, text); }
+void logInfo(const std::string& text) {
+    write(DLOG_INFO, text);
+}
 
-void logWarning(const std::string& text) { write(DLOG_WARN, text); }
+void logWarning(const std::string& text) {
+    write(DLOG_WARN, text);
+}
 
-void logError(const std::string& text) { write(DLOG_ERROR, text); }
+void logError(const std::string& text) {
+    write(DLOG_ERROR, text);
+}
 
 }  // namespace Host

@@ -2,16 +2,15 @@
 // Reading and rewriting key files safely among processes.
 #include "host/KeyFile.h"
 
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <fcntl.h>
-
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace Host {
 
@@ -79,7 +78,8 @@ std::string resolved(const std::string& path) {
 KeyFilePtr readKeyFile(const std::string& path, std::string* failure) {
     KeyFilePtr file(g_key_file_new());
     GError* error = nullptr;
-    if (g_key_file_load_from_file(file.get(), path.c_str(), G_KEY_FILE_KEEP_COMMENTS, &error) != 0 ||
+    if (g_key_file_load_from_file(file.get(), path.c_str(), G_KEY_FILE_KEEP_COMMENTS, &error) !=
+            0 ||
         g_error_matches(error, G_FILE_ERROR, G_FILE_ERROR_NOENT) != 0) {
         g_clear_error(&error);
         return file;

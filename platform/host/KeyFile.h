@@ -2,11 +2,11 @@
 // Key files that several processes read and rewrite.
 #pragma once
 
-#include <glib.h>
-
 #include <functional>
 #include <memory>
 #include <string>
+
+#include <glib.h>
 
 namespace Host {
 
@@ -15,8 +15,8 @@ struct KeyFileRelease {
 };
 using KeyFilePtr = std::unique_ptr<GKeyFile, KeyFileRelease>;
 
-// Reads PATH with its comments. An absent file is an empty one. A file that cannot be read or parsed
-// gives null and a sentence in *FAILURE.
+// Reads PATH with its comments. An absent file is an empty one. A file that cannot be read or
+// parsed gives null and a sentence in *FAILURE.
 KeyFilePtr readKeyFile(const std::string& path, std::string* failure);
 
 // Reads PATH, lets CHANGE alter it and puts the result in its place in one step, so that no reader

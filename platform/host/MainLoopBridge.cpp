@@ -2,17 +2,16 @@
 // One wait for the descriptors and timeouts of both main loops.
 #include "host/MainLoopBridge.h"
 
-#include <poll.h>
-#include <sys/select.h>
-
-#include <glib.h>
-
 #include <cerrno>
 #include <ctime>
 #include <tuple>
 #include <vector>
 
+#include <poll.h>
+#include <sys/select.h>
+
 #include <Ecore.h>
+#include <glib.h>
 
 namespace Host {
 
@@ -115,9 +114,10 @@ const timespec* shorter(const timeval* timeout, int milliseconds, timespec* room
         return nullptr;
     }
     const timespec glib{milliseconds / 1000, milliseconds % 1000 * 1000000L};
-    const timespec own = timeout == nullptr ? glib : timespec{timeout->tv_sec, timeout->tv_usec * 1000L};
-    const bool glibFirst =
-        milliseconds >= 0 && std::tie(glib.tv_sec, glib.tv_nsec) < std::tie(own.tv_sec, own.tv_nsec);
+    const timespec own =
+        timeout == nullptr ? glib : timespec{timeout->tv_sec, timeout->tv_usec * 1000L};
+    const bool glibFirst = milliseconds >= 0 &&
+                           std::tie(glib.tv_sec, glib.tv_nsec) < std::tie(own.tv_sec, own.tv_nsec);
     *room = glibFirst ? glib : own;
     return room;
 }
@@ -174,9 +174,8 @@ int selectBoth(int count, fd_set* read, fd_set* write, fd_set* except, timeval* 
             poll.revents = 0;
         }
     }
-    const bool glibReady =
-        g_main_context_check(hold.context(), priority, polls.data() + own,
-                             static_cast<gint>(polls.size() - own)) != 0;
+    const bool glibReady = g_main_context_check(hold.context(), priority, polls.data() + own,
+                                                static_cast<gint>(polls.size() - own)) != 0;
     const int ready = answered(sets, polls, own);
     const int outcome = errno;
     if (glibReady) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Iterates GLib's default main context inside the toolkit's main loop, which cannot do so by itself.
+// Iterates GLib's default main context inside the toolkit's main loop, which cannot do so by
+// itself.
 #pragma once
 
 namespace Host {

@@ -2,15 +2,6 @@
 // Reads the machine's interfaces, routes and name servers.
 #include "host/Network.h"
 
-#include <arpa/inet.h>
-#include <ifaddrs.h>
-#include <linux/netlink.h>
-#include <linux/rtnetlink.h>
-#include <net/if.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -20,6 +11,15 @@
 #include <set>
 #include <sstream>
 #include <system_error>
+
+#include <arpa/inet.h>
+#include <ifaddrs.h>
+#include <linux/netlink.h>
+#include <linux/rtnetlink.h>
+#include <net/if.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include "host/Description.h"
 
@@ -54,7 +54,7 @@ std::string printed(const sockaddr* address) {
 }
 
 // Ethernet and wireless devices alike; a bridge only joins others.
-bool isConnection(const fs::path& device) {
+bool isEthernet(const fs::path& device) {
     constexpr const char* ethernet = "1";
     std::error_code failure;
     return firstLine(device / "type") == ethernet && !fs::exists(device / "bridge", failure);
@@ -65,11 +65,12 @@ std::vector<NetworkInterface> devices(const std::string& folder) {
     std::error_code failure;
     for (const auto& entry : fs::directory_iterator(folder, failure)) {
         const fs::path& device = entry.path();
-        if (isConnection(device)) {
+        if (isEthernet(device)) {
             NetworkInterface made;
             made.name = device.filename().string();
             made.wireless = fs::exists(device / "wireless", failure);
             made.mac = firstLine(device / "address");
+            made.isHardware = fs::exists(device / "device", failure);
             found.push_back(made);
         }
     }
@@ -112,7 +113,7 @@ std::string addressFromHex(const std::string& text) {
     stream >> std::hex >> raw.s_addr;
     std::array<char, INET_ADDRSTRLEN> shown{};
     return stream && inet_ntop(AF_INET, &raw, shown.data(), shown.size()) != nullptr ? shown.data()
-                                                                                    : "";
+                                                                                     : "";
 }
 
 void addRoutes(const std::string& path, std::vector<NetworkInterface>* found) {
@@ -145,6 +146,16 @@ void addRoutes(const std::string& path, std::vector<NetworkInterface>* found) {
             }
         }
     }
+}
+
+// Machines have made-up devices that nobody has given an address. They are no connections.
+void dropIdle(std::vector<NetworkInterface>* found) {
+    found->erase(std::remove_if(found->begin(), found->end(),
+                                [](const NetworkInterface& device) {
+                                    return !device.isHardware && !device.isDefault &&
+                                           device.address.empty();
+                                }),
+                 found->end());
 }
 
 std::vector<std::string> nameServersIn(const std::string& path) {
@@ -250,6 +261,7 @@ Network Network::machine(const NetworkSources& sources) {
     network.interfaces = devices(sources.devices);
     addAddresses(&network.interfaces);
     addRoutes(sources.routes, &network.interfaces);
+    dropIdle(&network.interfaces);
     const std::set<std::string> permanent = withPermanentAddress();
     for (NetworkInterface& device : network.interfaces) {
         device.isDynamic = permanent.count(device.name) == 0;

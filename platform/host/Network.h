@@ -10,6 +10,7 @@ namespace Host {
 struct NetworkInterface {
     std::string name;
     bool wireless = false;
+    bool isHardware = true;  // a device of its own, not made up by the kernel
     bool isDefault = false;  // the way to the rest of the world leads over it
     bool isDynamic = true;   // its address has a lease
     std::string address;     // IPv4, empty when it has none

@@ -28,7 +28,9 @@ Eina_Bool rename(void*, void*, int type, void* event) {
     return EINA_TRUE;
 }
 
-void* begin(void*) { return nullptr; }
+void* begin(void*) {
+    return nullptr;
+}
 
 void end(void*, void*) {}
 
@@ -36,6 +38,8 @@ void end(void*, void*) {}
 
 RemoteKeys::RemoteKeys() : m_filter(ecore_event_filter_add(begin, rename, end, nullptr)) {}
 
-RemoteKeys::~RemoteKeys() { ecore_event_filter_del(m_filter); }
+RemoteKeys::~RemoteKeys() {
+    ecore_event_filter_del(m_filter);
+}
 
 }  // namespace Host

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 // What the virtual set is and does at this moment.
-#include "runtime_info.h"
-
 #include <array>
 #include <map>
 #include <mutex>
@@ -12,6 +10,7 @@
 #include "host/MenuLanguage.h"
 #include "host/Network.h"
 #include "host/Text.h"
+#include "runtime_info.h"
 
 namespace {
 

@@ -29,8 +29,12 @@ std::string SetFolder::file(const std::string& name) {
     return (fs::path(path()) / name).lexically_normal().string();
 }
 
-std::string SetFolder::description() { return file(variable("VIRTUAL_SET_FILE", "set.ini")); }
+std::string SetFolder::description() {
+    return file(variable("VIRTUAL_SET_FILE", "set.ini"));
+}
 
-std::string SetFolder::keptValues() { return file("vconf.ini"); }
+std::string SetFolder::keptValues() {
+    return file("vconf.ini");
+}
 
 }  // namespace Host

@@ -21,7 +21,9 @@ using std::chrono::milliseconds;
 std::atomic<unsigned> s_turns{0};
 std::atomic<bool> s_waiting{false};
 
-void goesToWait() { s_waiting = true; }
+void goesToWait() {
+    s_waiting = true;
+}
 
 void hasWaited() {
     ++s_turns;

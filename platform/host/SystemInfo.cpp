@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // What never changes about the virtual set.
-#include "system_info.h"
-
 #include "host/Description.h"
 #include "host/Text.h"
+#include "system_info.h"
 
 using Host::Description;
 using Host::Field;

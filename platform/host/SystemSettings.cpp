@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // What the owner of the virtual set has chosen.
-#include "system_settings.h"
-
 #include <string>
 
 #include "host/Description.h"
 #include "host/HostLog.h"
 #include "host/Text.h"
+#include "system_settings.h"
 
 using Host::Description;
 using Host::Field;

@@ -6,6 +6,8 @@
 
 namespace Host {
 
-char* copyForCaller(const std::string& text) { return strdup(text.c_str()); }
+char* copyForCaller(const std::string& text) {
+    return strdup(text.c_str());
+}
 
 }  // namespace Host

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The virtual set's clock: the machine's, shifted by the offset of the description.
-#include "time_util.h"
-
 #include "host/Description.h"
+#include "time_util.h"
 
 time_t CTimeUtil::GetCurrentTime() {
     const time_t utc = time(nullptr) + Host::Description::number(Host::Field::ClockOffset);

@@ -24,8 +24,8 @@ constexpr const char* kOwnIcons = "_Elementary_Icon_Theme";
 constexpr double kDesignHeight = 1080.0;
 
 bool needsDisplay() {
-    const std::string engine = SetFolder::variable("ELM_ENGINE", "") +
-                               SetFolder::variable("ELM_ACCEL", "");
+    const std::string engine =
+        SetFolder::variable("ELM_ENGINE", "") + SetFolder::variable("ELM_ACCEL", "");
     const std::string kind = SetFolder::variable("ELM_DISPLAY", "x11");
     return kind == "x11" && engine.find("buffer") == std::string::npos;
 }

@@ -150,12 +150,12 @@ int vconf_notify_key_changed(const char* key, vconf_callback_fn callback, void* 
         return -1;
     }
     const std::string name = key;
-    const unsigned watch = Host::ChangeWatch::add([name] { return comparable(name); },
-                                                  [name, callback, user_data] {
-                                                      keynode_t node{name,
-                                                                     valueOf(name).value_or("")};
-                                                      callback(&node, user_data);
-                                                  });
+    const unsigned watch =
+        Host::ChangeWatch::add([name] { return comparable(name); },
+                               [name, callback, user_data] {
+                                   keynode_t node{name, valueOf(name).value_or("")};
+                                   callback(&node, user_data);
+                               });
     const std::lock_guard<std::mutex> lock(subscriptions().guard);
     subscriptions().list.push_back({name, callback, watch});
     return 0;

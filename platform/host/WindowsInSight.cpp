@@ -61,10 +61,10 @@ bool isInSight(Ecore_Evas* window) {
 WindowsInSight::WindowsInSight(std::function<void()> changed)
     : m_changed(std::move(changed)),
       m_idle(ecore_idle_enterer_add(onIdle, this)),
-      m_request(ECORE_X_EVENT_WINDOW_DELETE_REQUEST != 0
-                    ? ecore_event_handler_add(ECORE_X_EVENT_WINDOW_DELETE_REQUEST, onDeleteRequest,
-                                              this)
-                    : nullptr) {}
+      m_request(
+          ECORE_X_EVENT_WINDOW_DELETE_REQUEST != 0
+              ? ecore_event_handler_add(ECORE_X_EVENT_WINDOW_DELETE_REQUEST, onDeleteRequest, this)
+              : nullptr) {}
 
 WindowsInSight::~WindowsInSight() {
     ecore_idle_enterer_del(m_idle);

@@ -29,7 +29,7 @@ class WindowsInSight {
     Ecore_Idle_Enterer* m_idle;      // deleted by this class
     Ecore_Event_Handler* m_request;  // deleted by this class
     bool m_inSight = true;
-    bool m_seen = false;              // a window has been in sight
+    bool m_seen = false;               // a window has been in sight
     bool m_closedFromOutside = false;  // the window manager has asked a window to close
 };
 

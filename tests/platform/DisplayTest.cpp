@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: Apache-2.0
+// The set on an X server with a window manager.
+#include <csignal>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ProbeSet.h"
+
+namespace PlatformTest {
+
+class Display : public ProbeSet {
+  protected:
+    void SetUp() override {
+        int pipeEnds[2] = {};
+        ASSERT_EQ(pipe(pipeEnds), 0);
+        m_server = std::make_unique<Child>(
+            "Xvfb",
+            std::vector<std::string>{"-displayfd", std::to_string(pipeEnds[1]), "-screen", "0",
+                                     "640x360x24", "-nolisten", "tcp"},
+            Environment{}, file("xvfb.out"), pipeEnds[1]);
+        close(pipeEnds[1]);
+        std::string number;
+        char digit = 0;
+        while (read(pipeEnds[0], &digit, 1) == 1 && digit != '\n') {
+            number += digit;
+        }
+        close(pipeEnds[0]);
+        ASSERT_NE(number, "");
+        m_name = ":" + number;
+        m_manager = std::make_unique<Child>("matchbox-window-manager",
+                                            std::vector<std::string>{"-use_titlebar", "no"},
+                                            Environment{{"DISPLAY", m_name}}, file("wm.out"));
+        ASSERT_TRUE(waitFor([this] {
+            return tool("xprop", {"-root", "_NET_SUPPORTING_WM_CHECK"}).output.find("window id") !=
+                   std::string::npos;
+        }));
+    }
+
+    void TearDown() override {
+        // The manager first, or it complains about its server.
+        m_manager.reset();
+        m_server.reset();
+    }
+
+    Outcome tool(const std::string& program, const std::vector<std::string>& arguments) const {
+        return runToEnd(program, arguments, {{"DISPLAY", m_name}}, file("tool.out"));
+    }
+
+    // Starts the probe and waits until its window has the keyboard.
+    void startProbe(std::vector<std::string> wishes) {
+        wishes.emplace_back("window");
+        start(wishes,
+              {{"DISPLAY", m_name}, {"ELM_DISPLAY", "x11"}, {"ELM_ENGINE", "software_x11"}});
+        ASSERT_TRUE(logHas("PROBE: resume"));
+        ASSERT_TRUE(waitFor([this] {
+            m_window = firstWord(tool("xdotool", {"getwindowfocus"}).output);
+            return tool("xdotool", {"getwindowname", m_window}).output == "lower\n";
+        }));
+    }
+
+    static std::string firstWord(const std::string& text) {
+        return text.substr(0, text.find_first_of(" \n"));
+    }
+
+    const std::string& window() const { return m_window; }
+    const std::string& displayName() const { return m_name; }
+    Child& server() { return *m_server; }
+
+  private:
+    std::unique_ptr<Child> m_server;
+    std::unique_ptr<Child> m_manager;
+    std::string m_name;
+    std::string m_window;
+};
+
+TEST_F(Display, EscapeIsTheBackKeyOfTheRemoteDownAndUp) {
+    startProbe({});
+    tool("xdotool", {"key", "Escape"});
+    EXPECT_TRUE(logHas("key down XF86Back XF86Back"));
+    EXPECT_TRUE(logHas("key up XF86Back XF86Back"));
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Display, OtherKeysKeepTheirNames) {
+    startProbe({});
+    tool("xdotool", {"key", "Down"});
+    EXPECT_TRUE(logHas("key down Down Down"));
+    EXPECT_TRUE(logHas("key up Down Down"));
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Display, AKeyOfTheKeyboardIsGrabbedAndOneThatItDoesNotHaveIsRefused) {
+    startProbe({"grab"});
+    EXPECT_TRUE(logHas("grab a: done"));
+    EXPECT_TRUE(logHas("grab XF86NoSuchKey: refused"));
+    tool("xdotool", {"key", "a"});
+    EXPECT_TRUE(logHas("key down a a"));
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Display, AKeyThatSomebodyElseHasGrabbedIsRefused) {
+    startProbe({"grab-twice"});
+    EXPECT_TRUE(logHas("grab b: done"));
+    EXPECT_TRUE(logHas("grab b by another: refused"));
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Display, AMinimizedWindowPausesAndAnActivatedOneResumes) {
+    startProbe({});
+    tool("xdotool", {"windowminimize", window()});
+    EXPECT_TRUE(logHas("PROBE: pause"));
+    tool("xdotool", {"windowactivate", window()});
+    EXPECT_TRUE(logHas("PROBE: resume", 2));
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Display, ClosingTheLastWindowEndsTheApplication) {
+    startProbe({});
+    // As the close button of a window manager does.
+    EXPECT_EQ(runToEnd(PLATFORM_PROBE, {"close", window()}, {{"DISPLAY", displayName()}},
+                       file("close.out"))
+                  .status,
+              0);
+    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(said().back(), "ui_app_main returned 0");
+}
+
+TEST_F(Display, ADeadServerEndsTheApplication) {
+    startProbe({});
+    server().send(SIGKILL);
+    EXPECT_NE(probe().wait(), -1);
+    EXPECT_THAT(said(), testing::Contains("terminate"));
+    EXPECT_TRUE(logHas("The X server of the set is gone"));
+}
+
+}  // namespace PlatformTest

@@ -1,0 +1,328 @@
+// SPDX-License-Identifier: Apache-2.0
+// The life of an application on the virtual set, as a process of its own.
+#include <csignal>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <glib.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ProbeSet.h"
+
+namespace PlatformTest {
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+// What the probe said from its creation on.
+Lines afterStart(const Lines& lines) {
+    Lines rest;
+    bool created = false;
+    for (const std::string& line : lines) {
+        created = created || line.compare(0, 6, "create") == 0;
+        if (created) {
+            rest.push_back(line);
+        }
+    }
+    return rest;
+}
+
+}  // namespace
+
+using Lifecycle = ProbeSet;
+
+TEST_F(Lifecycle, RunsFromCreateOverAppControlAndResumeToTerminate) {
+    start({"leave"});
+    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(afterStart(said()), (Lines{"create, scale 1.000000", "app control 1", "resume",
+                                         "terminate", "ui_app_main returned 0"}));
+}
+
+TEST_F(Lifecycle, TheLogSaysThatThisIsAVirtualSet) {
+    start({"leave"});
+    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_TRUE(logHas("This is a virtual set"));
+}
+
+TEST_F(Lifecycle, TheScaleFollowsTheHeightOfTheSet) {
+    describe("[Screen]\nWidth=1280\nHeight=720\n");
+    start({"leave"});
+    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_TRUE(logHas("create, scale 0.666667"));
+}
+
+TEST_F(Lifecycle, SourcesOfGlibFireInTheMainLoop) {
+    start({"source"});
+    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_TRUE(logHas("a GLib source fired"));
+}
+
+TEST_F(Lifecycle, PausesWithTheLastVisibleWindowAndResumesWithTheFirst) {
+    start({"windows"});
+    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(afterStart(said()),
+              (Lines{"create, scale 1.000000", "app control 1", "resume", "hiding the upper window",
+                     "hiding the lower window", "pause", "showing the lower window", "resume",
+                     "leaving", "terminate", "ui_app_main returned 0"}));
+}
+
+TEST_F(Lifecycle, AnApplicationThatRefusesItsCreationDoesNotRun) {
+    start({"refuse"});
+    EXPECT_EQ(probe().wait(), 3);
+    EXPECT_EQ(afterStart(said()),
+              (Lines{"create, scale 1.000000", "ui_app_main returned -17760255"}));
+}
+
+TEST_F(Lifecycle, ExceptionsOfEveryKindOfCallbackReachTheCaller) {
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"throw-create", "caught thrown by create"},
+        {"throw-launch", "caught thrown by app control"},
+        {"throw-source", "caught thrown by a GLib source"},
+        {"throw-job", "caught thrown by the toolkit's loop"}};
+    for (const auto& [wish, line] : cases) {
+        start({wish});
+        EXPECT_EQ(probe().wait(), 1) << wish;
+        EXPECT_EQ(said().back(), line);
+        EXPECT_THAT(said(), testing::Not(testing::Contains("terminate"))) << wish;
+    }
+}
+
+TEST_F(Lifecycle, AnExceptionOfAChangeNoticeReachesTheCaller) {
+    start({"throw-notice"});
+    ASSERT_TRUE(logHas("PROBE: resume"));
+    describe("[Accessibility]\nFocusZoom=1\n");
+    EXPECT_EQ(probe().wait(), 1);
+    EXPECT_EQ(said().back(), "caught thrown by a notice");
+}
+
+TEST_F(Lifecycle, AnExceptionOfTerminateReachesTheCaller) {
+    start({"leave", "throw-terminate"});
+    EXPECT_EQ(probe().wait(), 1);
+    EXPECT_EQ(said().back(), "caught thrown by terminate");
+}
+
+TEST_F(Lifecycle, AnExceptionWithAWindowOpenEndsInOrder) {
+    start({"window", "throw-source"});
+    EXPECT_EQ(probe().wait(), 1);
+    EXPECT_EQ(said().back(), "caught thrown by a GLib source");
+}
+
+TEST_F(Lifecycle, TerminationSignalsEndTheMainLoopInOrder) {
+    for (const int signal : {SIGTERM, SIGINT}) {
+        start({});
+        ASSERT_TRUE(logHas("PROBE: resume", signal == SIGTERM ? 1 : 2));
+        probe().send(signal);
+        EXPECT_EQ(probe().wait(), 0);
+        EXPECT_EQ(said().back(), "ui_app_main returned 0");
+    }
+}
+
+TEST_F(Lifecycle, WithoutItsDisplayTheApplicationDoesNotRun) {
+    start({}, {{"ELM_ENGINE", ""}, {"ELM_DISPLAY", "x11"}, {"DISPLAY", ":0.no-such-server"}});
+    EXPECT_EQ(probe().wait(), 3);
+    EXPECT_EQ(said().back(), "ui_app_main returned -17760255");
+    EXPECT_TRUE(logHas("The X server of the set cannot be reached"));
+}
+
+TEST_F(Lifecycle, AChangedDescriptionReachesTheRunningApplication) {
+    start({});
+    ASSERT_TRUE(logHas("PROBE: resume"));
+    describe("[Language]\nLanguage=ar_EG.utf8\n[Accessibility]\nFocusZoom=1\n");
+    EXPECT_TRUE(logHas("language changed, event is data: yes"));
+    EXPECT_TRUE(logHas("runtime 0 changed"));
+    EXPECT_TRUE(logHas("vconf changed"));
+    EXPECT_EQ(quit(), 0);
+}
+
+using Watchdog = ProbeSet;
+
+TEST_F(Watchdog, AbortsAProcessWhoseMainLoopDoesNotTurn) {
+    start({"stall"}, {{"VIRTUAL_SET_STALL_SECONDS", "1"}});
+    EXPECT_EQ(probe().wait(), 128 + SIGABRT);
+    EXPECT_TRUE(logHas("The main loop has not turned for 1 seconds: the process is aborted"));
+}
+
+TEST_F(Watchdog, TakesItsTimeFromTheDescription) {
+    describe("[Framework]\nStallSeconds=1\n");
+    start({"stall"});
+    EXPECT_EQ(probe().wait(), 128 + SIGABRT);
+}
+
+TEST_F(Watchdog, LetsALoopWaitThatHasNothingToDo) {
+    start({"idle-for-three-seconds"}, {{"VIRTUAL_SET_STALL_SECONDS", "1"}});
+    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(said().back(), "ui_app_main returned 0");
+}
+
+TEST_F(Watchdog, DoesNotCountTimeInWhichTheProcessWasStopped) {
+    start({"busy-for-a-while"}, {{"VIRTUAL_SET_STALL_SECONDS", "2"}});
+    ASSERT_TRUE(logHas("busy"));
+    probe().send(SIGSTOP);
+    const gint64 end = g_get_monotonic_time() + 5 * G_TIME_SPAN_SECOND;
+    waitFor([end] { return g_get_monotonic_time() > end; });
+    probe().send(SIGCONT);
+    EXPECT_EQ(probe().wait(), 0);
+}
+
+TEST_F(Watchdog, LeavesTerminateItsTime) {
+    start({"leave", "slow-end"}, {{"VIRTUAL_SET_STALL_SECONDS", "1"}});
+    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(said().back(), "ui_app_main returned 0");
+}
+
+class Control : public ProbeSet {
+  protected:
+    void startAndWait(const std::vector<std::string>& wishes) {
+        start(wishes);
+        ASSERT_TRUE(logHas("PROBE: resume"));
+    }
+};
+
+TEST_F(Control, PingTellsTheProcess) {
+    startAndWait({});
+    const Outcome answer = control({"ping"});
+    EXPECT_EQ(answer.status, 0);
+    EXPECT_EQ(answer.output, "process " + std::to_string(probe().id()) + "\n");
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Control, PauseAndResumeAreDeliveredOnce) {
+    startAndWait({});
+    EXPECT_EQ(control({"pause"}).status, 0);
+    EXPECT_EQ(control({"pause"}).status, 0);
+    EXPECT_EQ(control({"resume"}).status, 0);
+    EXPECT_EQ(quit(), 0);
+    EXPECT_EQ(afterStart(said()),
+              (Lines{"create, scale 1.000000", "app control 1", "resume", "pause", "resume",
+                     "terminate", "ui_app_main returned 0"}));
+}
+
+TEST_F(Control, AnotherAppControlBringsTheApplicationBack) {
+    startAndWait({});
+    EXPECT_EQ(control({"pause"}).status, 0);
+    EXPECT_EQ(control({"app-control"}).status, 0);
+    EXPECT_EQ(quit(), 0);
+    EXPECT_EQ(afterStart(said()),
+              (Lines{"create, scale 1.000000", "app control 1", "resume", "pause", "app control 2",
+                     "resume", "terminate", "ui_app_main returned 0"}));
+}
+
+TEST_F(Control, DeliversLowMemoryPowerOffAndWakeUp) {
+    startAndWait({});
+    EXPECT_EQ(control({"low-memory"}).status, 0);
+    EXPECT_EQ(control({"poweroff", "2"}).status, 0);
+    EXPECT_EQ(control({"wakeup"}).status, 0);
+    EXPECT_THAT(said(), testing::IsSupersetOf({"low memory", "poweroff 2", "wakeup 1"}));
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Control, ChangesTheLanguageBeforeItAnswers) {
+    startAndWait({});
+    EXPECT_EQ(control({"language", "ar_EG.utf8"}).status, 0);
+    EXPECT_THAT(said(), testing::Contains("language changed, event is data: yes"));
+    EXPECT_EQ(control({"get", "Language", "Language"}).output, "ar_EG.utf8\n");
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Control, ASeparateMenuLanguageFollowsTheLanguage) {
+    describe("[Language]\nMenuLanguage=de_DE.utf8\n");
+    startAndWait({});
+    EXPECT_EQ(control({"language", "ko_KR.utf8"}).status, 0);
+    EXPECT_EQ(control({"get", "Language", "MenuLanguage"}).output, "ko_KR.utf8\n");
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Control, SetsAnyValueOfTheDescription) {
+    startAndWait({});
+    EXPECT_EQ(control({"set", "Accessibility", "FocusZoom", "1"}).status, 0);
+    EXPECT_THAT(said(), testing::Contains("vconf changed"));
+    EXPECT_EQ(control({"set", "Set", "Model", "two words\tand a tab"}).status, 0);
+    EXPECT_EQ(control({"get", "Set", "Model"}).output, "two words\tand a tab\n");
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Control, WrongQuestionsAreAnsweredClearly) {
+    startAndWait({});
+    EXPECT_EQ(control({"dance"}).status, 2);
+    EXPECT_EQ(control({"pause", "now"}).status, 2);
+    EXPECT_EQ(control({"set", "Set"}).status, 2);
+    EXPECT_EQ(control({"language", "klingon"}).status, 2);
+    EXPECT_EQ(control({"poweroff", "x"}).status, 2);
+    EXPECT_EQ(control({"--fast"}).status, 2);
+    EXPECT_EQ(control({}).status, 2);
+    const Outcome unknown = control({"get", "Set", "Colour"});
+    EXPECT_EQ(unknown.status, 2);
+    EXPECT_EQ(unknown.output, "virtual-set-control: a set has no value Set Colour\n");
+    const Outcome bad = control({"set", "Screen", "Width", "x"});
+    EXPECT_EQ(bad.status, 1);
+    EXPECT_EQ(bad.output, "virtual-set-control: Screen Width has to be a number from 1 to 16384\n");
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Control, WhereNoSetRunsTheProgramSaysSo) {
+    const Outcome answer = control({"ping"});
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_EQ(
+        answer.output.compare(0, 38, "virtual-set-control: no set runs in " + folder(), 0, 38), 0);
+}
+
+TEST_F(Control, ASetThatHasEndedLeavesNoSocket) {
+    startAndWait({});
+    EXPECT_EQ(quit(), 0);
+    EXPECT_EQ(control({"ping"}).status, 1);
+    EXPECT_NE(access(file("control.sock").c_str(), F_OK), 0);
+}
+
+TEST_F(Control, ASetTakesOverTheSocketOfOneThatCrashed) {
+    startAndWait({});
+    probe().send(SIGKILL);
+    EXPECT_EQ(probe().wait(), 128 + SIGKILL);
+    start({});
+    ASSERT_TRUE(logHas("PROBE: resume", 2));
+    EXPECT_EQ(control({"ping"}).status, 0);
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Control, ASecondSetInTheSameFolderLeavesTheFirstItsSocket) {
+    startAndWait({});
+    Child second(PLATFORM_PROBE, {"leave"},
+                 {{"VIRTUAL_SET_DIR", folder()},
+                  {"HOME", folder()},
+                  {"XDG_RUNTIME_DIR", folder()},
+                  {"ELM_ENGINE", "buffer"},
+                  {"ELM_DISPLAY", "buffer"}},
+                 file("second.out"));
+    EXPECT_EQ(second.wait(), 0);
+    EXPECT_TRUE(logHas("This set cannot be controlled from outside"));
+    EXPECT_EQ(control({"ping"}).output, "process " + std::to_string(probe().id()) + "\n");
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Control, AnExceptionOfTheProgramTellsTheClientThatTheSetEnded) {
+    startAndWait({"throw-again"});
+    const Outcome answer = control({"app-control"});
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_EQ(probe().wait(), 1);
+    EXPECT_EQ(said().back(), "caught thrown by app control");
+}
+
+TEST_F(Control, TheNameOfTheFolderMayBeLong) {
+    std::string deep = folder();
+    for (int level = 0; level < 4; ++level) {
+        deep += "/" + std::string(60, 'x');
+        ASSERT_EQ(mkdir(deep.c_str(), 0755), 0);
+    }
+    start({}, {{"VIRTUAL_SET_DIR", deep}});
+    ASSERT_TRUE(waitFor(
+        [&] { return contentsOf(deep + "/zolt.log").find("PROBE: resume") != std::string::npos; }));
+    EXPECT_EQ(runToEnd(CONTROL_PROGRAM, {"--set", deep, "quit"}, {}, file("out")).status, 0);
+    EXPECT_EQ(probe().wait(), 0);
+}
+
+}  // namespace PlatformTest

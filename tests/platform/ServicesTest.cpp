@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: Apache-2.0
+// Power notices, sounds, key grabs without a display, and event handlers.
+#include <cstdlib>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "PrivateSet.h"
+#include "app.h"
+#include "device_power.h"
+#include "feedback.h"
+#include "host/DevicePower.h"
+#include "utilx.h"
+
+namespace PlatformTest {
+
+namespace {
+
+std::vector<std::string> s_notices;
+
+int onPoweroff(int state, void* data) {
+    s_notices.push_back("off " + std::to_string(state) + " " + static_cast<const char*>(data));
+    return 0;
+}
+
+void onWakeup(int state, void* data) {
+    s_notices.push_back("on " + std::to_string(state) + " " + static_cast<const char*>(data));
+}
+
+int unsubscribeItself(int, void*) {
+    return device_power_unsubscribe_poweroff(unsubscribeItself);
+}
+
+}  // namespace
+
+TEST(DevicePower, SubscribersHearOfPowerOffAndWakeUp) {
+    s_notices.clear();
+    char name[] = "a";
+    ASSERT_EQ(device_power_subscribe_poweroff(onPoweroff, name), 0);
+    ASSERT_EQ(device_power_subscribe_wakeup(onWakeup, name), 0);
+    Host::announcePoweroff(3);
+    Host::announceWakeup(4);
+    EXPECT_EQ(s_notices, (std::vector<std::string>{"off 3 a", "on 4 a"}));
+    EXPECT_EQ(device_power_unsubscribe_poweroff(onPoweroff), 0);
+    EXPECT_EQ(device_power_unsubscribe_wakeup(onWakeup), 0);
+    Host::announcePoweroff(5);
+    Host::announceWakeup(5);
+    EXPECT_EQ(s_notices.size(), 2U);
+}
+
+TEST(DevicePower, WhatIsNotSubscribedCannotBeUnsubscribed) {
+    EXPECT_LT(device_power_unsubscribe_poweroff(onPoweroff), 0);
+    EXPECT_LT(device_power_unsubscribe_wakeup(onWakeup), 0);
+    EXPECT_LT(device_power_subscribe_poweroff(nullptr, nullptr), 0);
+    EXPECT_LT(device_power_subscribe_wakeup(nullptr, nullptr), 0);
+}
+
+TEST(DevicePower, ASubscriberMayUnsubscribeDuringTheNotice) {
+    ASSERT_EQ(device_power_subscribe_poweroff(unsubscribeItself, nullptr), 0);
+    Host::announcePoweroff(1);
+    EXPECT_LT(device_power_unsubscribe_poweroff(unsubscribeItself), 0);
+}
+
+class Feedback : public PrivateSet {
+  protected:
+    Feedback() { setenv("CANBERRA_DRIVER", "null", 1); }
+    ~Feedback() override { unsetenv("CANBERRA_DRIVER"); }
+};
+
+TEST_F(Feedback, EachOfTheFiveSoundsSucceedsAndIsLogged) {
+    const std::vector<std::pair<feedback_pattern_e, std::string>> sounds = {
+        {FEEDBACK_PATTERN_MOVE, "Sound 40 move: "},
+        {FEEDBACK_PATTERN_BACK, "Sound 41 back: "},
+        {FEEDBACK_PATTERN_BLOCKED, "Sound 42 blocked: "},
+        {FEEDBACK_PATTERN_SELECT, "Sound 43 select: "},
+        {FEEDBACK_PATTERN_POPUP, "Sound 45 popup: "}};
+    for (const auto& [pattern, line] : sounds) {
+        EXPECT_EQ(feedback_initialize(), 0);
+        EXPECT_EQ(feedback_play(pattern), 0);
+        EXPECT_EQ(feedback_deinitialize(), 0);
+        const std::string wanted = line;
+        EXPECT_TRUE(waitFor([&] { return log().find(wanted) != std::string::npos; })) << wanted;
+    }
+}
+
+TEST_F(Feedback, APatternThatDoesNotExistIsAnError) {
+    EXPECT_EQ(feedback_initialize(), 0);
+    EXPECT_EQ(feedback_play(static_cast<feedback_pattern_e>(44)), FEEDBACK_ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(feedback_deinitialize(), 0);
+}
+
+TEST_F(Feedback, NothingPlaysBeforeTheServiceIsInitialized) {
+    EXPECT_EQ(feedback_play(FEEDBACK_PATTERN_MOVE), FEEDBACK_ERROR_NOT_INITIALIZED);
+    EXPECT_EQ(feedback_deinitialize(), FEEDBACK_ERROR_NOT_INITIALIZED);
+}
+
+TEST_F(Feedback, SoundsThatAreSwitchedOffStillSucceed) {
+    describe("[Sound]\nEnabled=false\n");
+    EXPECT_EQ(feedback_initialize(), 0);
+    EXPECT_EQ(feedback_play(FEEDBACK_PATTERN_MOVE), 0);
+    EXPECT_EQ(feedback_deinitialize(), 0);
+    EXPECT_TRUE(waitFor([&] { return log().find("Sound 40 move: off") != std::string::npos; }));
+}
+
+TEST(KeyGrab, FailsWithoutDisplayWindowOrKey) {
+    int display = 0;
+    EXPECT_NE(utilx_grab_key(nullptr, 1, "1", TOP_POSITION_GRAB), 0);
+    EXPECT_NE(utilx_grab_key(&display, 0, "1", TOP_POSITION_GRAB), 0);
+    EXPECT_NE(utilx_grab_key(&display, 1, nullptr, TOP_POSITION_GRAB), 0);
+    EXPECT_NE(utilx_grab_key(&display, 1, "1", 7), 0);
+}
+
+TEST(EventHandlers, ANullCallbackMayBeRegistered) {
+    app_event_handler_h handler = nullptr;
+    EXPECT_EQ(ui_app_add_event_handler(&handler, APP_EVENT_LOW_BATTERY, nullptr, nullptr), 0);
+    EXPECT_NE(handler, nullptr);
+    EXPECT_NE(ui_app_add_event_handler(nullptr, APP_EVENT_LOW_BATTERY, nullptr, nullptr), 0);
+    EXPECT_NE(
+        ui_app_add_event_handler(&handler, static_cast<app_event_type_e>(9), nullptr, nullptr), 0);
+}
+
+}  // namespace PlatformTest

@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: Apache-2.0
+// Settings by key, kept across processes, and notices of their changes.
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Child.h"
+#include "PrivateSet.h"
+#include "runtime_info.h"
+#include "vconf.h"
+
+namespace PlatformTest {
+
+namespace {
+
+constexpr const char* kCounter = "memory/zolt/zolt_screensaver_blocking";
+constexpr const char* kZoom = "db/menu/system/accessibility/focuszoom";
+constexpr const char* kContrast = "db/menu/system/accessibility/highcontrast";
+
+int s_notices = 0;
+void* s_data = nullptr;
+
+void count(keynode_t*, void* data) {
+    ++s_notices;
+    s_data = data;
+}
+
+void countRuntime(runtime_info_key_e, void* data) {
+    ++s_notices;
+    s_data = data;
+}
+
+}  // namespace
+
+class Vconf : public PrivateSet {
+  protected:
+    Vconf() {
+        s_notices = 0;
+        s_data = nullptr;
+    }
+    ~Vconf() override {
+        for (const char* key : {kCounter, kZoom, kContrast, "db/x", "db/comss/duid"}) {
+            vconf_ignore_key_changed(key, count);
+        }
+    }
+
+    // Another process of the same set.
+    static int otherProcess(const std::string& folder, const std::string& key, int value) {
+        return runToEnd(PLATFORM_PROBE, {"vconf", key, std::to_string(value)},
+                        {{"VIRTUAL_SET_DIR", folder}}, folder + "/other.out")
+            .status;
+    }
+};
+
+TEST_F(Vconf, AccessibilityComesFromTheDescription) {
+    int value = -1;
+    EXPECT_EQ(vconf_get_int(kZoom, &value), 0);
+    EXPECT_EQ(value, 0);
+    describe("[Accessibility]\nFocusZoom=1\nHighContrast=2\n");
+    EXPECT_EQ(vconf_get_int(kZoom, &value), 0);
+    EXPECT_EQ(value, 1);
+    EXPECT_EQ(vconf_get_int(kContrast, &value), 0);
+    EXPECT_EQ(value, 2);
+}
+
+TEST_F(Vconf, TheDeviceIdComesFromTheDescription) {
+    describe("[Set]\nDeviceId=ABC\n");
+    const std::unique_ptr<char, decltype(&std::free)> text(vconf_get_str("db/comss/duid"),
+                                                           &std::free);
+    EXPECT_STREQ(text.get(), "ABC");
+}
+
+TEST_F(Vconf, TheScreensaverCounterStartsAtZero) {
+    int value = -1;
+    EXPECT_EQ(vconf_get_int(kCounter, &value), 0);
+    EXPECT_EQ(value, 0);
+}
+
+TEST_F(Vconf, AnAbsentKeyFailsAndLeavesTheValueAlone) {
+    int value = -1;
+    EXPECT_NE(vconf_get_int("db/nothing", &value), 0);
+    EXPECT_EQ(value, -1);
+    EXPECT_EQ(vconf_get_str("db/nothing"), nullptr);
+    EXPECT_NE(vconf_get_int(nullptr, &value), 0);
+    EXPECT_NE(vconf_set_int(nullptr, 1), 0);
+}
+
+TEST_F(Vconf, ATextIsNoNumber) {
+    describe("[Set]\nDeviceId=12x\n");
+    int value = -1;
+    EXPECT_NE(vconf_get_int("db/comss/duid", &value), 0);
+    EXPECT_EQ(value, -1);
+}
+
+TEST_F(Vconf, AWrittenValueIsKeptForOtherProcesses) {
+    ASSERT_EQ(vconf_set_int("db/x", 7), 0);
+    EXPECT_EQ(otherProcess(folder(), "db/x", 8), 7);  // gives what it found
+    int value = -1;
+    EXPECT_EQ(vconf_get_int("db/x", &value), 0);
+    EXPECT_EQ(value, 8);
+}
+
+TEST_F(Vconf, AWrittenDescribedValueChangesTheDescription) {
+    ASSERT_EQ(vconf_set_int(kZoom, 1), 0);
+    EXPECT_NE(contentsOf(file("set.ini")).find("FocusZoom=1"), std::string::npos);
+    EXPECT_NE(vconf_set_int(kZoom, -5), 0);
+}
+
+TEST_F(Vconf, ABrokenFileOfKeptValuesIsReplaced) {
+    writeTo(file("vconf.ini"), "broken");
+    int value = -1;
+    EXPECT_NE(vconf_get_int("db/x", &value), 0);
+    ASSERT_EQ(vconf_set_int("db/x", 1), 0);
+    EXPECT_EQ(vconf_get_int("db/x", &value), 0);
+    EXPECT_EQ(value, 1);
+}
+
+TEST_F(Vconf, AFolderThatCannotBeWrittenIsAnError) {
+    setenv("VIRTUAL_SET_DIR", (folder() + "/missing").c_str(), 1);
+    EXPECT_NE(vconf_set_int("db/x", 1), 0);
+    setenv("VIRTUAL_SET_DIR", folder().c_str(), 1);
+}
+
+TEST_F(Vconf, AChangeOfTheDescriptionIsNoticed) {
+    int mark = 0;
+    ASSERT_EQ(vconf_notify_key_changed(kZoom, count, &mark), 0);
+    describe("[Accessibility]\nFocusZoom=1\n");
+    EXPECT_TRUE(waitFor([] { return s_notices == 1; }));
+    EXPECT_EQ(s_data, &mark);
+}
+
+TEST_F(Vconf, AChangeByAnotherProcessIsNoticed) {
+    ASSERT_EQ(vconf_notify_key_changed("db/x", count, nullptr), 0);
+    otherProcess(folder(), "db/x", 3);
+    EXPECT_TRUE(waitFor([] { return s_notices == 1; }));
+}
+
+TEST_F(Vconf, AChangeOfAnotherValueIsNotNoticed) {
+    ASSERT_EQ(vconf_notify_key_changed(kZoom, count, nullptr), 0);
+    ASSERT_EQ(vconf_notify_key_changed(kContrast, count, nullptr), 0);
+    describe("[Accessibility]\nHighContrast=1\n");
+    EXPECT_TRUE(waitFor([] { return s_notices > 0; }));
+    EXPECT_EQ(s_notices, 1);
+}
+
+TEST_F(Vconf, AnIgnoredKeyIsNotNoticed) {
+    ASSERT_EQ(vconf_notify_key_changed("db/x", count, nullptr), 0);
+    EXPECT_EQ(vconf_ignore_key_changed("db/x", count), 0);
+    EXPECT_NE(vconf_ignore_key_changed("db/x", count), 0);
+    ASSERT_EQ(vconf_notify_key_changed(kZoom, count, nullptr), 0);
+    vconf_set_int("db/x", 1);
+    vconf_set_int(kZoom, 1);
+    EXPECT_TRUE(waitFor([] { return s_notices > 0; }));
+    EXPECT_EQ(s_notices, 1);
+}
+
+TEST_F(Vconf, AFileThatIsReplacedInOneStepIsNoticed) {
+    ASSERT_EQ(vconf_notify_key_changed(kZoom, count, nullptr), 0);
+    writeTo(file("draft"), "[Accessibility]\nFocusZoom=1\n");
+    ASSERT_EQ(std::rename(file("draft").c_str(), file("set.ini").c_str()), 0);
+    EXPECT_TRUE(waitFor([] { return s_notices == 1; }));
+}
+
+class RuntimeInfo : public Vconf {};
+
+TEST_F(RuntimeInfo, AChangeIsNoticedByTheLastCallbackOfAKey) {
+    int first = 0;
+    int second = 0;
+    ASSERT_EQ(runtime_info_set_changed_cb(RUNTIME_INFO_KEY_LANGUAGE, countRuntime, &first), 0);
+    ASSERT_EQ(runtime_info_set_changed_cb(RUNTIME_INFO_KEY_LANGUAGE, countRuntime, &second), 0);
+    describe("[Language]\nLanguage=ko_KR.utf8\n");
+    EXPECT_TRUE(waitFor([] { return s_notices > 0; }));
+    EXPECT_EQ(s_notices, 1);
+    EXPECT_EQ(s_data, &second);
+    EXPECT_EQ(runtime_info_unset_changed_cb(RUNTIME_INFO_KEY_LANGUAGE), 0);
+}
+
+TEST_F(RuntimeInfo, UnsettingWhatIsNotSetIsNoError) {
+    EXPECT_EQ(runtime_info_unset_changed_cb(RUNTIME_INFO_KEY_WIRED_IP), 0);
+}
+
+TEST_F(RuntimeInfo, ADescribedNetworkIsNoticed) {
+    ASSERT_EQ(runtime_info_set_changed_cb(RUNTIME_INFO_KEY_WIRELESS_IP, countRuntime, nullptr), 0);
+    describe("[Network]\nType=wireless\nAddress=198.51.100.7\n");
+    EXPECT_TRUE(waitFor([] { return s_notices == 1; }));
+    EXPECT_EQ(runtime_info_unset_changed_cb(RUNTIME_INFO_KEY_WIRELESS_IP), 0);
+}
+
+}  // namespace PlatformTest

@@ -1,0 +1,326 @@
+// SPDX-License-Identifier: Apache-2.0
+// A small application for the tests of the virtual set: reports each callback in the log and does
+// what its arguments ask for.
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+#include <Ecore_X.h>
+#include <Elementary.h>
+#include <X11/Xlib.h>
+#include <glib.h>
+
+#include "app.h"
+#include "device_power.h"
+#include "dlog.h"
+#include "runtime_info.h"
+#include "utilx.h"
+#include "vconf.h"
+
+namespace {
+
+struct Probe {
+    std::vector<std::string> wishes;
+    std::vector<Evas_Object*> windows;  // deleted by the toolkit or by this program
+    int launches = 0;
+
+    bool wants(const std::string& wish) const {
+        for (const std::string& one : wishes) {
+            if (one == wish) {
+                return true;
+            }
+        }
+        return false;
+    }
+};
+
+void say(const std::string& text) {
+    __dlog_print(LOG_ID_MAIN, DLOG_INFO, "PROBE", "%s", text.c_str());
+}
+
+void onKey(void*, Evas*, Evas_Object*, void* info) {
+    const auto* event = static_cast<Evas_Event_Key_Down*>(info);
+    say(std::string("key down ") + event->key + " " + event->keyname);
+}
+
+void onKeyUp(void*, Evas*, Evas_Object*, void* info) {
+    const auto* event = static_cast<Evas_Event_Key_Up*>(info);
+    say(std::string("key up ") + event->key + " " + event->keyname);
+}
+
+void forget(void* data, Evas*, Evas_Object* window, void*) {
+    auto& windows = static_cast<Probe*>(data)->windows;
+    windows.erase(std::remove(windows.begin(), windows.end(), window), windows.end());
+}
+
+Evas_Object* openWindow(Probe* probe, const char* title) {
+    Evas_Object* window = elm_win_util_standard_add("probe", title);
+    elm_win_autodel_set(window, EINA_TRUE);
+    evas_object_resize(window, 320, 180);
+    evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_DOWN, onKey, nullptr);
+    evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_UP, onKeyUp, nullptr);
+    evas_object_event_callback_add(window, EVAS_CALLBACK_DEL, forget, probe);
+    evas_object_show(window);
+    return window;
+}
+
+gboolean stepWindows(gpointer data) {
+    auto* probe = static_cast<Probe*>(data);
+    static int step = 0;
+    switch (step++) {
+        case 0:
+            say("hiding the upper window");
+            evas_object_hide(probe->windows[1]);
+            return G_SOURCE_CONTINUE;
+        case 1:
+            say("hiding the lower window");
+            evas_object_hide(probe->windows[0]);
+            return G_SOURCE_CONTINUE;
+        case 2:
+            say("showing the lower window");
+            evas_object_show(probe->windows[0]);
+            return G_SOURCE_CONTINUE;
+        default:
+            say("leaving");
+            elm_exit();
+            return G_SOURCE_REMOVE;
+    }
+}
+
+gboolean throwLater(gpointer) {
+    throw std::runtime_error("thrown by a GLib source");
+}
+
+void throwInJob(void*) {
+    throw std::runtime_error("thrown by the toolkit's loop");
+}
+
+gboolean stall(gpointer) {
+    say("stalling");
+    while (true) {
+        usleep(10000);
+    }
+}
+
+gboolean beBusy(gpointer) {
+    say("busy");
+    const gint64 end = g_get_monotonic_time() + G_TIME_SPAN_SECOND / 2;
+    while (g_get_monotonic_time() < end) {
+        usleep(10000);
+    }
+    elm_exit();
+    return G_SOURCE_REMOVE;
+}
+
+gboolean sayFired(gpointer) {
+    say("a GLib source fired");
+    return G_SOURCE_REMOVE;
+}
+
+gboolean leave(gpointer) {
+    elm_exit();
+    return G_SOURCE_REMOVE;
+}
+
+int onPoweroff(int state, void*) {
+    say("poweroff " + std::to_string(state));
+    return 0;
+}
+
+void onWakeup(int state, void*) {
+    say("wakeup " + std::to_string(state));
+}
+
+void onVconf(keynode_t*, void* data) {
+    say("vconf changed");
+    if (static_cast<Probe*>(data)->wants("throw-notice")) {
+        throw std::runtime_error("thrown by a notice");
+    }
+}
+
+void onRuntime(runtime_info_key_e key, void*) {
+    say("runtime " + std::to_string(key) + " changed");
+}
+
+void onLanguage(app_event_info_h info, void* data) {
+    say(std::string("language changed, event is data: ") +
+        (static_cast<void*>(info) == data ? "yes" : "no"));
+}
+
+void onLowMemory(app_event_info_h, void*) {
+    say("low memory");
+}
+
+void describeDescriptors() {
+    for (const int descriptor : {1, 2}) {
+        char target[512] = {};
+        const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+        const ssize_t length = readlink(link.c_str(), target, sizeof target - 1);
+        say("descriptor " + std::to_string(descriptor) + ": " + (length > 0 ? target : "free"));
+    }
+}
+
+bool create(void* data) {
+    auto* probe = static_cast<Probe*>(data);
+    say("create, scale " + std::to_string(elm_config_scale_get()));
+    if (probe->wants("throw-create")) {
+        throw std::runtime_error("thrown by create");
+    }
+    return !probe->wants("refuse");
+}
+
+void grab(Evas_Object* window, const char* key) {
+    const int result =
+        utilx_grab_key(ecore_x_display_get(), elm_win_xwindow_get(window), key, TOP_POSITION_GRAB);
+    say(std::string("grab ") + key + ": " + (result == 0 ? "done" : "refused"));
+}
+
+// A second connection to the server is somebody else to it.
+void grabAsAnother(Evas_Object* window, const char* key) {
+    Display* display = XOpenDisplay(nullptr);
+    ecore_x_sync();
+    const int result = utilx_grab_key(display, elm_win_xwindow_get(window), key, TOP_POSITION_GRAB);
+    say(std::string("grab ") + key + " by another: " + (result == 0 ? "done" : "refused"));
+    XCloseDisplay(display);
+}
+
+void launch(app_control_h request, void* data) {
+    auto* probe = static_cast<Probe*>(data);
+    say("app control " + std::to_string(++probe->launches) +
+        (request != nullptr ? "" : " without"));
+    if (probe->wants("throw-launch") || (probe->wants("throw-again") && probe->launches > 1)) {
+        throw std::runtime_error("thrown by app control");
+    }
+    if (probe->wants("windows") || probe->wants("window")) {
+        probe->windows.push_back(openWindow(probe, "lower"));
+    }
+    if (probe->wants("windows")) {
+        probe->windows.push_back(openWindow(probe, "upper"));
+        g_timeout_add(300, stepWindows, probe);
+    }
+    if (probe->wants("grab")) {
+        grab(probe->windows[0], "a");
+        grab(probe->windows[0], "XF86NoSuchKey");
+    }
+    if (probe->wants("grab-twice")) {
+        grab(probe->windows[0], "b");
+        grabAsAnother(probe->windows[0], "b");
+    }
+    if (probe->wants("leave")) {
+        elm_exit();
+    }
+    if (probe->wants("stall")) {
+        g_idle_add(stall, nullptr);
+    }
+    if (probe->wants("busy-for-a-while")) {
+        g_idle_add(beBusy, nullptr);
+    }
+    if (probe->wants("idle-for-three-seconds")) {
+        g_timeout_add_seconds(3, leave, nullptr);
+    }
+    if (probe->wants("throw-source")) {
+        g_idle_add(throwLater, nullptr);
+    }
+    if (probe->wants("throw-job")) {
+        ecore_job_add(throwInJob, nullptr);
+    }
+    if (probe->wants("source")) {
+        g_timeout_add(10, sayFired, nullptr);
+        g_timeout_add(50, leave, nullptr);
+    }
+}
+
+void pauseProbe(void*) {
+    say("pause");
+}
+
+void resumeProbe(void*) {
+    say("resume");
+}
+
+void terminateProbe(void* data) {
+    say("terminate");
+    while (!static_cast<Probe*>(data)->windows.empty()) {
+        evas_object_del(static_cast<Probe*>(data)->windows.back());
+    }
+    if (static_cast<Probe*>(data)->wants("slow-end")) {
+        const gint64 end = g_get_monotonic_time() + 3 * G_TIME_SPAN_SECOND;
+        while (g_get_monotonic_time() < end) {
+            usleep(10000);
+        }
+    }
+    if (static_cast<Probe*>(data)->wants("throw-terminate")) {
+        throw std::runtime_error("thrown by terminate");
+    }
+    elm_exit();
+}
+
+int runProbe(int argc, char** argv, Probe* probe) {
+    ui_app_lifecycle_callback_s callbacks = {create, terminateProbe, pauseProbe, resumeProbe,
+                                             launch};
+    app_event_handler_h handlers[2] = {};
+    ui_app_add_event_handler(&handlers[0], APP_EVENT_LANGUAGE_CHANGED, onLanguage, probe);
+    ui_app_add_event_handler(&handlers[1], APP_EVENT_LOW_MEMORY, onLowMemory, probe);
+    device_power_subscribe_poweroff(onPoweroff, nullptr);
+    device_power_subscribe_wakeup(onWakeup, nullptr);
+    vconf_notify_key_changed("db/menu/system/accessibility/focuszoom", onVconf, probe);
+    vconf_notify_key_changed("db/probe/counter", onVconf, probe);
+    runtime_info_set_changed_cb(RUNTIME_INFO_KEY_LANGUAGE, onRuntime, nullptr);
+    const int result = ui_app_main(argc, argv, &callbacks, probe);
+    say("ui_app_main returned " + std::to_string(result));
+    return result == 0 ? 0 : 3;
+}
+
+// Instead of running as an application: writes a value and exits with the one that was there.
+int exchangeValue(const char* key, const char* value) {
+    int before = 0;
+    vconf_get_int(key, &before);
+    vconf_set_int(key, std::atoi(value));
+    return before;
+}
+
+// Instead of running as an application: asks a window to close, as a window manager does.
+int closeWindow(const char* id) {
+    Display* display = XOpenDisplay(nullptr);
+    if (display == nullptr) {
+        return 1;
+    }
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = std::strtoul(id, nullptr, 10);
+    event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
+    XSendEvent(display, event.xclient.window, False, NoEventMask, &event);
+    XSync(display, False);
+    XCloseDisplay(display);
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc == 4 && std::string(argv[1]) == "vconf") {
+        return exchangeValue(argv[2], argv[3]);
+    }
+    if (argc == 3 && std::string(argv[1]) == "close") {
+        return closeWindow(argv[2]);
+    }
+    std::fclose(stdout);
+    std::fclose(stderr);
+    say("starting");
+    describeDescriptors();
+    Probe probe;
+    probe.wishes.assign(argv + 1, argv + argc);
+    try {
+        return runProbe(1, argv, &probe);
+    } catch (const std::exception& failure) {
+        say(std::string("caught ") + failure.what());
+        return 1;
+    }
+}
