@@ -68,7 +68,10 @@ void LoadingPopup::setText(char const* text, char const* style) {
 
 void LoadingPopup::addButton(char const* text, Evas_Smart_Cb callback, void* data, char* icon) {
     ZOLT_TRACE();
-    appendButton(Screen::createButton(m_popup, text, callback, data, icon, "c_button_icontext"));
+    Evas_Object* button =
+        Screen::createButton(m_popup, text, callback, data, icon, "c_button_icontext");
+    appendButton(button);
+    leaveSizeToPart(button);
 }
 
 void LoadingPopup::RemoveProgressBar() {

@@ -59,6 +59,7 @@ void addCancelButton(Evas_Object* layout) {
         Screen::createButton(layout, "SID_CANCEL", EventHandler::quitRequested, nullptr,
                              iconName("i_close_cancel"), "c_button_icontext");
     elm_object_part_content_set(layout, "cancelBtnEnlarge", button);
+    leaveSizeToPart(button);
     evas_object_show(button);
     elm_object_focus_allow_set(button, EINA_TRUE);
     elm_object_focus_set(button, EINA_TRUE);

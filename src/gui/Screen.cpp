@@ -323,7 +323,8 @@ Evas_Object* Screen::createButton(Evas_Object* parent, char const* text, Evas_Sm
     elm_object_style_set(button, style);
     evas_object_size_hint_weight_set(button, 1.0, 1.0);
     evas_object_size_hint_align_set(button, -1.0, -1.0);
-    // The second hint is the one that holds; both calls are wanted, in this order.
+    // The second hint is the one that holds until a part takes the button; both calls are wanted,
+    // in this order.
     evas_object_size_hint_min_set(button, 1, 1);
     evas_object_size_hint_min_set(button, 1080, 720);
     setTranslatable(button, nullptr, text);
@@ -366,6 +367,7 @@ void Screen::addButton(char const* part, char const* text, Evas_Smart_Cb callbac
     ZOLT_TRACE();
     Evas_Object* button = createButton(m_layout, text, callback, data, nullptr, buttonStyle);
     elm_object_part_content_set(m_layout, part, button);
+    leaveSizeToPart(button);
     // A text without an icon of its own gets one without a name.
     elm_object_part_content_set(button, "icon", createIcon(button, iconOfButton(text, m_mirrored)));
     evas_object_show(button);
@@ -385,6 +387,7 @@ void Screen::fillMenu(std::initializer_list<MenuButton> buttons) {
         Evas_Object* button = createButton(m_layout, entry.text, entry.callback, nullptr,
                                            iconName(entry.icon), buttonStyle);
         elm_object_part_content_set(m_layout, entry.part, button);
+        leaveSizeToPart(button);
         evas_object_show(button);
     }
     Evas_Object* first = elm_object_part_content_get(m_layout, buttons.begin()->part);

@@ -119,7 +119,10 @@ void SelectionPopup::setText(char const* /*text*/, char const* /*style*/) {
 
 void SelectionPopup::addButton(char const* text, Evas_Smart_Cb callback, void* data, char* icon) {
     ZOLT_TRACE();
-    appendButton(Screen::createButton(m_popup, text, callback, data, icon, "c_button_icontext"));
+    Evas_Object* button =
+        Screen::createButton(m_popup, text, callback, data, icon, "c_button_icontext");
+    appendButton(button);
+    leaveSizeToPart(button);
 }
 
 char* SelectionPopup::itemGetLabel(void* data, Evas_Object* /*object*/, char const* part) {

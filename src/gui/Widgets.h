@@ -21,6 +21,13 @@ inline void setTranslatable(Evas_Object* object, char const* part, char const* i
     elm_object_domain_translatable_part_text_set(object, part, textDomain, id);
 }
 
+// Lets the part that holds BUTTON decide its size. A television's toolkit forgets an application's
+// minimum as soon as it has evaluated the button's own; newer ones keep it, and a part cannot be
+// smaller than what it holds.
+inline void leaveSizeToPart(Evas_Object* button) {
+    evas_object_size_hint_min_set(button, 0, 0);
+}
+
 // An evas event callback that clears the handle at DATA.
 inline void forgetHandle(void* data, Evas* /*canvas*/, Evas_Object* /*object*/, void* /*info*/) {
     *static_cast<Evas_Object**>(data) = nullptr;
