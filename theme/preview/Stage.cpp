@@ -115,11 +115,25 @@ Evas_Object* Stage::progress(Evas_Object* parent) {
     return made;
 }
 
+void Stage::open() {
+    if (m_open) {
+        return;
+    }
+    m_open = true;
+    evas_object_show(m_window);
+    // The ring around the focus shows when the keyboard comes to the window; in memory the window
+    // has the keyboard from the start, so it goes away first.
+    Ecore_Evas* buffer = ecore_evas_ecore_evas_get(evas_object_evas_get(m_window));
+    ecore_evas_focus_set(buffer, EINA_FALSE);
+    settle(0.1);
+    ecore_evas_focus_set(buffer, EINA_TRUE);
+    settle(0.1);
+}
+
 void Stage::makePopup(const char* style) {
     // The program opens popups on a screen that already has its size, and their place depends on
     // it.
-    evas_object_show(m_window);
-    settle(0.2);
+    open();
     m_background = evas_object_rectangle_add(evas_object_evas_get(m_layout));
     evas_object_color_set(m_background, 0, 0, 0, 76);
     evas_object_resize(m_background, m_look.width, m_look.height);

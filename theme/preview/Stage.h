@@ -39,6 +39,8 @@ class Stage {
     void navigationButton(const char* part, const char* text, bool focusable, bool focused);
     Evas_Object* progress(Evas_Object* parent);
 
+    /// Shows the window and gives it the keyboard.
+    void open();
     /// Makes the dimming rectangle and the popup; nothing shows before showPopup().
     void makePopup(const char* style);
     void messageText(const char* id);
@@ -62,6 +64,7 @@ class Stage {
     Evas_Object* m_popup = nullptr;       // deleted with the window
     Evas_Object* m_background = nullptr;  // deleted here: a bare rectangle has no widget parent
     int m_buttons = 0;
+    bool m_open = false;
 };
 
 }  // namespace ZOLT::Preview

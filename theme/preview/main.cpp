@@ -323,8 +323,7 @@ int draw(const Request& request, const std::string& name) {
     const Scene& scene = found->second;
     Stage stage(request.look, groupOf(scene, request.look.enlarge));
     scene.set(stage);
-    evas_object_show(stage.window());
-    Stage::settle(0.3);
+    stage.open();
     for (const std::string& key : request.keys) {
         stage.press(key);
         Stage::settle(0.1);
