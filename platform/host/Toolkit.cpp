@@ -38,6 +38,9 @@ void settle() {
     elm_config_focus_highlight_enabled_set(EINA_TRUE);
     elm_config_focus_highlight_animate_set(EINA_FALSE);
     elm_config_focus_move_policy_set(ELM_FOCUS_MOVE_POLICY_KEY_ONLY);
+    // A list that takes the focus shows where in it one stands, and only OK selects.
+    elm_config_first_item_focus_on_first_focusin_set(EINA_TRUE);
+    elm_config_item_select_on_focus_disabled_set(EINA_TRUE);
     elm_config_softcursor_mode_set(ELM_SOFTCURSOR_MODE_OFF);
     elm_config_cursor_engine_only_set(EINA_TRUE);
     elm_config_scroll_bounce_enabled_set(EINA_FALSE);

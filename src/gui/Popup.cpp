@@ -63,6 +63,7 @@ Popup::~Popup() {
 void Popup::show() {
     ZOLT_TRACE();
     m_visible = true;
+    rememberFocus();
     evas_object_show(m_background);
     evas_object_show(m_popup);
 }
@@ -70,8 +71,42 @@ void Popup::show() {
 void Popup::hide() {
     ZOLT_TRACE();
     m_visible = false;
+    // The toolkit hands the focus back to the widget that had it before the popup, also when
+    // another one has been given it since, as the button for the next step has. Who may not take it
+    // is left out.
+    const bool movedOn = hasFocusMovedOn();
+    if (movedOn) {
+        elm_object_focus_allow_set(m_focusBefore, EINA_FALSE);
+    }
     evas_object_hide(m_background);
     evas_object_hide(m_popup);
+    if (movedOn) {
+        elm_object_focus_allow_set(m_focusBefore, EINA_TRUE);
+    }
+    unwatchHandle(m_focusBefore);
+}
+
+void Popup::rememberFocus() {
+    unwatchHandle(m_focusBefore);
+    m_focusBefore = elm_object_focused_object_get(m_popup);
+    if (m_focusBefore != nullptr) {
+        watchHandle(m_focusBefore);
+    }
+}
+
+bool Popup::hasFocusMovedOn() const {
+    Evas_Object* const focused =
+        m_popup != nullptr ? elm_object_focused_object_get(m_popup) : nullptr;
+    if (focused == nullptr || m_focusBefore == nullptr || focused == m_focusBefore) {
+        return false;
+    }
+    for (Evas_Object* widget = focused; widget != nullptr;
+         widget = elm_object_parent_widget_get(widget)) {
+        if (widget == m_popup) {
+            return false;
+        }
+    }
+    return true;
 }
 
 void Popup::destroy() {

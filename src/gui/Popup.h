@@ -49,6 +49,8 @@ class Popup {
   protected:
     // Counts BUTTON and puts it in the part of its number, which owns it from then on.
     void appendButton(Evas_Object* button);
+    // Notes who has the focus, before the popup takes it.
+    void rememberFocus();
 
     Evas_Object* m_popup;       // deleted by destroy, or with its window
     Evas_Object* m_background;  // deleted by destroy, or with its window's canvas
@@ -56,6 +58,12 @@ class Popup {
     int m_width;
     int m_height;
     bool m_visible;
+
+  private:
+    // Whether the focus has gone on to a widget outside of the popup since it was shown.
+    bool hasFocusMovedOn() const;
+
+    Evas_Object* m_focusBefore = nullptr;  // not owned; cleared when its widget goes
 };
 
 }  // namespace ZOLT::GUI

@@ -99,6 +99,7 @@ void SelectionPopup::fillList(std::set<Shop*, Shop::ShopComp>& shops) {
 void SelectionPopup::show() {
     ZOLT_TRACE();
     m_visible = true;
+    rememberFocus();
     if (m_selectedShop == nullptr) {
         ZOLT_DEBUG("No Shop is selected now so deactivate OK button");
         deactivateButton("button1");

@@ -39,6 +39,14 @@ inline void watchHandle(Evas_Object*& handle) {
     evas_object_event_callback_add(handle, EVAS_CALLBACK_DEL, forgetHandle, &handle);
 }
 
+// Ends the watch on HANDLE, whose widget belongs to somebody else, and clears it.
+inline void unwatchHandle(Evas_Object*& handle) {
+    if (handle != nullptr) {
+        evas_object_event_callback_del_full(handle, EVAS_CALLBACK_DEL, forgetHandle, &handle);
+        handle = nullptr;
+    }
+}
+
 // Deletes the widget of a watched handle, if it is still there, and clears the handle. The toolkit
 // may put the deletion off while it is inside one of the widget's callbacks, so the watch ends
 // first.
