@@ -43,7 +43,7 @@ int syslogLevel(int priority) {
     return index < levels.size() ? levels[index] : LOG_INFO;
 }
 
-std::string formatted(const char* format, va_list arguments) {
+__attribute__((format(printf, 1, 0))) std::string formatted(const char* format, va_list arguments) {
     std::array<char, 512> room{};
     va_list again;
     va_copy(again, arguments);

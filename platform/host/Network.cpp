@@ -173,10 +173,11 @@ std::vector<std::string> nameServersIn(const std::string& path) {
     return servers;
 }
 
-void readAddressMessages(const char* data, std::size_t length, std::set<std::string>* permanent,
+// The kernel's macros walk writable memory only.
+void readAddressMessages(char* data, std::size_t length, std::set<std::string>* permanent,
                          bool* done) {
     auto left = static_cast<unsigned>(length);
-    for (const auto* head = reinterpret_cast<const nlmsghdr*>(data); NLMSG_OK(head, left);
+    for (auto* head = reinterpret_cast<nlmsghdr*>(data); NLMSG_OK(head, left);
          head = NLMSG_NEXT(head, left)) {
         if (head->nlmsg_type == NLMSG_DONE || head->nlmsg_type == NLMSG_ERROR) {
             *done = true;

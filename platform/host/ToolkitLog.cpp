@@ -30,8 +30,11 @@ int priorityOf(Eina_Log_Level level) {
     }
 }
 
-void fromToolkit(const Eina_Log_Domain* domain, Eina_Log_Level level, const char* file,
-                 const char* function, int line, const char* format, void*, va_list arguments) {
+__attribute__((format(printf, 6, 0))) void fromToolkit(const Eina_Log_Domain* domain,
+                                                       Eina_Log_Level level, const char* file,
+                                                       const char* function, int line,
+                                                       const char* format, void*,
+                                                       va_list arguments) {
     std::array<char, 2048> text{};
     std::vsnprintf(text.data(), text.size(), format, arguments);
     __dlog_print(LOG_ID_SYSTEM, priorityOf(level), "TOOLKIT", "%s: %s: %s(%d) > %s",

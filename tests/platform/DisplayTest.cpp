@@ -43,6 +43,7 @@ class Display : public ProbeSet {
     }
 
     void TearDown() override {
+        ProbeSet::TearDown();
         // The manager first, or it complains about its server.
         m_manager.reset();
         m_server.reset();

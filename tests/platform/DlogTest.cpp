@@ -59,6 +59,7 @@ TEST_F(Dlog, KeepsTextsOfOtherScripts) {
 
 TEST_F(Dlog, LinesOfSeveralThreadsDoNotMix) {
     std::vector<std::thread> threads;
+    threads.reserve(8);
     for (int number = 0; number < 8; ++number) {
         threads.emplace_back([number] {
             const std::string text(200, static_cast<char>('a' + number));

@@ -2,6 +2,7 @@
 // Starts the probe application and reads what it says.
 #include "ProbeSet.h"
 
+#include <iostream>
 #include <sstream>
 
 namespace PlatformTest {
@@ -17,6 +18,12 @@ int occurrences(const std::string& text, const std::string& part) {
 }
 
 }  // namespace
+
+void ProbeSet::TearDown() {
+    if (HasFailure()) {
+        std::cerr << log() << contentsOf(file("stderr.log"));
+    }
+}
 
 void ProbeSet::start(const std::vector<std::string>& wishes, const Environment& more) {
     Environment environment = {{"VIRTUAL_SET_DIR", folder()}, {"HOME", folder()},

@@ -13,6 +13,9 @@ namespace PlatformTest {
 
 class ProbeSet : public PrivateSet {
   protected:
+    // Shows what the probe has left behind when a test has failed.
+    void TearDown() override;
+
     // Starts the probe with WISHES. Without a DISPLAY in MORE it draws into memory.
     void start(const std::vector<std::string>& wishes, const Environment& more = {});
 

@@ -280,7 +280,7 @@ int runProbe(int argc, char** argv, Probe* probe) {
 int exchangeValue(const char* key, const char* value) {
     int before = 0;
     vconf_get_int(key, &before);
-    vconf_set_int(key, std::atoi(value));
+    vconf_set_int(key, static_cast<int>(std::strtol(value, nullptr, 10)));
     return before;
 }
 
