@@ -79,7 +79,7 @@ std::string shopListFolder() {
         g_error_free(error);
         throw std::runtime_error(reason);
     }
-    const std::string folder = standin::absolutePath("../shop-lists", program);
+    std::string folder = standin::absolutePath("../shop-lists", program);
     g_free(program);
     return folder;
 }

@@ -47,8 +47,9 @@ PrivateBus::PrivateBus(const std::map<std::string, std::string>& activated) {
     const std::string configuration = m_folder.write("bus.conf", busConfiguration(m_folder.path()));
     m_folder.write("services/.keep", "");
     for (const auto& [name, command] : activated) {
-        m_folder.write("services/" + name + ".service",
-                       "[D-BUS Service]\nName=" + name + "\nExec=" + command + "\n");
+        std::ostringstream file;
+        file << "[D-BUS Service]\nName=" << name << "\nExec=" << command << '\n';
+        m_folder.write("services/" + name + ".service", file.str());
     }
     // A test that crashes leaves no bus behind.
     m_program = std::make_unique<Program>(std::vector<std::string>{
