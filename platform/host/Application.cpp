@@ -18,6 +18,7 @@
 #include "host/HostLog.h"
 #include "host/MainLoopBridge.h"
 #include "host/RemoteKeys.h"
+#include "host/ScreenReader.h"
 #include "host/SetFolder.h"
 #include "host/StallWatchdog.h"
 #include "host/ToolkitLog.h"
@@ -92,6 +93,7 @@ int Application::run() {
 int Application::loop() {
     const BridgeHold bridge;
     const RemoteKeys keys;
+    const ScreenReader reader;
     const DisplayWatch display;
     const ControlServer control(
         [this](const std::vector<std::string>& words) { return obey(this, words); });

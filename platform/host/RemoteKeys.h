@@ -6,8 +6,9 @@
 
 namespace Host {
 
-// While it lives, Escape reaches the program as the remote's "XF86Back". Ecore has to be
-// initialised.
+// While it lives, Escape reaches the program as the remote's "XF86Back", and a grabbed key does not
+// take the focus away for as long as it is held: an X server does that, a television does not.
+// Ecore has to be initialised.
 class RemoteKeys {
   public:
     RemoteKeys();

@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <string>
 
+#include <Efreet.h>
+
 #include <Ecore_X.h>
 #include <Elementary.h>
 
@@ -24,8 +26,7 @@ constexpr const char* kOwnIcons = "_Elementary_Icon_Theme";
 constexpr double kDesignHeight = 1080.0;
 
 bool needsDisplay() {
-    const std::string engine =
-        SetFolder::variable("ELM_ENGINE", "") + SetFolder::variable("ELM_ACCEL", "");
+    const std::string engine = SetFolder::variable("ELM_ENGINE", "");
     const std::string kind = SetFolder::variable("ELM_DISPLAY", "x11");
     return kind == "x11" && engine.find("buffer") == std::string::npos;
 }
@@ -63,6 +64,9 @@ Toolkit::Toolkit(int argc, char** argv) {
             return;
         }
     }
+    // The toolkit's index of installed applications, made by a helper process that outlives the
+    // set.
+    efreet_cache_disable();
     m_ready = elm_init(argc, argv) > 0;
     if (!m_ready) {
         logError("The toolkit does not start");

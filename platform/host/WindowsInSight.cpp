@@ -2,14 +2,15 @@
 // Works out from the windows whether the program is in front.
 #include "host/WindowsInSight.h"
 
-#include <cstring>
 #include <utility>
+#include <vector>
 
 #include <Ecore_Evas.h>
 #include <Ecore_X.h>
 #include <Elementary.h>
 
 #include "host/HostLog.h"
+#include "host/ToolkitWindows.h"
 
 namespace Host {
 
@@ -17,43 +18,32 @@ namespace {
 
 constexpr const char* kSeen = "virtual-set,seen";
 
-bool isShown(Evas* canvas) {
-    for (Evas_Object* object = evas_object_bottom_get(canvas); object != nullptr;
-         object = evas_object_above_get(object)) {
-        const char* type = evas_object_type_get(object);
-        if (type != nullptr && std::strcmp(type, "elm_win") == 0) {
-            return evas_object_visible_get(object) != EINA_FALSE;
-        }
-    }
-    return false;
-}
-
 // Called once for each window, before it is seen for the first time.
-void furnish(Ecore_Evas* window) {
+void furnish(Ecore_Evas* canvas) {
     static int here = 0;
-    ecore_evas_data_set(window, kSeen, &here);
+    ecore_evas_data_set(canvas, kSeen, &here);
     // A television has no pointer.
     if (ecore_x_display_get() != nullptr) {
-        ecore_x_window_cursor_show(static_cast<Ecore_X_Window>(ecore_evas_window_get(window)),
+        ecore_x_window_cursor_show(static_cast<Ecore_X_Window>(ecore_evas_window_get(canvas)),
                                    EINA_FALSE);
     }
 }
 
-bool isInSight(Ecore_Evas* window) {
-    // Some engines leave a window visible that the program has hidden.
-    if (!isShown(ecore_evas_get(window))) {
+bool isInSight(const ToolkitWindow& entry) {
+    // Some engines leave a canvas visible whose window the program has hidden.
+    if (evas_object_visible_get(entry.window) == EINA_FALSE) {
         return false;
     }
-    const bool seen = ecore_evas_data_get(window, kSeen) != nullptr;
-    if (ecore_evas_visibility_get(window) == 0) {
+    const bool seen = ecore_evas_data_get(entry.canvas, kSeen) != nullptr;
+    if (ecore_evas_visibility_get(entry.canvas) == 0) {
         // A window that was just shown is on its way: the window manager has not answered yet. The
         // program must not seem out of sight while one screen follows another.
         return !seen;
     }
     if (!seen) {
-        furnish(window);
+        furnish(entry.canvas);
     }
-    return ecore_evas_iconified_get(window) == EINA_FALSE;
+    return ecore_evas_iconified_get(entry.canvas) == EINA_FALSE;
 }
 
 }  // namespace
@@ -84,15 +74,13 @@ Eina_Bool WindowsInSight::onDeleteRequest(void* self, int, void*) {
 }
 
 void WindowsInSight::look() {
+    const std::vector<ToolkitWindow> windows = toolkitWindows();
     bool inSight = false;
-    Eina_List* windows = ecore_evas_ecore_evas_list_get();
-    const bool none = windows == nullptr;
-    void* window = nullptr;
-    EINA_LIST_FREE(windows, window) {
-        inSight = isInSight(static_cast<Ecore_Evas*>(window)) || inSight;
+    for (const ToolkitWindow& entry : windows) {
+        inSight = isInSight(entry) || inSight;
     }
     m_seen = m_seen || inSight;
-    if (none && m_closedFromOutside) {
+    if (windows.empty() && m_closedFromOutside) {
         m_closedFromOutside = false;
         logInfo("The last window was closed");
         elm_exit();

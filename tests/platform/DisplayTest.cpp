@@ -105,6 +105,42 @@ TEST_F(Display, AKeyOfTheKeyboardIsGrabbedAndOneThatItDoesNotHaveIsRefused) {
     EXPECT_EQ(quit(), 0);
 }
 
+TEST_F(Display, AGrabbedKeyDoesNotMoveTheFocus) {
+    startProbe({"button", "grab"});
+    ASSERT_TRUE(logHas("button focused"));
+    tool("xdotool", {"key", "a", "Return"});
+    EXPECT_TRUE(logHas("key up a a"));
+    EXPECT_TRUE(logHas("key up Return Return"));
+    EXPECT_THAT(said(), testing::Not(testing::Contains("button unfocused")));
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Display, OneOkPressesAButton) {
+    startProbe({"button"});
+    tool("xdotool", {"key", "Return"});
+    EXPECT_TRUE(logHas("key up Return Return"));
+    EXPECT_THAT(said(), testing::Contains("button clicked").Times(1));
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Display, WithTheScreenReaderTheFocusIsReadOnceAndOneOkPressesAButton) {
+    describe("[Accessibility]\nScreenReader=true\n");
+    startProbe({"button"});
+    ASSERT_TRUE(logHas("access text asked"));
+    tool("xdotool", {"key", "Return"});
+    EXPECT_TRUE(logHas("key up Return Return"));
+    EXPECT_THAT(said(), testing::Contains("button clicked").Times(1));
+    EXPECT_THAT(said(), testing::Contains("access text asked").Times(1));
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Display, TheScreenReaderCanBeSwitchedOnWhileTheSetRuns) {
+    startProbe({"button"});
+    EXPECT_EQ(control({"set", "Accessibility", "ScreenReader", "true"}).status, 0);
+    EXPECT_TRUE(logHas("access text asked"));
+    EXPECT_EQ(quit(), 0);
+}
+
 TEST_F(Display, AKeyThatSomebodyElseHasGrabbedIsRefused) {
     startProbe({"grab-twice"});
     EXPECT_TRUE(logHas("grab b: done"));

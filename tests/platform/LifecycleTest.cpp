@@ -50,6 +50,12 @@ TEST_F(Lifecycle, TheLogSaysThatThisIsAVirtualSet) {
     EXPECT_TRUE(logHas("This is a virtual set"));
 }
 
+TEST_F(Lifecycle, TheToolkitStartsNoHelperThatOutlivesTheSet) {
+    start({"leave"});
+    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_NE(access(file(".ecore").c_str(), F_OK), 0);
+}
+
 TEST_F(Lifecycle, TheScaleFollowsTheHeightOfTheSet) {
     describe("[Screen]\nWidth=1280\nHeight=720\n");
     start({"leave"});

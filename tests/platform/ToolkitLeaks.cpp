@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the toolkit itself does not release at its end, so that the leak sanitizer tells of ours alone.
+// What the toolkit itself does not release at its end, so that the leak sanitizer tells of ours
+// alone.
 
 extern "C" const char* __lsan_default_suppressions();
 

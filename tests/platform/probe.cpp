@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -67,6 +68,36 @@ Evas_Object* openWindow(Probe* probe, const char* title) {
     evas_object_event_callback_add(window, EVAS_CALLBACK_DEL, forget, probe);
     evas_object_show(window);
     return window;
+}
+
+void onFocused(void*, Evas_Object*, void*) {
+    say("button focused");
+}
+
+void onUnfocused(void*, Evas_Object*, void*) {
+    say("button unfocused");
+}
+
+void onClicked(void*, Evas_Object*, void*) {
+    say("button clicked");
+}
+
+char* accessText(void*, Evas_Object*) {
+    say("access text asked");
+    return strdup("press me");
+}
+
+void addButton(Evas_Object* window) {
+    Evas_Object* button = elm_button_add(window);
+    elm_object_text_set(button, "press me");
+    elm_win_resize_object_add(window, button);
+    elm_access_info_cb_set(button, static_cast<Elm_Access_Info_Type>(0), accessText, nullptr);
+    evas_object_smart_callback_add(button, "focused", onFocused, nullptr);
+    evas_object_smart_callback_add(button, "unfocused", onUnfocused, nullptr);
+    evas_object_smart_callback_add(button, "clicked", onClicked, nullptr);
+    evas_object_event_callback_add(button, EVAS_CALLBACK_KEY_UP, onKeyUp, nullptr);
+    evas_object_show(button);
+    elm_object_focus_set(button, EINA_TRUE);
 }
 
 gboolean stepWindows(gpointer data) {
@@ -202,6 +233,9 @@ void launch(app_control_h request, void* data) {
     if (probe->wants("windows")) {
         probe->windows.push_back(openWindow(probe, "upper"));
         g_timeout_add(300, stepWindows, probe);
+    }
+    if (probe->wants("button")) {
+        addButton(probe->windows[0]);
     }
     if (probe->wants("grab")) {
         grab(probe->windows[0], "a");
