@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -102,6 +103,31 @@ TEST_F(Vconf, AWrittenValueIsKeptForOtherProcesses) {
     int value = -1;
     EXPECT_EQ(vconf_get_int("db/x", &value), 0);
     EXPECT_EQ(value, 8);
+}
+
+TEST_F(Vconf, WritersOfDifferentKeysDoNotLoseEachOthersValues) {
+    std::vector<std::thread> writers;
+    writers.reserve(4);
+    for (int writer = 0; writer < 4; ++writer) {
+        writers.emplace_back([writer] {
+            for (int number = 0; number < 50; ++number) {
+                const std::string key =
+                    "db/w" + std::to_string(writer) + "/" + std::to_string(number);
+                vconf_set_int(key.c_str(), number);
+            }
+        });
+    }
+    for (std::thread& writer : writers) {
+        writer.join();
+    }
+    for (int writer = 0; writer < 4; ++writer) {
+        for (int number = 0; number < 50; ++number) {
+            const std::string key = "db/w" + std::to_string(writer) + "/" + std::to_string(number);
+            int value = -1;
+            EXPECT_EQ(vconf_get_int(key.c_str(), &value), 0) << key;
+            EXPECT_EQ(value, number) << key;
+        }
+    }
 }
 
 TEST_F(Vconf, AWrittenDescribedValueChangesTheDescription) {
