@@ -1,0 +1,482 @@
+// SPDX-License-Identifier: Apache-2.0
+// What buttons, keys, the focus and the screen reader do.
+#include <cstdlib>
+
+#include <gmock/gmock.h>
+
+#include "common/Exception.h"
+#include "flow/FlowFixture.h"
+#include "gui/EventHandler.h"
+#include "gui/MainMenuRegisteredScreen.h"
+#include "gui/MessagePopup.h"
+#include "gui/PinDisplayingScreen.h"
+#include "gui/RegistrationInfoScreen.h"
+#include "gui/ShopListScreen.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using ZOLT::GUI::Controller;
+using ZOLT::GUI::EventHandler;
+using ZOLT::GUI::Screen;
+using ZOLT::GUI::SelectionPopup;
+
+namespace flow {
+namespace {
+
+const std::vector<Level> TWO_TOPS = {
+    {"Country", {{"North", "01"}, {"South", "02"}}},
+    {"Store", {{"N1", "0101"}, {"N2", "0102"}, {"S1", "0201"}, {"S2", "0202"}}}};
+
+class EventHandlerTest : public FlowFixture {
+  protected:
+    static void click(void (*callback)(void*, Evas_Object*, void*)) {
+        callback(nullptr, nullptr, nullptr);
+        settle();
+    }
+    // The event of a key that comes up.
+    static Evas_Event_Key_Up up(const char* key) {
+        Evas_Event_Key_Up event = {};
+        event.key = key;
+        return event;
+    }
+    static void key(const char* name) {
+        auto event = up(name);
+        EventHandler::onKeyPress(nullptr, nullptr, nullptr, &event);
+    }
+    static void listKey(const char* name) {
+        auto event = up(name);
+        EventHandler::selectionPopupListOnKeyPress(nullptr, nullptr, nullptr, &event);
+    }
+    static bool loggedInMain(const std::string& message) {
+        return platform().hasLine(LOG_ID_MAIN, DLOG_DEBUG, message);
+    }
+    // What is heard from here on.
+    void listen() { m_heardBefore = platform().playedPatterns().size(); }
+    std::vector<int> heard() {
+        const auto all = platform().playedPatterns();
+        return {all.begin() + static_cast<std::ptrdiff_t>(m_heardBefore), all.end()};
+    }
+    // What the screen reader says of a widget with TEXT.
+    static std::string spoken(const std::string& text) {
+        std::string data = text;
+        char* const said = EventHandler::accessCallback(data.data(), nullptr);
+        std::string result = said != nullptr ? said : "nothing";
+        free(said);
+        return result;
+    }
+
+  private:
+    size_t m_heardBefore = 0;
+};
+
+// --- buttons
+
+TEST_F(EventHandlerTest, AButtonClicks) {
+    EventHandler::buttonClickedCb();
+    EXPECT_THAT(sounds(), ElementsAre(SELECT));
+}
+
+TEST_F(EventHandlerTest, QuitClicksAndEndsTheMainLoop) {
+    EXPECT_TRUE(endsMainLoop([] { EventHandler::quitRequested(nullptr, nullptr, nullptr); }));
+    EXPECT_THAT(sounds(), ElementsAre(SELECT));
+}
+
+TEST_F(EventHandlerTest, BackWithoutAFlowIsSkippedAfterTheClick) {
+    EXPECT_FALSE(endsMainLoop([] { EventHandler::goBackRequested(nullptr, nullptr, nullptr); }));
+    EXPECT_TRUE(loggedInMain("controller is nullptr! Skipping operation"));
+    EXPECT_THAT(sounds(), ElementsAre(SELECT));
+}
+
+TEST_F(EventHandlerTest, BackFromTheLastScreenClicksAndEndsTheMainLoop) {
+    start();
+    listen();
+    EXPECT_TRUE(endsMainLoop([] { EventHandler::goBackRequested(nullptr, nullptr, nullptr); }));
+    EXPECT_TRUE(loggedInMain("No back screen history present - exit"));
+    EXPECT_THAT(heard(), ElementsAre(SELECT));
+    EXPECT_EQ(1U, history().size());
+}
+
+TEST_F(EventHandlerTest, BackShowsTheScreenBelowWithoutItsPopup) {
+    start(true).showDeregistrationPopup();
+    Screen* const menu = &screen();
+    m_flow->callbackManager(0, 12);
+    EXPECT_FALSE(endsMainLoop([] { EventHandler::goBackRequested(nullptr, nullptr, nullptr); }));
+    EXPECT_TRUE(loggedInMain("We have some back screen history - let's return back"));
+    EXPECT_THAT(history(), ElementsAre(menu));
+    EXPECT_EQ(nullptr, popup());
+    EXPECT_TRUE(evas_object_visible_get(windowOf(*menu)));
+}
+
+TEST_F(EventHandlerTest, BackKeepsTheStateOfTheWayDown) {
+    start();
+    serve(TWO_TOPS);
+    choose("North");
+    click(EventHandler::nextSelectionScreenRequested);
+    click(EventHandler::goBackRequested);
+    EXPECT_EQ(1U, level());
+    EXPECT_EQ(0U, initialLevel());
+    EXPECT_THAT(chosen(), ElementsAre("North"));
+}
+
+// The address sanitizer sees it when anything touches the screen after its end.
+TEST_F(EventHandlerTest, AButtonMayDeleteTheScreenThatItStandsOn) {
+    daemon().answer("getRegisteredShopInfo", document({{"Store", {{"N1", "01"}}}}));
+    start(true);
+    Screen* const menu = &screen();
+    click(EventHandler::registrationInformationScreenRequested);
+    EXPECT_EQ("SID_OK*!", describe("singleBtn"));
+    keyDown(windowOf(screen()), "Return");
+    EXPECT_THAT(history(), ElementsAre(menu));
+    keyUp(windowOf(screen()), "Return");
+    EXPECT_THAT(history(), ElementsAre(menu));
+}
+
+TEST_F(EventHandlerTest, HidingDestroysAMessagePopup) {
+    start().showCompletionPopup();
+    click(EventHandler::popupHideRequested);
+    EXPECT_EQ(nullptr, popup());
+}
+
+TEST_F(EventHandlerTest, HidingNoPopupDoesNoHarm) {
+    start();
+    listen();
+    click(EventHandler::popupHideRequested);
+    EXPECT_EQ(nullptr, popup());
+    EXPECT_THAT(heard(), ElementsAre(SELECT));
+}
+
+TEST_F(EventHandlerTest, HidingDestroysASelectionPopupInWhichNothingWasConfirmed) {
+    start();
+    serve(TWO_TOPS);
+    pick("South");
+    click(EventHandler::popupHideRequested);
+    EXPECT_EQ(nullptr, popup());
+}
+
+TEST_F(EventHandlerTest, HidingKeepsASelectionPopupWithItsEarlierConfirmation) {
+    start();
+    serve(TWO_TOPS);
+    choose("North");
+    pick("South");
+    click(EventHandler::popupHideRequested);
+    ASSERT_NE(nullptr, popup<SelectionPopup>());
+    EXPECT_FALSE(popup()->getVisible());
+    EXPECT_EQ("North", popup<SelectionPopup>()->m_selectedShop->name);
+}
+
+TEST_F(EventHandlerTest, ButtonsThatFindNoFlowSayThat) {
+    start();
+    makeFlow().initialize();
+    ASSERT_EQ(nullptr, Controller::m_self);
+    void (*const callbacks[])(void*, Evas_Object*, void*) = {
+        EventHandler::popupHideRequested,
+        EventHandler::deregistrationPopupRequested,
+        EventHandler::deregistrationRequested,
+        EventHandler::reRegistrationScreenRequested,
+        EventHandler::reRegistrationRequested,
+        EventHandler::registrationInformationScreenRequested,
+        EventHandler::pinRequestingScreenRequested,
+        EventHandler::displayShopsFromLANRequested,
+        EventHandler::shopRegistrationRequested,
+        EventHandler::selectionPopupRequested,
+        EventHandler::selectionPopupShopChosen,
+        EventHandler::nextSelectionScreenRequested,
+        EventHandler::prevSelectionScreenRequested,
+        EventHandler::registrationConfirmationScreenRequested,
+    };
+    for (const auto callback : callbacks) {
+        try {
+            callback(nullptr, nullptr, nullptr);
+            ADD_FAILURE() << "no exception";
+        } catch (const ZOLT::Exception& exception) {
+            EXPECT_STREQ("No controller", exception.what());
+        }
+    }
+    EXPECT_THAT(callsSince(), IsEmpty());
+}
+
+TEST_F(EventHandlerTest, ButtonsThatFindNoScreenSayThat) {
+    makeFlow();
+    EXPECT_THROW(click(EventHandler::popupHideRequested), ZOLT::Exception);
+    EXPECT_THROW(click(EventHandler::deregistrationPopupRequested), ZOLT::Exception);
+    EXPECT_THROW(click(EventHandler::displayShopsFromLANRequested), ZOLT::Exception);
+}
+
+// --- the focus
+
+TEST_F(EventHandlerTest, TheFirstFocusOfAScreenIsSilent) {
+    click(EventHandler::focusedItemCb);
+    EXPECT_THAT(sounds(), IsEmpty());
+    EXPECT_EQ(ZOLT::GUI::FOCUS_STATE_FOCUSED, EventHandler::m_focusState);
+    EXPECT_FALSE(EventHandler::m_keyUnfocused);
+}
+
+TEST_F(EventHandlerTest, AFocusThatMovesIsHeard) {
+    click(EventHandler::unfocusedItemCb);
+    EXPECT_TRUE(EventHandler::m_keyUnfocused);
+    EXPECT_EQ(ZOLT::GUI::FOCUS_STATE_UNFOCUSED, EventHandler::m_focusState);
+    click(EventHandler::focusedItemCb);
+    click(EventHandler::focusedItemCb);
+    EXPECT_THAT(sounds(), ElementsAre(MOVE));
+}
+
+TEST_F(EventHandlerTest, AnArrowWithNowhereToGoIsBlocked) {
+    start();
+    ASSERT_TRUE(waitForFocus(button("newRegBtn")));
+    listen();
+    press(windowOf(screen()), "Up");
+    EXPECT_THAT(heard(), ElementsAre(BLOCKED));
+    EXPECT_TRUE(logged("No Focus Key Event pressed"));
+}
+
+TEST_F(EventHandlerTest, AnArrowThatMovesTheFocusIsHeardOnce) {
+    start();
+    ASSERT_TRUE(waitForFocus(button("newRegBtn")));
+    listen();
+    press(windowOf(screen()), "Down");
+    EXPECT_EQ(button("existRegBtn"), focusedIn(button("existRegBtn")));
+    EXPECT_THAT(heard(), ElementsAre(MOVE));
+    EXPECT_FALSE(EventHandler::m_keyUnfocused);
+    EXPECT_EQ(ZOLT::GUI::FOCUS_STATE_NONE, EventHandler::m_focusState);
+}
+
+// --- keys
+
+TEST_F(EventHandlerTest, AKeyWithoutItsEventIsRefused) {
+    announceWarning("Incorrect callback call - no input", 2);
+    EventHandler::m_keyUnfocused = true;
+    EventHandler::onKeyPress(nullptr, nullptr, nullptr, nullptr);
+    EventHandler::selectionPopupListOnKeyPress(nullptr, nullptr, nullptr, nullptr);
+    EXPECT_TRUE(EventHandler::m_keyUnfocused);
+}
+
+TEST_F(EventHandlerTest, EveryArrowThatMovesNothingIsBlocked) {
+    for (const char* arrow : {"Down", "Up", "Right", "Left"}) {
+        key(arrow);
+    }
+    EXPECT_THAT(sounds(), ElementsAre(BLOCKED, BLOCKED, BLOCKED, BLOCKED));
+}
+
+TEST_F(EventHandlerTest, AnArrowAfterALossOfFocusIsSilent) {
+    EventHandler::m_keyUnfocused = true;
+    EventHandler::m_focusState = ZOLT::GUI::FOCUS_STATE_FOCUSED;
+    key("Down");
+    EXPECT_THAT(sounds(), IsEmpty());
+    EXPECT_FALSE(EventHandler::m_keyUnfocused);
+    EXPECT_EQ(ZOLT::GUI::FOCUS_STATE_NONE, EventHandler::m_focusState);
+}
+
+TEST_F(EventHandlerTest, OtherKeysAreSilent) {
+    key("Return");
+    key("5");
+    key(nullptr);
+    EXPECT_THAT(sounds(), IsEmpty());
+}
+
+TEST_F(EventHandlerTest, BothReturnKeysOnAScreenEndTheMainLoop) {
+    start();
+    for (const char* name : {"XF86Back", "XF86Close"}) {
+        SCOPED_TRACE(name);
+        platform().clearLog();
+        listen();
+        EXPECT_TRUE(endsMainLoop([name] { key(name); }));
+        EXPECT_THAT(heard(), ElementsAre(BACK, SELECT));
+        EXPECT_TRUE(loggedInMain("return button pressed"));
+        EXPECT_TRUE(loggedInMain("quit is requested"));
+    }
+}
+
+TEST_F(EventHandlerTest, TheReturnKeyOnAQuestionIsLeftToThePopup) {
+    start(true).showDeregistrationPopup();
+    listen();
+    EXPECT_FALSE(endsMainLoop([] {
+        key("XF86Back");
+        EXPECT_TRUE(loggedInMain("just go to its popup OnKeyPress"));
+    }));
+    ASSERT_FALSE(heard().empty());
+    EXPECT_EQ(BACK, heard()[0]);
+    EXPECT_THAT(heard(), testing::Not(testing::Contains(SELECT)));
+    EXPECT_NE(nullptr, popup());
+}
+
+TEST_F(EventHandlerTest, TheReturnKeyOnAPopupOfOneButtonEndsTheMainLoop) {
+    start().showCompletionPopup();
+    EXPECT_TRUE(endsMainLoop([] { key("XF86Back"); }));
+}
+
+TEST_F(EventHandlerTest, TheReturnKeyOnAHiddenPopupEndsTheMainLoop) {
+    start(true).showDeregistrationPopup();
+    popup()->hide();
+    EXPECT_TRUE(endsMainLoop([] { key("XF86Back"); }));
+}
+
+TEST_F(EventHandlerTest, TheReturnKeyWithoutAScreenSaysSo) {
+    makeFlow();
+    announceWarning("screen is NULL");
+    EventHandler::m_keyUnfocused = true;
+    EXPECT_FALSE(endsMainLoop([] { key("XF86Back"); }));
+    EXPECT_THAT(sounds(), ElementsAre(BACK));
+    EXPECT_FALSE(EventHandler::m_keyUnfocused);
+}
+
+// --- keys of the selection popup's list
+
+TEST_F(EventHandlerTest, AKeyOfTheListNeedsTheListAndItsScreen) {
+    start();
+    announceWarning("Currently shown screen is not ShopListScreen");
+    listKey("Down");
+    serve(TWO_TOPS);
+    announceWarning("Currently shown popup is not a Selection Popup");
+    listKey("Down");
+    listen();
+    EXPECT_THAT(heard(), IsEmpty());
+}
+
+TEST_F(EventHandlerTest, UpAndDownMoveThePositionWithinTheRows) {
+    start();
+    serve(TWO_TOPS);
+    click(EventHandler::selectionPopupRequested);
+    const unsigned& position = popup<SelectionPopup>()->m_position;
+    listen();
+    listKey("Up");
+    EXPECT_EQ(0U, position);
+    listKey("Down");
+    EXPECT_EQ(1U, position);
+    listKey("Down");
+    EXPECT_EQ(1U, position);
+    listKey("Up");
+    EXPECT_EQ(0U, position);
+    EXPECT_THAT(heard(), ElementsAre(BLOCKED, MOVE, BLOCKED, MOVE));
+}
+
+TEST_F(EventHandlerTest, DownInAnEmptyListIsBlocked) {
+    start();
+    serve({{"Country", {}}});
+    click(EventHandler::selectionPopupRequested);
+    listen();
+    listKey("Down");
+    EXPECT_THAT(heard(), ElementsAre(BLOCKED));
+    EXPECT_EQ(0U, popup<SelectionPopup>()->m_position);
+}
+
+TEST_F(EventHandlerTest, RightLeavesTheListAndLeftDoesNot) {
+    start();
+    serve(TWO_TOPS);
+    click(EventHandler::selectionPopupRequested);
+    listen();
+    listKey("Right");
+    listKey("Left");
+    EXPECT_THAT(heard(), ElementsAre(MOVE, BLOCKED));
+    EXPECT_EQ(0U, popup<SelectionPopup>()->m_position);
+}
+
+TEST_F(EventHandlerTest, BothReturnKeysHideTheList) {
+    start();
+    serve(TWO_TOPS);
+    for (const char* name : {"XF86Back", "XF86Close"}) {
+        SCOPED_TRACE(name);
+        click(EventHandler::selectionPopupRequested);
+        platform().clearLog();
+        listen();
+        listKey(name);
+        EXPECT_TRUE(loggedInMain("popup hide called"));
+        EXPECT_EQ(nullptr, popup());
+        ASSERT_FALSE(heard().empty());
+        EXPECT_EQ(SELECT, heard()[0]);
+        settle();
+    }
+}
+
+TEST_F(EventHandlerTest, OtherKeysOfTheListAreOnlyLogged) {
+    start();
+    serve(TWO_TOPS);
+    click(EventHandler::selectionPopupRequested);
+    listen();
+    listKey("5");
+    EXPECT_TRUE(logged("unhandles"));
+    EXPECT_THAT(heard(), IsEmpty());
+}
+
+// --- language
+
+TEST_F(EventHandlerTest, ALanguageChangeWithoutATextIsRefused) {
+    announceWarning("Incorrect callback call - return immediately");
+    EventHandler::languageChanged(nullptr, nullptr, nullptr);
+}
+
+TEST_F(EventHandlerTest, ALanguageChangeWithoutAScreenDoesNothing) {
+    makeFlow();
+    std::string id = "SID_SOFTWARE_VERSION";
+    EventHandler::languageChanged(id.data(), nullptr, nullptr);
+}
+
+TEST_F(EventHandlerTest, ALanguageChangeRenewsTheVersionOfThePinScreen) {
+    daemon().answer("getPincode", "12345678");
+    start().callbackManager(0, 0);
+    translate({{"SID_SOFTWARE_VERSION", "Software"}, {"TV_SID_SHOP_CODE", "Code"}});
+    Evas_Object* const layout = layoutOf(screen());
+    std::string other = "TV_SID_SHOP_CODE";
+    EventHandler::languageChanged(other.data(), layout, nullptr);
+    EXPECT_EQ("SID_SOFTWARE_VERSION : 1.2.3", textOf(layout, "SoftwareVersion"));
+    std::string id = "SID_SOFTWARE_VERSION";
+    EventHandler::languageChanged(id.data(), layout, nullptr);
+    EXPECT_EQ("Software : 1.2.3", textOf(layout, "SoftwareVersion"));
+}
+
+TEST_F(EventHandlerTest, ALanguageChangeRenewsTheShopCodeOfTheInformationScreen) {
+    daemon().answer("getRegisteredShopInfo", document({{"Store", {{"N1", "01"}}}}));
+    start(true).showRegistrationInformationScreen();
+    translate({{"TV_SID_SHOP_CODE", "Code"}});
+    Evas_Object* const label = elm_label_add(layoutOf(screen()));
+    elm_object_style_set(label, "RegistrationRecord");
+    std::string id = "TV_SID_SHOP_CODE";
+    EventHandler::languageChanged(id.data(), label, nullptr);
+    EXPECT_EQ("Code :", textOf(label, "leftText"));
+}
+
+// --- speech
+
+TEST_F(EventHandlerTest, TagsBecomeBlanks) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"", ""},
+        {"no tag < here", "no tag < here"},
+        {"<color=#ff8800>word</color>", " word "},
+        {"one<br/>two<br>three<tab>four", "one two three four"},
+        {"<br/><br/>", "  "},
+        {"<color=#12", " "},
+        {"<color=#ff8800ff>word", " f>word"},
+        {"<b>bold</b>", "<b>bold</b>"},
+    };
+    for (const auto& [text, expected] : cases) {
+        EXPECT_EQ(expected, EventHandler::removeSpecialTags(text));
+    }
+}
+
+TEST_F(EventHandlerTest, TheLabelIsSpokenOnceAheadOfTheFirstItem) {
+    Controller::m_currentLabelText = "Sure<br/>?";
+    EXPECT_EQ("Sure ?, Yes", spoken("Yes"));
+    EXPECT_TRUE(Controller::m_wasLabelRead);
+    EXPECT_TRUE(logged("TTS Access callback"));
+    EXPECT_TRUE(logged("Label wasn't read yet"));
+    EXPECT_TRUE(logged("Sure ?, Yes"));
+    EXPECT_EQ("No", spoken("<color=#ffffff>No</color>").substr(1, 2));
+    EXPECT_EQ(1, platform().countLines("Label wasn't read yet"));
+}
+
+TEST_F(EventHandlerTest, AnEmptyLabelLeavesTheSeparator) {
+    EXPECT_EQ(", Yes", spoken("Yes"));
+}
+
+TEST_F(EventHandlerTest, AnItemWithoutATextSaysNothing) {
+    announceWarning("No input data");
+    EXPECT_EQ(nullptr, EventHandler::accessCallback(nullptr, nullptr));
+    EXPECT_FALSE(Controller::m_wasLabelRead);
+}
+
+TEST_F(EventHandlerTest, APopupsTextIsSpokenWithItsFirstButton) {
+    start().showCompletionPopup();
+    EXPECT_EQ("COM_SID_REGISTRATION_COMPLETED_CHECK_STATUS, SID_OK", spoken("SID_OK"));
+}
+
+}  // namespace
+}  // namespace flow

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: Apache-2.0
+// A flow with real screens, a scripted television below it and a daemon that a test answers for.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "common/DeviceInfo.h"
+#include "common/systemcalls/SystemCalls.h"
+#include "flow/ControllerProbe.h"
+#include "flow/FakeDaemon.h"
+#include "gui/Controller.h"
+#include "gui/EventHandler.h"
+#include "gui/GuiFixture.h"
+#include "gui/SelectionPopup.h"
+
+namespace flow {
+
+// One level of a shop list document: its name and its entries, name and code each.
+struct Level {
+    std::string name;
+    std::vector<std::pair<std::string, std::string>> entries;
+};
+
+// A shop list document, or, with one entry a level, the document of a registration.
+std::string document(const std::vector<Level>& levels);
+
+// Sounds by the numbers that the set's feedback service gets.
+enum Sound { MOVE = 40, BACK = 41, BLOCKED = 42, SELECT = 43, POPUP = 45 };
+
+class FlowFixture : public support::GuiFixture {
+  protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    // --- the flow
+    // Makes a flow in place of the one before.
+    ZOLT::GUI::Controller& makeFlow();
+    // Makes one and shows its first screen. REGISTERED: whether there is a registration file.
+    ZOLT::GUI::Controller& start(bool registered = false);
+    // Has the flow take in a shop list, as the daemon's event does.
+    void serve(const std::vector<Level>& levels);
+    std::deque<ZOLT::GUI::Screen*>& history();
+    // The names of the chosen shops, the latest first.
+    std::vector<std::string> chosen();
+    uint32_t level();
+    uint32_t initialLevel();
+
+    // --- the current screen
+    ZOLT::GUI::Screen& screen();
+    template <typename ScreenType>
+    bool shows() {
+        return dynamic_cast<ScreenType*>(&screen()) != nullptr;
+    }
+    template <typename PopupType = ZOLT::GUI::Popup>
+    PopupType* popup() {
+        return dynamic_cast<PopupType*>(screen().getPopup());
+    }
+    Evas_Object* button(const char* part);
+    // "TEXT" of the button in PART, with "*" when it may take the focus and "!" when it has it; ""
+    // when there is none.
+    std::string describe(const char* part);
+    // A popup gives the focus away only once it has been laid out.
+    static bool waitForFocus(Evas_Object* widget);
+    // Opens the drop-down, picks the entry NAME and confirms it.
+    void choose(const std::string& name);
+    // Opens the drop-down and picks the entry NAME.
+    void pick(const std::string& name);
+    // The names that the selection popup offers.
+    std::vector<std::string> offered();
+
+    // --- the daemon
+    FakeDaemon& daemon() { return *m_daemon; }
+    // What was asked of it since this was last asked.
+    std::vector<std::string> callsSince() { return m_daemon->takeCalls(); }
+    // Turns both main loops until PREDICATE holds.
+    static bool waitFor(const std::function<bool()>& predicate);
+
+    // --- what was heard and what ended
+    std::vector<int> sounds();
+    // Whether ACTION, called inside a running main loop, ends that loop.
+    static bool endsMainLoop(const std::function<void()>& action);
+    static std::string labelText() { return ZOLT::GUI::Controller::m_currentLabelText; }
+
+    std::unique_ptr<FakeDaemon> m_daemon;
+    ZOLT::SystemCalls m_systemCalls;
+    ZOLT::DeviceInfo m_deviceInfo{&m_systemCalls};
+    std::unique_ptr<ZOLT::GUI::Controller> m_flow;
+    support::TemporaryFolder m_folder;
+};
+
+}  // namespace flow

@@ -1,0 +1,388 @@
+// SPDX-License-Identifier: Apache-2.0
+// The entry of the process and its life under the application framework.
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <stdexcept>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+
+#include "common/DeviceInfo.h"
+#include "common/Exception.h"
+#include "common/ZoltConfig.h"
+#include "flow/ControllerProbe.h"
+#include "flow/FlowFixture.h"
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using ZOLT::GUI::Controller;
+
+// The program's main, which the tests' own takes the name of.
+int zolt_main(int argc, char** argv);
+
+namespace flow {
+namespace {
+
+constexpr const char* COUNTER = "memory/zolt/zolt_screensaver_blocking";
+
+// The entry closes the standard streams: it gets streams of its own, and the test keeps its.
+class OwnStreams {
+  public:
+    OwnStreams() : m_output(stdout), m_errors(stderr) {
+        stdout = openHigh();
+        stderr = openHigh();
+    }
+    ~OwnStreams() {
+        stdout = m_output;
+        stderr = m_errors;
+    }
+    OwnStreams(const OwnStreams&) = delete;
+    OwnStreams& operator=(const OwnStreams&) = delete;
+
+  private:
+    static FILE* openHigh() {
+        const int descriptor = fcntl(STDERR_FILENO, F_DUPFD, 500);
+        return fdopen(descriptor, "w");
+    }
+
+    FILE* m_output;
+    FILE* m_errors;
+};
+
+bool isOpen(int descriptor) {
+    return fcntl(descriptor, F_GETFD) >= 0;
+}
+
+class MainTest : public FlowFixture {
+  protected:
+    using Callbacks = ui_app_lifecycle_callback_s;
+
+    void SetUp() override {
+        FlowFixture::SetUp();
+        m_before = std::filesystem::current_path();
+        std::filesystem::current_path(m_folder.path());
+        platform().setRuntimeInfo(RUNTIME_INFO_KEY_LANGUAGE, std::string("C.UTF-8"));
+        platform().setVconf(COUNTER, 5);
+        ZoltConfig::deinitialize();
+        writeConfiguration("registered");
+        platform().clearLog();
+        platform().clearCalls();
+    }
+    void TearDown() override {
+        std::filesystem::current_path(m_before);
+        FlowFixture::TearDown();
+    }
+
+    void writeConfiguration(const std::string& registrationFile) {
+        m_folder.write("config.xml", "<config><i name=\"LayoutPath\">" + themeFolder() +
+                                         "</i><i name=\"SourceVersion\">1.2.3</i>"
+                                         "<i name=\"ShopRegistrationFilePath\">" +
+                                         registrationFile +
+                                         "</i><i name=\"DefaultLang\">C.UTF-8</i>"
+                                         "<i name=\"LocalesPath\">locale</i>"
+                                         "<i name=\"FakeSystemCalls\">0</i></config>");
+    }
+
+    // Runs the program with LIFE in the place of the framework's main loop, and returns its status.
+    static int run(const std::function<int(Callbacks&, void*)>& life) {
+        platform().setAppMain([&life](int, char**, Callbacks* callbacks, void* data) {
+            return life(*callbacks, data);
+        });
+        const OwnStreams streams;
+        char name[] = "zolt-hub";
+        char* arguments[] = {name, nullptr};
+        return zolt_main(1, arguments);
+    }
+    // The same with an ordinary life around BODY.
+    static int runOrdinary(const std::function<void(Callbacks&, void*)>& body) {
+        return run([&body](Callbacks& callbacks, void* data) {
+            EXPECT_TRUE(callbacks.create(data));
+            callbacks.app_control(nullptr, data);
+            callbacks.resume(data);
+            body(callbacks, data);
+            settle();
+            callbacks.terminate(data);
+            return 0;
+        });
+    }
+    static std::vector<std::string> warnings() {
+        return platform().messages(LOG_ID_SYSTEM, DLOG_WARN);
+    }
+    static int counter() { return platform().vconfInt(COUNTER).value_or(-100); }
+
+  private:
+    std::filesystem::path m_before;
+};
+
+TEST_F(MainTest, AnOrdinaryLifeEndsWellAndLeavesTheCounterAsItWas) {
+    EXPECT_EQ(0, runOrdinary([](Callbacks&, void*) { EXPECT_EQ(6, counter()); }));
+    EXPECT_EQ(5, counter());
+    EXPECT_THAT(platform().messages(LOG_ID_SYSTEM, DLOG_INFO),
+                ElementsAre("ZOLT GUI application: Initializing", "ZOLT GUI application: Starting",
+                            "ZOLT GUI application: Closing"));
+    EXPECT_THAT(callsSince(), ElementsAre("applicationCancelled"));
+    EXPECT_EQ(nullptr, Controller::m_self);
+}
+
+TEST_F(MainTest, TheStandardStreamsAreClosedWhileTheProgramRuns) {
+    run([](Callbacks&, void*) {
+        EXPECT_FALSE(isOpen(500));
+        EXPECT_FALSE(isOpen(501));
+        return 0;
+    });
+}
+
+TEST_F(MainTest, TheFlagFileIsThereBeforeTheLoopAndStaysEmptyAfterTheEnd) {
+    run([](Callbacks&, void*) {
+        EXPECT_TRUE(support::fileExists("service-cond-flag"));
+        return 0;
+    });
+    EXPECT_EQ("", support::readFile("service-cond-flag"));
+}
+
+TEST_F(MainTest, AFlagFileThatCannotBeWrittenDoesNotStopTheProgram) {
+    std::filesystem::create_directory("service-cond-flag");
+    announceWarning("Cannot open file, path is: service-cond-flag");
+    EXPECT_EQ(0, run([](Callbacks&, void*) { return 0; }));
+}
+
+TEST_F(MainTest, FiveEventHandlersAreAddedInTheirOrder) {
+    void* context = nullptr;
+    run([&context](Callbacks&, void* data) {
+        context = data;
+        return 0;
+    });
+    const auto handlers = platform().eventHandlers();
+    ASSERT_EQ(5U, handlers.size());
+    const app_event_type_e order[] = {APP_EVENT_LOW_BATTERY, APP_EVENT_LOW_MEMORY,
+                                      APP_EVENT_DEVICE_ORIENTATION_CHANGED,
+                                      APP_EVENT_LANGUAGE_CHANGED, APP_EVENT_REGION_FORMAT_CHANGED};
+    for (size_t index = 0; index < handlers.size(); ++index) {
+        EXPECT_EQ(order[index], handlers[index].type);
+        const bool language = handlers[index].type == APP_EVENT_LANGUAGE_CHANGED;
+        EXPECT_EQ(language, handlers[index].callback != nullptr);
+        EXPECT_EQ(language ? context : nullptr, handlers[index].data);
+    }
+}
+
+TEST_F(MainTest, AFrameworkThatFailsAtOnceIsOneWarningAndStatusZero) {
+    announceWarning("ui_app_main() is failed, error code = -22");
+    EXPECT_EQ(0, run([](Callbacks&, void*) { return -22; }));
+    EXPECT_EQ(5, counter());
+    EXPECT_THAT(platform().messages(LOG_ID_SYSTEM, DLOG_INFO),
+                Contains("ZOLT GUI application: Closing"));
+}
+
+TEST_F(MainTest, AnExceptionIsOneWarningAndStatusOne) {
+    announceWarning("Exception caught: broken");
+    EXPECT_EQ(1, run([](Callbacks&, void*) -> int {
+                  throw ZOLT::Exception("broken", ZOLT::GENERIC_ERROR);
+              }));
+    EXPECT_EQ(5, counter());
+    EXPECT_THAT(platform().messages(LOG_ID_SYSTEM, DLOG_INFO),
+                testing::Not(Contains("ZOLT GUI application: Closing")));
+}
+
+TEST_F(MainTest, AnExceptionOfTheLibraryIsTheSame) {
+    announceWarning("Exception caught: range");
+    EXPECT_EQ(1, run([](Callbacks&, void*) -> int { throw std::out_of_range("range"); }));
+}
+
+TEST_F(MainTest, AnythingElseThatIsThrownIsStatusOneToo) {
+    announceWarning("Unknow exception caught");
+    EXPECT_EQ(1, run([](Callbacks&, void*) -> int { throw 5; }));
+    EXPECT_EQ(5, counter());
+}
+
+TEST_F(MainTest, AnExceptionDestroysTheFlow) {
+    announceWarning("Exception caught: broken");
+    EXPECT_EQ(1, run([](Callbacks& callbacks, void* data) -> int {
+                  callbacks.create(data);
+                  callbacks.app_control(nullptr, data);
+                  EXPECT_NE(nullptr, Controller::m_self);
+                  throw std::runtime_error("broken");
+              }));
+    EXPECT_EQ(nullptr, Controller::m_self);
+}
+
+// --- the start
+
+TEST_F(MainTest, TheStartLoadsConfigurationVersionDeviceAndLanguage) {
+    EXPECT_EQ(0, run([](Callbacks& callbacks, void* data) {
+                  ZOLT::DeviceInfo::m_imageType = 7;
+                  EXPECT_TRUE(callbacks.create(data));
+                  EXPECT_EQ("1.2.3", ZoltConfig::get("SourceVersion"));
+                  EXPECT_EQ(ZOLT::DeviceInfo::IMAGE_RELEASE, ZOLT::DeviceInfo::m_imageType);
+                  EXPECT_EQ(nullptr, Controller::m_self);
+                  return 0;
+              }));
+    EXPECT_TRUE(logged("Version:\t\t\tZOLT-1.2.3"));
+    EXPECT_TRUE(logged("AppName:\t\t\tZOLT GUI"));
+    EXPECT_TRUE(platform().hasLine(LOG_ID_MAIN, DLOG_DEBUG, "Use usual system calls"));
+    EXPECT_TRUE(logged("Language set successfully to [C.UTF-8]"));
+    EXPECT_EQ(1, entered("setUILocales"));
+}
+
+TEST_F(MainTest, AMissingConfigurationEndsTheProgramWithStatusOne) {
+    std::filesystem::remove("config.xml");
+    EXPECT_EQ(1, run([](Callbacks& callbacks, void* data) {
+                  callbacks.create(data);
+                  return 0;
+              }));
+    EXPECT_THAT(warnings(), Contains(testing::StartsWith("Exception caught: ")));
+    EXPECT_EQ(5, counter());
+    platform().clearLog();
+}
+
+TEST_F(MainTest, ALanguageThatCannotBeHadEndsTheProgramWithStatusOne) {
+    platform().setRuntimeInfo(RUNTIME_INFO_KEY_LANGUAGE, std::string("xx_XX.nowhere"));
+    announceWarning("Exception caught: Unable to set the language");
+    EXPECT_EQ(1, run([](Callbacks& callbacks, void* data) {
+                  callbacks.create(data);
+                  return 0;
+              }));
+}
+
+TEST_F(MainTest, AStartWithoutDataEndsTheProgramWithStatusOne) {
+    announceWarning("Exception caught: No application data");
+    EXPECT_EQ(1, run([](Callbacks& callbacks, void*) {
+                  callbacks.create(nullptr);
+                  return 0;
+              }));
+}
+
+TEST_F(MainTest, ALaunchWithoutARegistrationShowsItsMenu) {
+    runOrdinary([](Callbacks&, void*) { EXPECT_EQ(1, entered("showMainMenuUnregisteredScreen")); });
+}
+
+TEST_F(MainTest, ALaunchWithARegistrationShowsItsMenu) {
+    m_folder.write("registered", "");
+    runOrdinary([](Callbacks&, void*) { EXPECT_EQ(1, entered("showMainMenuRegisteredScreen")); });
+}
+
+TEST_F(MainTest, ALaunchWithoutDataIsRefused) {
+    announceWarning("Bad app function call");
+    EXPECT_EQ(0, run([](Callbacks& callbacks, void*) {
+                  callbacks.app_control(nullptr, nullptr);
+                  return 0;
+              }));
+}
+
+TEST_F(MainTest, ASecondLaunchBuildsTheNewFlowBeforeTheOldOneGoesAndLeavesNoSelf) {
+    EXPECT_EQ(0, runOrdinary([](Callbacks& callbacks, void* data) {
+                  platform().clearLog();
+                  callbacks.app_control(nullptr, data);
+                  std::vector<std::string> order;
+                  for (const auto& line : platform().log()) {
+                      if (line.function == "Controller" || line.function == "~Controller" ||
+                          line.function == "initialize") {
+                          order.push_back(line.function);
+                      }
+                  }
+                  EXPECT_THAT(order, ElementsAre("Controller", "~Controller", "initialize"));
+                  EXPECT_EQ(nullptr, Controller::m_self);
+              }));
+    EXPECT_THAT(callsSince(), ElementsAre("applicationCancelled"));
+}
+
+// --- the language
+
+TEST_F(MainTest, ALanguageChangeReadsTheEventsOwnArgument) {
+    runOrdinary([](Callbacks&, void* data) {
+        platform().setRuntimeInfo(RUNTIME_INFO_KEY_LANGUAGE, std::string("ko_KR.utf8"));
+        EXPECT_TRUE(platform().fireAppEvent(APP_EVENT_LANGUAGE_CHANGED, data));
+        EXPECT_EQ(2, entered("setUILocales"));
+    });
+}
+
+TEST_F(MainTest, ALanguageChangeWithoutInformationEndsTheProgramWithStatusOne) {
+    announceWarning("Exception caught: No application data");
+    EXPECT_EQ(1, run([](Callbacks& callbacks, void* data) {
+                  callbacks.create(data);
+                  platform().fireAppEvent(APP_EVENT_LANGUAGE_CHANGED, nullptr);
+                  return 0;
+              }));
+}
+
+// --- the counter
+
+TEST_F(MainTest, TheCounterFollowsPauseAndResume) {
+    runOrdinary([](Callbacks& callbacks, void* data) {
+        EXPECT_EQ(6, counter());
+        callbacks.pause(data);
+        EXPECT_EQ(5, counter());
+        callbacks.resume(data);
+        EXPECT_EQ(6, counter());
+    });
+    EXPECT_EQ(5, counter());
+    EXPECT_TRUE(logged("calling Pause"));
+    EXPECT_TRUE(logged("calling Resume"));
+    EXPECT_TRUE(logged("calling Terminate"));
+}
+
+TEST_F(MainTest, ASecondPauseChangesNothingAndSaysSo) {
+    runOrdinary([](Callbacks& callbacks, void* data) {
+        callbacks.pause(data);
+        platform().clearLog();
+        platform().clearCalls();
+        callbacks.pause(data);
+        EXPECT_TRUE(logged("Vconf is already changed-------------------Current vconf is: 5"));
+        EXPECT_THAT(platform().calls("vconf_set_int"), IsEmpty());
+    });
+    EXPECT_EQ(5, counter());
+}
+
+TEST_F(MainTest, RaisingAndLoweringTellWhatTheyFound) {
+    run([](Callbacks&, void*) { return 0; });
+    const auto lines = platform().messages(LOG_ID_SYSTEM, DLOG_DEBUG);
+    EXPECT_THAT(lines, ElementsAre("increasing Vconf", "current vconf is: 5", "Decreasing Vconf",
+                                   "current vconf is: 6"));
+}
+
+TEST_F(MainTest, ACounterThatCannotBeReadIsWrittenFromMinusOne) {
+    platform().answer("vconf_get_int", -1);
+    run([](Callbacks&, void*) { return 0; });
+    EXPECT_THAT(platform().calls("vconf_set_int"),
+                ElementsAre(std::string("vconf_set_int(") + COUNTER + ", 0)",
+                            std::string("vconf_set_int(") + COUNTER + ", -2)"));
+}
+
+// --- the end
+
+TEST_F(MainTest, ATerminationWithoutDataWarnsAndLeavesTheCounterRaised) {
+    announceWarning("Bad app function call");
+    run([](Callbacks& callbacks, void*) {
+        callbacks.terminate(nullptr);
+        EXPECT_EQ(6, counter());
+        return 0;
+    });
+    EXPECT_EQ(5, counter());
+}
+
+TEST_F(MainTest, ATerminationBeforeTheFirstLaunchOnlyLowersTheCounter) {
+    EXPECT_EQ(0, run([](Callbacks& callbacks, void* data) {
+                  callbacks.create(data);
+                  callbacks.terminate(data);
+                  EXPECT_EQ(5, counter());
+                  return 0;
+              }));
+    EXPECT_THAT(callsSince(), IsEmpty());
+}
+
+TEST_F(MainTest, ADaemonThatDoesNotTakeTheEndMakesStatusOne) {
+    daemon().fail("applicationCancelled", "gone");
+    EXPECT_EQ(1, runOrdinary([](Callbacks&, void*) {}));
+    ASSERT_EQ(1U, warnings().size());
+    EXPECT_THAT(warnings()[0],
+                testing::StartsWith("Exception caught: Failed inform that application quited: "));
+    EXPECT_EQ(nullptr, Controller::m_self);
+    EXPECT_EQ(5, counter());
+    platform().clearLog();
+}
+
+}  // namespace
+}  // namespace flow
