@@ -42,13 +42,17 @@ SelectionPopup::SelectionPopup(Evas_Object* parent, char const* style, int width
       m_selectedShop(nullptr),
       m_previousShop(nullptr),
       m_shopSelected(false),
-      m_region{} {
+      m_region{},
+      m_focusJob(nullptr) {
     ZOLT_TRACE();
     elm_win_focus_highlight_style_set(m_popup, "default");
 }
 
 SelectionPopup::~SelectionPopup() {
     ZOLT_TRACE();
+    if (m_focusJob != nullptr) {
+        ecore_job_del(m_focusJob);
+    }
 }
 
 void SelectionPopup::prepare() {
@@ -69,6 +73,7 @@ void SelectionPopup::prepare() {
     m_list = elm_genlist_add(table);
     fill(m_list);
     elm_genlist_select_mode_set(m_list, ELM_OBJECT_SELECT_MODE_ALWAYS);
+    evas_object_smart_callback_add(m_list, "realized", onRowDrawn, this);
     elm_table_pack(table, m_list, 0, 0, 1, 11);
     elm_object_focus_allow_set(m_list, EINA_TRUE);
     elm_object_focus_set(m_list, EINA_TRUE);
@@ -124,6 +129,22 @@ void SelectionPopup::addButton(char const* text, Evas_Smart_Cb callback, void* d
         Screen::createButton(m_popup, text, callback, data, icon, "c_button_icontext");
     appendButton(button);
     leaveSizeToPart(button);
+}
+
+void SelectionPopup::onRowDrawn(void* data, Evas_Object* list, void* item) {
+    auto* const popup = static_cast<SelectionPopup*>(data);
+    if (item == elm_genlist_first_item_get(list) && popup->m_focusJob == nullptr) {
+        evas_object_smart_callback_del_full(list, "realized", onRowDrawn, data);
+        popup->m_focusJob = ecore_job_add(focusFirstRow, data);
+    }
+}
+
+void SelectionPopup::focusFirstRow(void* data) {
+    auto* const popup = static_cast<SelectionPopup*>(data);
+    popup->m_focusJob = nullptr;
+    if (popup->m_popup != nullptr && popup->m_visible && popup->m_selectedShop == nullptr) {
+        elm_object_item_focus_set(elm_genlist_first_item_get(popup->m_list), EINA_TRUE);
+    }
 }
 
 char* SelectionPopup::itemGetLabel(void* data, Evas_Object* /*object*/, char const* part) {

@@ -51,6 +51,15 @@ class SelectionPopup : public Popup {
     struct {
         int x, y, width, height;
     } m_region;  // where the list stood at the confirmation
+
+  private:
+    // A list that has the focus shows it on its first row. The toolkit draws rows, and settles the
+    // focus among the popup's widgets, only after the popup has been shown, and a row that is not
+    // drawn cannot take it: so the first row gets it as soon as it is there.
+    static void onRowDrawn(void* data, Evas_Object* list, void* item);
+    static void focusFirstRow(void* data);
+
+    Ecore_Job* m_focusJob;  // deleted here, or by itself once it has run
 };
 
 }  // namespace ZOLT::GUI
