@@ -100,7 +100,9 @@ int play(const standin::Options& options) {
                                                          G_BUS_NAME_OWNER_FLAGS_DO_NOT_QUEUE,
                                                          onNameAcquired, onNameLost, &run, nullptr);
         g_main_loop_run(run.loop);
-        g_bus_unown_name(owner);
+        if (g_dbus_connection_is_closed(connection) == FALSE) {
+            g_bus_unown_name(owner);
+        }
         g_signal_handlers_disconnect_by_data(connection, &run);
     }
     g_main_loop_unref(run.loop);

@@ -209,6 +209,11 @@ TEST_F(DaemonProcess, KeepsTheDocumentBesideARegistrationFileElsewhereAndInTheDa
     EXPECT_TRUE(support::fileExists(elsewhere.file("deep/flag")));
     EXPECT_EQ(support::readFile(elsewhere.file("deep/registered.xml")), DOCUMENT);
     EXPECT_EQ(support::readFile(dataFile("registered.xml")), DOCUMENT);
+    EXPECT_EQ(client->call(zolt_gui_call_unregister_sync), "");
+    ASSERT_TRUE(client->waitForEvents(2));
+    EXPECT_FALSE(support::fileExists(elsewhere.file("deep/flag")));
+    EXPECT_FALSE(support::fileExists(elsewhere.file("deep/registered.xml")));
+    EXPECT_FALSE(support::fileExists(dataFile("registered.xml")));
 }
 
 TEST_F(DaemonProcess, RefusesAWrongDocumentWithItsOwnErrorAndKeepsNothing) {
@@ -287,6 +292,10 @@ TEST_F(DaemonProcess, DoesNotFindASetInTheLocalNetworkWhenTold) {
     client->call(zolt_gui_call_request_shop_info_list_sync);
     ASSERT_TRUE(client->waitForEvents(3));
     EXPECT_EQ(client->events, (Events{{1, 9}, {0, 1}, {0, 2}})) << "a verified PIN needs no LAN";
+    client->call(zolt_gui_call_application_cancelled_sync);
+    client->call(zolt_gui_call_request_shop_info_list_sync);
+    ASSERT_TRUE(client->waitForEvents(4));
+    EXPECT_EQ(client->events.back(), std::make_tuple(1, 9)) << "the next user starts without a PIN";
 }
 
 TEST_F(DaemonProcess, LetsThePinExpireWhenTold) {
