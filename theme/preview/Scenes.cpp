@@ -201,7 +201,7 @@ void selection(Stage& stage) {
 
 void selected(Stage& stage) {
     selection(stage);
-    Stage::settle(0.3);
+    Stage::calculate(stage);
     stage.press("Down");
     stage.press("Return");
     stage.focusPopupButton("button1");

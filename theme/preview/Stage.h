@@ -53,6 +53,10 @@ class Stage {
 
     /// Runs the main loop for a time given in seconds, so that animations come to rest.
     static void settle(double seconds);
+    /// Turns the main loop and draws until nothing that stands still is left to compute.
+    static void calculate(Stage& stage);
+    /// What the window shows at a place, as 0xAARRGGBB.
+    unsigned pixel(int x, int y);
     void press(const std::string& key);
     /// Writes what the window shows; false when the file cannot be written.
     bool save(const std::string& file);
