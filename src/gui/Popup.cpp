@@ -71,6 +71,9 @@ void Popup::show() {
 void Popup::hide() {
     ZOLT_TRACE();
     m_visible = false;
+    if (toolkitLost) {
+        return;
+    }
     // The toolkit hands the focus back to the widget that had it before the popup, also when
     // another one has been given it since, as the button for the next step has. Who may not take it
     // is left out.
@@ -111,7 +114,7 @@ bool Popup::hasFocusMovedOn() const {
 
 void Popup::destroy() {
     ZOLT_TRACE();
-    if (m_popup != nullptr) {
+    if (m_popup != nullptr && !toolkitLost) {
         // A deletion that the toolkit puts off must find no way back to this object.
         evas_object_event_callback_del_full(m_popup, EVAS_CALLBACK_KEY_UP, onKeyPress, this);
     }

@@ -50,7 +50,7 @@ SelectionPopup::SelectionPopup(Evas_Object* parent, char const* style, int width
 
 SelectionPopup::~SelectionPopup() {
     ZOLT_TRACE();
-    if (m_focusJob != nullptr) {
+    if (m_focusJob != nullptr && !toolkitLost) {
         ecore_job_del(m_focusJob);
     }
 }

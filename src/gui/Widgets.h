@@ -21,6 +21,12 @@ inline void setTranslatable(Evas_Object* object, char const* part, char const* i
     elm_object_domain_translatable_part_text_set(object, part, textDomain, id);
 }
 
+// Set for good once an exception has left the main loop through the toolkit's own functions. Their
+// records of what they were doing then point into a stack that is gone, and a widget that is still
+// touched can bring the process down before main has told what went wrong. The process ends at once
+// and takes its widgets along.
+inline bool toolkitLost = false;
+
 // Lets the part that holds BUTTON decide its size. A television's toolkit forgets an application's
 // minimum as soon as it has evaluated the button's own; newer ones keep it, and a part cannot be
 // smaller than what it holds.
@@ -41,21 +47,20 @@ inline void watchHandle(Evas_Object*& handle) {
 
 // Ends the watch on HANDLE, whose widget belongs to somebody else, and clears it.
 inline void unwatchHandle(Evas_Object*& handle) {
-    if (handle != nullptr) {
+    if (handle != nullptr && !toolkitLost) {
         evas_object_event_callback_del_full(handle, EVAS_CALLBACK_DEL, forgetHandle, &handle);
-        handle = nullptr;
     }
+    handle = nullptr;
 }
 
 // Deletes the widget of a watched handle, if it is still there, and clears the handle. The toolkit
 // may put the deletion off while it is inside one of the widget's callbacks, so the watch ends
 // first.
 inline void dropHandle(Evas_Object*& handle) {
-    if (handle == nullptr) {
-        return;
+    if (handle != nullptr && !toolkitLost) {
+        evas_object_event_callback_del_full(handle, EVAS_CALLBACK_DEL, forgetHandle, &handle);
+        evas_object_del(handle);
     }
-    evas_object_event_callback_del_full(handle, EVAS_CALLBACK_DEL, forgetHandle, &handle);
-    evas_object_del(handle);
     handle = nullptr;
 }
 

@@ -2,6 +2,7 @@
 // Entry of the process, and its life as the application framework drives it.
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <memory>
 #include <string>
 
@@ -19,6 +20,7 @@
 #include "common/systemcalls/ISystemCalls.h"
 #include "common/systemcalls/SystemCallsFactory.h"
 #include "gui/Controller.h"
+#include "gui/Widgets.h"
 #include "vconf.h"
 
 static const std::string configFilePath = ZOLT_CONFIG_FILE;
@@ -31,6 +33,14 @@ struct _appdata {
     std::unique_ptr<ZOLT::DeviceInfo> deviceInfo;       // made in _create
     std::unique_ptr<ZOLT::ISystemCalls> systemCalls;    // made in _create
     std::unique_ptr<ZOLT::GUI::Controller> controller;  // made in _app_control
+};
+
+// Notes an exception that leaves the main loop, before the screens are deleted on its way.
+struct LoopGuard {
+    LoopGuard() = default;
+    LoopGuard(const LoopGuard&) = delete;
+    LoopGuard& operator=(const LoopGuard&) = delete;
+    ~LoopGuard() { ZOLT::GUI::toolkitLost = std::uncaught_exceptions() > 0; }
 };
 
 // Whether this process has added its one unit to the counter that keeps the screensaver off.
@@ -186,6 +196,7 @@ int main(int argc, char** argv) {
         const ZOLT::ThreadPool threadPool;  // lives as long as the main loop; gets no work here
         ZOLT_LOG(LOG_ID_SYSTEM, DLOG_INFO, "ZOLT GUI application: Starting");
         zolt_set_vconf(true);
+        const LoopGuard loopGuard;
         const int result = ui_app_main(argc, argv, &lifecycle, &appdata);
         if (result != 0) {
             ZOLT_WARN("ui_app_main() is failed, error code = %d", result);
