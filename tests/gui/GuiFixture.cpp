@@ -91,7 +91,6 @@ void GuiFixture::SetUp() {
     ZOLT::GUI::Controller::m_wasLabelRead = false;
     ZOLT::GUI::EventHandler::m_keyUnfocused = false;
     ZOLT::GUI::EventHandler::m_focusState = ZOLT::GUI::FOCUS_STATE_NONE;
-    quitWasAsked();  // of an earlier test
     platform().clearLog();
     platform().clearCalls();
 }
@@ -207,7 +206,15 @@ std::string GuiFixture::groupOf(Evas_Object* layout) {
 
 std::string GuiFixture::iconOf(Evas_Object* button) {
     Evas_Object* icon = partOf(button, "icon");
-    return icon != nullptr ? text(elm_icon_standard_get(icon)) : "none";
+    if (icon == nullptr) {
+        return "none";
+    }
+    // The theme keeps an icon as a group "elm/icon/NAME/default".
+    const char* group = nullptr;
+    elm_image_file_get(icon, nullptr, &group);
+    const std::string path = text(group);
+    const std::string::size_type start = sizeof("elm/icon/") - 1;
+    return path.size() > start ? path.substr(start, path.rfind('/') - start) : "";
 }
 
 std::vector<Evas_Object*> GuiFixture::childrenOf(Evas_Object* layout, const char* part) {
@@ -246,25 +253,28 @@ Box GuiFixture::maximumOf(const Evas_Object* object) {
 }
 
 void GuiFixture::press(Evas_Object* object, const std::string& key) {
-    Evas* canvas = evas_object_evas_get(object);
-    evas_event_feed_key_down(canvas, key.c_str(), key.c_str(), nullptr, nullptr, nextTimestamp(),
-                             nullptr);
-    settle();
-    evas_event_feed_key_up(canvas, key.c_str(), key.c_str(), nullptr, nullptr, nextTimestamp(),
-                           nullptr);
-    settle();
+    keyDown(object, key);
+    keyUp(object, key);
 }
 
 void GuiFixture::keyDown(Evas_Object* object, const std::string& key) {
-    evas_event_feed_key_down(evas_object_evas_get(object), key.c_str(), key.c_str(), nullptr,
-                             nullptr, nextTimestamp(), nullptr);
+    feedKeyDown(object, key);
     settle();
 }
 
 void GuiFixture::keyUp(Evas_Object* object, const std::string& key) {
+    feedKeyUp(object, key);
+    settle();
+}
+
+void GuiFixture::feedKeyDown(Evas_Object* object, const std::string& key) {
+    evas_event_feed_key_down(evas_object_evas_get(object), key.c_str(), key.c_str(), nullptr,
+                             nullptr, nextTimestamp(), nullptr);
+}
+
+void GuiFixture::feedKeyUp(Evas_Object* object, const std::string& key) {
     evas_event_feed_key_up(evas_object_evas_get(object), key.c_str(), key.c_str(), nullptr, nullptr,
                            nextTimestamp(), nullptr);
-    settle();
 }
 
 void GuiFixture::settle() {
@@ -282,19 +292,39 @@ bool GuiFixture::turnUntil(const std::function<bool()>& predicate) {
     return waitUntil(predicate, DEADLINE, [] { ecore_main_loop_iterate(); });
 }
 
-bool GuiFixture::quitWasAsked() {
-    bool turned = false;
-    Ecore_Job* job = ecore_job_add(
-        [](void* data) {
-            *static_cast<bool*>(data) = true;
+bool GuiFixture::endsMainLoop(const std::function<void()>& action) {
+    struct Run {
+        const std::function<void()>& action;
+        bool ranOn = false;
+    } run{action};
+    ecore_job_add([](void* data) { static_cast<Run*>(data)->action(); }, &run);
+    // A loop that was told to end does not come to its timers any more.
+    Ecore_Timer* timer = ecore_timer_add(
+        0.01,
+        [](void* data) -> Eina_Bool {
+            static_cast<Run*>(data)->ranOn = true;
             ecore_main_loop_quit();
+            return ECORE_CALLBACK_RENEW;
         },
-        &turned);
+        &run);
     ecore_main_loop_begin();
-    if (!turned) {
-        ecore_job_del(job);
+    ecore_timer_del(timer);
+    return !run.ranOn;
+}
+
+bool GuiFixture::takesFocus(Evas_Object* widget) {
+    Evas_Object* before = focusedIn(widget);
+    if (before == widget) {
+        return true;
     }
-    return !turned;
+    elm_object_focus_set(widget, EINA_TRUE);
+    settle();
+    const bool taken = focusedIn(widget) == widget;
+    if (before != nullptr) {
+        elm_object_focus_set(before, EINA_TRUE);
+        settle();
+    }
+    return taken;
 }
 
 }  // namespace support

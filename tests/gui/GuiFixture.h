@@ -81,8 +81,13 @@ class GuiFixture : public ::testing::Test {
     static void settle();
     // Turns the main loop until PREDICATE holds; false when the deadline came first.
     static bool turnUntil(const std::function<bool()>& predicate);
-    // Whether the end of the main loop was asked for since the test began.
-    static bool quitWasAsked();
+    // Whether ACTION, called inside a running main loop, ends that loop. ACTION turns no loop.
+    static bool endsMainLoop(const std::function<void()>& action);
+    // Feeds a key to the canvas of OBJECT and turns no loop.
+    static void feedKeyDown(Evas_Object* object, const std::string& key);
+    static void feedKeyUp(Evas_Object* object, const std::string& key);
+    // Tries whether WIDGET takes the focus; the toolkit's own answer counts a button's icon in.
+    static bool takesFocus(Evas_Object* widget);
 
   private:
     void writeConfiguration();
