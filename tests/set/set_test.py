@@ -320,11 +320,15 @@ class Trouble(SetCase):
         self.kill_daemon(walk)
         walk.set.wait_for_log(r"Removing object /zolt/gui", mark)
         daemon = os.path.join(BUILD, "daemon", "zolt-daemon")
-        again = Child("zolt-daemon", [daemon, "--set", walk.set.folder.path],
+        scenario = self.write("again.ini", self.key_file({"daemon": {"events": "1500:5"}}))
+        again = Child("zolt-daemon",
+                      [daemon, "--set", walk.set.folder.path, "--scenario", scenario],
                       env=walk.set.environment(), log=walk.set.folder.file("servers.log"))
         self.addCleanup(again.stop)
-        walk.set.wait_for_log(r"Object /zolt/gui added", mark)
-        walk.press("Escape", r"quitRequested", r"calling Terminate")
+        walk.wait_for(r"Object /zolt/gui added", mark)
+        walk.press("Escape", r"Return on Key Press for Loading Popup")
+        walk.wait_for(r"Called .*showNetworkFailurePopup", mark)
+        walk.press("Return", r"quitRequested", r"calling Terminate")
         walk.end()
         self.assertIsNotNone(walk.set.daemon_log.find(r"call applicationCancelled"))
 
