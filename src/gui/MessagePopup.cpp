@@ -33,6 +33,9 @@ void MessagePopup::setText(char const* text, char const* style) {
     char centred[512] = {};
     std::snprintf(centred, sizeof(centred) - 1, "<align=center>%s</align>",
                   Controller::m_currentLabelText.c_str());
+    // Newer toolkits keep an id beside a plain text: the next change of language would bring the
+    // text back, without markup and limit.
+    setTranslatable(label, nullptr, nullptr);
     elm_object_text_set(label, centred);
     elm_object_content_set(m_popup, label);
     evas_object_show(label);
