@@ -85,6 +85,15 @@ TEST_F(Lifecycle, AnApplicationThatRefusesItsCreationDoesNotRun) {
               (Lines{"create, scale 1.000000", "ui_app_main returned -17760255"}));
 }
 
+TEST_F(Lifecycle, AnApplicationThatEndsBeforeItsFirstLaunchIsNotTerminated) {
+    start({"raise-in-create"});
+    EXPECT_EQ(probe().wait(), 0);
+    const bool launched = testing::Matches(testing::Contains("app control 1"))(said());
+    const bool terminated = testing::Matches(testing::Contains("terminate"))(said());
+    EXPECT_EQ(terminated, launched);
+    EXPECT_EQ(said().back(), "ui_app_main returned 0");
+}
+
 TEST_F(Lifecycle, ExceptionsOfEveryKindOfCallbackReachTheCaller) {
     const std::vector<std::pair<std::string, std::string>> cases = {
         {"throw-create", "caught thrown by create"},

@@ -2,6 +2,7 @@
 // A small application for the tests of the virtual set: reports each callback in the log and does
 // what its arguments ask for.
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -59,12 +60,19 @@ void forget(void* data, Evas*, Evas_Object* window, void*) {
     windows.erase(std::remove(windows.begin(), windows.end(), window), windows.end());
 }
 
+void onFocusIn(void*, Evas_Object*, void*) {
+    say("window focused");
+}
+
 Evas_Object* openWindow(Probe* probe, const char* title) {
     Evas_Object* window = elm_win_util_standard_add("probe", title);
     elm_win_autodel_set(window, EINA_TRUE);
     evas_object_resize(window, 320, 180);
     evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_DOWN, onKey, nullptr);
     evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_UP, onKeyUp, nullptr);
+    if (ecore_x_display_get() != nullptr) {
+        evas_object_smart_callback_add(window, "focus,in", onFocusIn, nullptr);
+    }
     evas_object_event_callback_add(window, EVAS_CALLBACK_DEL, forget, probe);
     evas_object_show(window);
     return window;
@@ -202,6 +210,9 @@ bool create(void* data) {
     if (probe->wants("throw-create")) {
         throw std::runtime_error("thrown by create");
     }
+    if (probe->wants("raise-in-create")) {
+        raise(SIGTERM);
+    }
     return !probe->wants("refuse");
 }
 
@@ -226,6 +237,12 @@ void launch(app_control_h request, void* data) {
         (request != nullptr ? "" : " without"));
     if (probe->wants("throw-launch") || (probe->wants("throw-again") && probe->launches > 1)) {
         throw std::runtime_error("thrown by app control");
+    }
+    if (probe->launches > 1 && probe->wants("replace")) {
+        Evas_Object* old = probe->windows[0];
+        probe->windows.push_back(openWindow(probe, "next"));
+        evas_object_del(old);
+        return;
     }
     if (probe->wants("windows") || probe->wants("window")) {
         probe->windows.push_back(openWindow(probe, "lower"));
