@@ -101,18 +101,14 @@ std::string FlowFixture::describe(const char* part) {
     if (focusedIn(widget) == widget) {
         return text + "*!";
     }
-    // The toolkit's own answer takes the button's icon into account, so that only a trial tells.
-    Evas_Object* const before = focusedIn(widget);
-    elm_object_focus_set(widget, EINA_TRUE);
-    settle();
-    const bool taken = focusedIn(widget) == widget;
-    elm_object_focus_set(before, EINA_TRUE);
-    settle();
-    return taken ? text + "*" : text;
+    return takesFocus(widget) ? text + "*" : text;
 }
 
 bool FlowFixture::waitForFocus(Evas_Object* widget) {
-    return waitFor([widget] { return focusedIn(widget) == widget; });
+    const bool focused =
+        waitFor([widget] { return focusedIn(widget) == widget && geometryOf(widget).width > 0; });
+    settle();
+    return focused;
 }
 
 std::vector<std::string> FlowFixture::offered() {
@@ -156,41 +152,6 @@ bool FlowFixture::waitFor(const std::function<bool()>& predicate) {
 
 std::vector<int> FlowFixture::sounds() {
     return platform().playedPatterns();
-}
-
-bool FlowFixture::endsMainLoop(const std::function<void()>& action) {
-    struct Run {
-        const std::function<void()>& action;
-        bool stillRunning = false;
-        Ecore_Timer* timer = nullptr;
-        std::exception_ptr failure;
-    } run{action, false, nullptr, nullptr};
-    ecore_job_add(
-        [](void* data) {
-            auto* const state = static_cast<Run*>(data);
-            try {
-                state->action();
-            } catch (...) {
-                state->failure = std::current_exception();
-            }
-            state->timer = ecore_timer_add(
-                0.01,
-                [](void* again) -> Eina_Bool {
-                    static_cast<Run*>(again)->stillRunning = true;
-                    ecore_main_loop_quit();
-                    return ECORE_CALLBACK_CANCEL;
-                },
-                data);
-        },
-        &run);
-    ecore_main_loop_begin();
-    if (!run.stillRunning) {
-        ecore_timer_del(run.timer);
-    }
-    if (run.failure) {
-        std::rethrow_exception(run.failure);
-    }
-    return !run.stillRunning;
 }
 
 }  // namespace flow

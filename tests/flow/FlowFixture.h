@@ -62,7 +62,8 @@ class FlowFixture : public support::GuiFixture {
     // "TEXT" of the button in PART, with "*" when it may take the focus and "!" when it has it; ""
     // when there is none.
     std::string describe(const char* part);
-    // A popup gives the focus away only once it has been laid out.
+    // A popup gives the focus away only once it has been laid out, and an arrow finds its way only
+    // among widgets that have their places.
     static bool waitForFocus(Evas_Object* widget);
     // Opens the drop-down, picks the entry NAME and confirms it.
     void choose(const std::string& name);
@@ -78,10 +79,8 @@ class FlowFixture : public support::GuiFixture {
     // Turns both main loops until PREDICATE holds.
     static bool waitFor(const std::function<bool()>& predicate);
 
-    // --- what was heard and what ended
+    // --- what was heard
     std::vector<int> sounds();
-    // Whether ACTION, called inside a running main loop, ends that loop.
-    static bool endsMainLoop(const std::function<void()>& action);
     static std::string labelText() { return ZOLT::GUI::Controller::m_currentLabelText; }
 
     std::unique_ptr<FakeDaemon> m_daemon;
