@@ -252,7 +252,7 @@ const std::map<std::string, Scene>& scenes() {
 }
 
 std::string groupOf(const Scene& scene, bool enlarge) {
-    const std::string group = scene.group;
+    std::string group = scene.group;
     if (!enlarge || !scene.hasEnlarged) {
         return group;
     }
