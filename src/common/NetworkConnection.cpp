@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <map>
+#include <memory>
 #include <stdexcept>
 
 #include "common/Exception.h"
@@ -54,15 +55,10 @@ constexpr ErrorName ERROR_NAMES[] = {
     {CONNECTION_ERROR_OUT_OF_MEMORY, "CONNECTION_ERROR_OUT_OF_MEMORY"},
 };
 
-// Puts the platform's TEXT into *COPY and releases it. False when RESULT or a missing text says
-// that there is none.
-bool takeText(int result, char* text, std::string* copy) {
-    if (result != CONNECTION_ERROR_NONE || text == nullptr) {
-        return false;
-    }
-    *copy = text;
-    std::free(text);
-    return true;
+// The copy of a text of the platform, which is released.
+std::string takeText(char* text) {
+    const std::unique_ptr<char, decltype(&std::free)> owned(text, std::free);
+    return text;
 }
 
 }  // namespace
@@ -176,58 +172,59 @@ connection_type_e NetworkConnection::GetConnectionType() {
 std::string NetworkConnection::GetMacAddress() {
     ZOLT_TRACE();
     char* text = nullptr;
-    std::string address;
-    if (!takeText(connection_get_mac_address(m_Handle, m_ConnectionType, &text), text, &address)) {
+    const int result = connection_get_mac_address(m_Handle, m_ConnectionType, &text);
+    if (result != CONNECTION_ERROR_NONE || text == nullptr) {
         NETWORK_LOG("Error connection_get_mac_address");
+        return "";
     }
-    return address;
+    return takeText(text);
 }
 
 std::string NetworkConnection::GetIPAddress() {
     ZOLT_TRACE();
     char* text = nullptr;
-    std::string address;
-    if (!takeText(connection_get_ip_address(m_Handle, CONNECTION_ADDRESS_FAMILY_IPV4, &text), text,
-                  &address)) {
+    const int result = connection_get_ip_address(m_Handle, CONNECTION_ADDRESS_FAMILY_IPV4, &text);
+    if (result != CONNECTION_ERROR_NONE || text == nullptr) {
         NETWORK_LOG("Error connection_get_ip_address");
+        return "";
     }
-    return address;
+    return takeText(text);
 }
 
 std::string NetworkConnection::GetDNSAddress() {
     ZOLT_TRACE();
     char* text = nullptr;
-    std::string address;
-    if (!takeText(connection_profile_get_dns_address(m_Profile, FIRST_DNS_SERVER,
-                                                     CONNECTION_ADDRESS_FAMILY_IPV4, &text),
-                  text, &address)) {
+    const int result = connection_profile_get_dns_address(m_Profile, FIRST_DNS_SERVER,
+                                                          CONNECTION_ADDRESS_FAMILY_IPV4, &text);
+    if (result != CONNECTION_ERROR_NONE || text == nullptr) {
         NETWORK_LOG("Error connection_profile_get_dns_address");
+        return "";
     }
-    return address;
+    return takeText(text);
 }
 
 std::string NetworkConnection::GetGatewayAddress() {
     ZOLT_TRACE();
     char* text = nullptr;
-    std::string address;
-    if (!takeText(connection_profile_get_gateway_address(m_Profile, CONNECTION_ADDRESS_FAMILY_IPV4,
-                                                         &text),
-                  text, &address)) {
+    const int result =
+        connection_profile_get_gateway_address(m_Profile, CONNECTION_ADDRESS_FAMILY_IPV4, &text);
+    if (result != CONNECTION_ERROR_NONE || text == nullptr) {
         NETWORK_LOG("Error connection_profile_get_gateway_address");
+        return "";
     }
-    return address;
+    return takeText(text);
 }
 
 std::string NetworkConnection::GetSubnetMaskAddress() {
     ZOLT_TRACE();
     char* text = nullptr;
-    std::string mask;
-    if (!takeText(
-            connection_profile_get_subnet_mask(m_Profile, CONNECTION_ADDRESS_FAMILY_IPV4, &text),
-            text, &mask)) {
+    const int result =
+        connection_profile_get_subnet_mask(m_Profile, CONNECTION_ADDRESS_FAMILY_IPV4, &text);
+    if (result != CONNECTION_ERROR_NONE || text == nullptr) {
         NETWORK_LOG("Error connection_profile_get_subnet_mask");
+        return "";
     }
-    return mask;
+    return takeText(text);
 }
 
 connection_ip_config_type_e NetworkConnection::GetIPConfigType() {

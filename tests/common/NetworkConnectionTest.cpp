@@ -1,0 +1,309 @@
+// SPDX-License-Identifier: Apache-2.0
+// What one look at the network connection gives, with and without a network.
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/Exception.h"
+#include "common/NetworkConnection.h"
+#include "support/ScriptedPlatform.h"
+#include "support/TestSupport.h"
+
+using support::Handout;
+using support::Network;
+using support::NetworkProfile;
+using support::ScriptedPlatform;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace ZOLT {
+
+namespace {
+
+template <typename Action>
+std::string thrownBy(Action action) {
+    try {
+        action();
+    } catch (const Exception& exception) {
+        EXPECT_EQ(exception.code(), GENERIC_ERROR);
+        return exception.what();
+    }
+    return "(nothing thrown)";
+}
+
+class NetworkConnectionTest : public testing::Test {
+  protected:
+    void SetUp() override { platform.reset(); }
+
+    // A network of TYPE with profiles of these types.
+    void connect(int type, const std::vector<int>& profileTypes) {
+        Network network;
+        network.type = type;
+        network.profiles.clear();
+        for (const int profileType : profileTypes) {
+            NetworkProfile profile;
+            profile.type = profileType;
+            profile.gateway = "gateway of " + std::to_string(profileType);
+            network.profiles.push_back(profile);
+        }
+        platform.setNetwork(network);
+    }
+
+    // All lines but the traces, which share their buffer and priority with what fails here.
+    std::vector<std::string> failures() const {
+        std::vector<std::string> found;
+        for (const auto& message : platform.messages(LOG_ID_MAIN, DLOG_INFO)) {
+            if (message.rfind("Called ", 0) != 0) {
+                found.push_back(message);
+            }
+        }
+        return found;
+    }
+
+    ScriptedPlatform& platform = ScriptedPlatform::get();
+};
+
+TEST_F(NetworkConnectionTest, GoodConnectionGivesEverything) {
+    NetworkConnection connection;
+    EXPECT_EQ(connection.GetConnectionType(), CONNECTION_TYPE_ETHERNET);
+    EXPECT_EQ(connection.GetMacAddress(), "00:11:22:33:44:55");
+    EXPECT_EQ(connection.GetIPAddress(), "192.168.0.10");
+    EXPECT_EQ(connection.GetDNSAddress(), "192.168.0.2");
+    EXPECT_EQ(connection.GetGatewayAddress(), "192.168.0.1");
+    EXPECT_EQ(connection.GetSubnetMaskAddress(), "255.255.255.0");
+    EXPECT_EQ(connection.GetIPConfigType(), CONNECTION_IP_CONFIG_TYPE_DYNAMIC);
+    EXPECT_THAT(failures(), IsEmpty());
+    EXPECT_THAT(
+        platform.calls(),
+        ElementsAre(
+            "connection_create()", "connection_get_profile_iterator(0)",
+            "connection_profile_iterator_has_next()", "connection_profile_iterator_next()",
+            "connection_profile_get_type()", "connection_get_type()",
+            "connection_get_mac_address(3)", "connection_get_ip_address(0)",
+            "connection_profile_get_dns_address(1, 0)", "connection_profile_get_gateway_address(0)",
+            "connection_profile_get_subnet_mask(0)", "connection_profile_get_ip_config_type(0)"));
+}
+
+TEST_F(NetworkConnectionTest, StaticFormsAskAnObjectOfTheirOwn) {
+    EXPECT_EQ(NetworkConnection::IGetConnectionType(), CONNECTION_TYPE_ETHERNET);
+    EXPECT_EQ(NetworkConnection::IGetMacAddress(), "00:11:22:33:44:55");
+    EXPECT_EQ(NetworkConnection::IGetIPAddress(), "192.168.0.10");
+    EXPECT_EQ(NetworkConnection::IGetDNSAddress(), "192.168.0.2");
+    EXPECT_EQ(NetworkConnection::IGetGatewayAddress(), "192.168.0.1");
+    EXPECT_EQ(NetworkConnection::IGetSubnetMaskAddress(), "255.255.255.0");
+    EXPECT_EQ(NetworkConnection::IGetIPConfigType(), CONNECTION_IP_CONFIG_TYPE_DYNAMIC);
+    EXPECT_EQ(platform.handedOut(Handout::Connection), 7);
+    EXPECT_EQ(platform.outstanding(Handout::Connection), 0);
+}
+
+TEST_F(NetworkConnectionTest, EachObjectLeavesOneIteratorBehind) {
+    NetworkConnection::IGetIPAddress();
+    NetworkConnection::IGetIPAddress();
+    EXPECT_EQ(platform.outstanding(Handout::ProfileIterator), 2);
+    EXPECT_EQ(platform.countCalls("connection_destroy_profile_iterator"), 0);
+}
+
+TEST_F(NetworkConnectionTest, HandleIsDestroyedOnceAndThenForgotten) {
+    {
+        NetworkConnection connection;
+        connection.DestroyHandle();
+        connection.DestroyHandle();
+    }
+    EXPECT_EQ(platform.countCalls("connection_destroy"), 1);
+}
+
+TEST_F(NetworkConnectionTest, LiveConnectionDecidesAndTheProfilesTypeIsNotAsked) {
+    connect(CONNECTION_TYPE_WIFI, {CONNECTION_PROFILE_TYPE_ETHERNET});
+    NetworkConnection connection;
+    EXPECT_EQ(connection.GetConnectionType(), CONNECTION_TYPE_WIFI);
+    // Asked once, by the search for the profile.
+    EXPECT_EQ(platform.countCalls("connection_profile_get_type"), 1);
+}
+
+TEST_F(NetworkConnectionTest, ProfileTellsTheTypeWhileNothingIsConnected) {
+    connect(CONNECTION_TYPE_DISCONNECTED, {CONNECTION_PROFILE_TYPE_ETHERNET});
+    EXPECT_EQ(NetworkConnection::IGetConnectionType(), CONNECTION_TYPE_ETHERNET);
+    connect(CONNECTION_TYPE_DISCONNECTED, {CONNECTION_PROFILE_TYPE_WIFI});
+    EXPECT_EQ(NetworkConnection::IGetConnectionType(), CONNECTION_TYPE_WIFI);
+    EXPECT_THAT(failures(), IsEmpty());
+}
+
+TEST_F(NetworkConnectionTest, LoneCellularProfileIsUsedAndItsTypeFailsWithMapAt) {
+    connect(CONNECTION_TYPE_DISCONNECTED, {CONNECTION_PROFILE_TYPE_CELLULAR});
+    NetworkConnection connection;
+    EXPECT_THAT(failures(), ElementsAre("map::at"));
+    EXPECT_EQ(platform.findLine("map::at")->function, "NetworkConnection");
+    EXPECT_EQ(connection.GetConnectionType(), CONNECTION_TYPE_DISCONNECTED);
+    EXPECT_EQ(connection.GetGatewayAddress(), "gateway of 0");
+    EXPECT_EQ(thrownBy([&] { connection.GetConnectionTypeByProfile(); }), "map::at");
+}
+
+TEST_F(NetworkConnectionTest, FirstSuitableProfileIsTaken) {
+    connect(CONNECTION_TYPE_WIFI, {CONNECTION_PROFILE_TYPE_BT, CONNECTION_PROFILE_TYPE_WIFI,
+                                   CONNECTION_PROFILE_TYPE_ETHERNET});
+    NetworkConnection connection;
+    EXPECT_EQ(connection.GetGatewayAddress(), "gateway of 1");
+}
+
+TEST_F(NetworkConnectionTest, LastProfileStaysWhenNoneIsSuitable) {
+    connect(CONNECTION_TYPE_WIFI, {CONNECTION_PROFILE_TYPE_BT, 4});
+    NetworkConnection connection;
+    EXPECT_EQ(connection.GetGatewayAddress(), "gateway of 4");
+    EXPECT_THAT(failures(), IsEmpty());
+}
+
+TEST_F(NetworkConnectionTest, WithoutAProfileTheConnectionAloneTellsTheType) {
+    connect(CONNECTION_TYPE_WIFI, {});
+    NetworkConnection connection;
+    EXPECT_EQ(connection.GetConnectionType(), CONNECTION_TYPE_WIFI);
+    EXPECT_THAT(failures(), IsEmpty());
+    EXPECT_EQ(connection.GetDNSAddress(), "");
+}
+
+TEST_F(NetworkConnectionTest, WithoutAProfileAndAConnectionTheProfilesTypeFails) {
+    connect(CONNECTION_TYPE_DISCONNECTED, {});
+    NetworkConnection connection;
+    EXPECT_THAT(failures(), ElementsAre("failed getting profile type"));
+    EXPECT_EQ(connection.GetConnectionType(), CONNECTION_TYPE_DISCONNECTED);
+}
+
+TEST_F(NetworkConnectionTest, FailedHandleLeavesAnObjectThatGivesNothing) {
+    platform.answer("connection_create", -38);
+    NetworkConnection connection;
+    EXPECT_THAT(failures(), ElementsAre("Failed to connection_create"));
+    EXPECT_EQ(platform.countCalls("connection_get_profile_iterator"), 0);
+    platform.clearLog();
+    EXPECT_EQ(connection.GetIPAddress(), "");
+    EXPECT_EQ(connection.GetConnectionType(), CONNECTION_TYPE_DISCONNECTED);
+    EXPECT_THAT(failures(), ElementsAre("Error connection_get_ip_address"));
+}
+
+TEST_F(NetworkConnectionTest, ObjectWithoutAHandleDestroysNone) {
+    platform.answer("connection_create", -38);
+    NetworkConnection::IGetIPAddress();
+    EXPECT_EQ(platform.countCalls("connection_destroy"), 0);
+}
+
+TEST_F(NetworkConnectionTest, ConnectionsTypeThatCannotBeReadIsLogged) {
+    platform.answer("connection_get_type", -38);
+    NetworkConnection connection;
+    EXPECT_THAT(failures(), ElementsAre("Failed to get connection type"));
+    EXPECT_EQ(thrownBy([&] { connection.GetConnectionTypeByHandle(); }),
+              "Failed to get connection type");
+}
+
+TEST_F(NetworkConnectionTest, FailureThatIsNoExceptionOfOursIsUnhandled) {
+    platform.whenCalled("connection_get_type", [] { throw 1; });
+    EXPECT_NO_THROW(NetworkConnection());
+    EXPECT_THAT(failures(), ElementsAre("unhandled exception"));
+}
+
+TEST_F(NetworkConnectionTest, IteratorThatCannotBeHadIsLoggedWhereItFailsAndWhereItEnds) {
+    platform.answer("connection_get_profile_iterator", -38);
+    NetworkConnection connection;
+    EXPECT_THAT(failures(),
+                ElementsAre("Failed to Get Profile iterator", "Failed to Get Profile iterator"));
+    EXPECT_EQ(platform.findLine("Failed to Get Profile iterator")->function, "FindProfile");
+}
+
+TEST_F(NetworkConnectionTest, IteratorIsDestroyedWhenItCannotGoOn) {
+    platform.answer("connection_profile_iterator_next", -38);
+    NetworkConnection connection;
+    EXPECT_THAT(failures(),
+                ElementsAre("Failed to Get Profile iterator", "Failed to Get Profile iterator"));
+    EXPECT_EQ(platform.outstanding(Handout::ProfileIterator), 0);
+}
+
+TEST_F(NetworkConnectionTest, IteratorIsDestroyedWhenAProfileHasNoType) {
+    platform.answer("connection_profile_get_type", -38);
+    NetworkConnection connection;
+    EXPECT_THAT(failures(), ElementsAre("Error : connection_profile_get_type",
+                                        "Error : connection_profile_get_type"));
+    EXPECT_EQ(platform.outstanding(Handout::ProfileIterator), 0);
+}
+
+TEST_F(NetworkConnectionTest, GetterThatFailsLogsItsLineAndGivesNothing) {
+    using Getter = std::string (NetworkConnection::*)();
+    const std::pair<const char*, Getter> getters[] = {
+        {"connection_get_mac_address", &NetworkConnection::GetMacAddress},
+        {"connection_get_ip_address", &NetworkConnection::GetIPAddress},
+        {"connection_profile_get_dns_address", &NetworkConnection::GetDNSAddress},
+        {"connection_profile_get_gateway_address", &NetworkConnection::GetGatewayAddress},
+        {"connection_profile_get_subnet_mask", &NetworkConnection::GetSubnetMaskAddress},
+    };
+    NetworkConnection connection;
+    for (const auto& [function, getter] : getters) {
+        platform.answer(function, -38);
+        platform.clearLog();
+        EXPECT_EQ((connection.*getter)(), "");
+        EXPECT_THAT(failures(), ElementsAre(std::string("Error ") + function));
+    }
+}
+
+TEST_F(NetworkConnectionTest, ConfigurationThatCannotBeReadIsNoneWithoutALine) {
+    platform.answer("connection_profile_get_ip_config_type", -38);
+    EXPECT_EQ(NetworkConnection::IGetIPConfigType(), CONNECTION_IP_CONFIG_TYPE_NONE);
+    EXPECT_THAT(failures(), IsEmpty());
+}
+
+using NetworkConnectionDeathTest = NetworkConnectionTest;
+
+TEST_F(NetworkConnectionDeathTest, MissingPlaceForTheProfileEndsTheProcess) {
+    // The process that dies starts anew and shows its log on standard error.
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    const support::ScopedEnvironment echo("ZOLT_ECHO_LOG", "1");
+    EXPECT_DEATH(
+        {
+            connect(CONNECTION_TYPE_WIFI, {});
+            NetworkConnection connection;
+            connection.FindProfile(nullptr);
+        },
+        "Error : m_Profile is not set.*0 && \"m_Profile is not set\"");
+}
+
+TEST_F(NetworkConnectionTest, EveryErrorOfThePlatformHasItsName) {
+    const std::pair<int, const char*> errors[] = {
+        {0, "CONNECTION_ERROR_NONE"},
+        {-29425663, "CONNECTION_ERROR_OPERATION_FAILED"},
+        {-29425662, "CONNECTION_ERROR_ITERATOR_END"},
+        {-29425661, "CONNECTION_ERROR_NO_CONNECTION"},
+        {-29425660, "CONNECTION_ERROR_ALREADY_EXISTS"},
+        {-29425659, "CONNECTION_ERROR_OPERATION_ABORTED"},
+        {-29425658, "CONNECTION_ERROR_DHCP_FAILED"},
+        {-29425657, "CONNECTION_ERROR_INVALID_KEY"},
+        {-29425656, "CONNECTION_ERROR_NO_REPLY"},
+        {-29425655, "CONNECTION_ERROR_NO_KEYWORD"},
+        {-29425654, "CONNECTION_ERROR_TCP_RST"},
+        {-29425653, "CONNECTION_ERROR_TCP_SYN_TIMEOUT"},
+        {-29425652, "CONNECTION_ERROR_NETWORK_MONITOR_FAILURE"},
+        {-29425651, "CONNECTION_ERROR_OFFLINE"},
+        {-29425650, "CONNECTION_ERROR_INVALID_GATEWAY"},
+        {-29425649, "CONNECTION_ERROR_INVALID_MACADDRESS"},
+        {-115, "CONNECTION_ERROR_NOW_IN_PROGRESS"},
+        {-22, "CONNECTION_ERROR_INVALID_PARAMETER"},
+        {-97, "CONNECTION_ERROR_ADDRESS_FAMILY_NOT_SUPPORTED"},
+        {-38, "CONNECTION_ERROR_INVALID_OPERATION"},
+        {-12, "CONNECTION_ERROR_OUT_OF_MEMORY"},
+    };
+    for (const auto& [error, name] : errors) {
+        platform.clearLog();
+        NetworkConnection::PrintConnectionError(error);
+        EXPECT_THAT(failures(), ElementsAre(std::string("Connection Error : ") + name + " \n"));
+    }
+}
+
+TEST_F(NetworkConnectionTest, AnyOtherErrorIsUndefined) {
+    for (const int error : {1, -1, -29425648}) {
+        platform.clearLog();
+        NetworkConnection::PrintConnectionError(error);
+        EXPECT_THAT(failures(), ElementsAre("Undefined Connection Error \n"));
+    }
+    EXPECT_THAT(platform.calls(), IsEmpty());
+}
+
+}  // namespace
+
+}  // namespace ZOLT
