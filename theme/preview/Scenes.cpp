@@ -57,10 +57,11 @@ void waiting(Stage& stage) {
                                                  "SID_PLEASE_WAIT_DOT_KR_DIFF");
 }
 
-void append(Stage& stage, const char* part, const std::string& text, const char* style) {
+Evas_Object* append(Stage& stage, const char* part, const std::string& text, const char* style) {
     Evas_Object* label = stage.label(stage.layout(), text, style);
     elm_layout_box_append(stage.layout(), part, label);
     evas_object_show(label);
+    return label;
 }
 
 void pinWith(Stage& stage, const std::string& registration) {
@@ -87,7 +88,8 @@ void pinWith(Stage& stage, const std::string& registration) {
 
 void shopList(Stage& stage, const std::string& level, const std::string& chosen) {
     append(stage, "selectText", "TV_SID_SELECT_M_MSG", "subHeadingStyle");
-    append(stage, "selectText", " ", "subHeadingStyle");
+    evas_object_size_hint_padding_set(append(stage, "selectText", " ", "subHeadingStyle"), 5, 5, 0,
+                                      0);
     append(stage, "selectText", level, "subHeadingStyle");
     if (!chosen.empty()) {
         elm_object_part_text_set(stage.layout(), stage.look().mirrored ? "shopname" : "shop1",
