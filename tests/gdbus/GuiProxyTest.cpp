@@ -231,6 +231,17 @@ TEST_F(GuiProxyAttached, AShopListThatIsEmptyOrTheWordNullIsAFailure) {
     }
 }
 
+TEST_F(GuiProxyAttached, AReplyThatCarriesNoStringAtAllIsAnEmptyShopList) {
+    // Without its description the proxy lets a reply of any type through.
+    ZOLTGUI* attached = attachedProxy();
+    g_dbus_proxy_set_interface_info(G_DBUS_PROXY(attached), nullptr);
+    g_object_unref(attached);
+    service->answer("getShopInfoList", "()");
+    EXPECT_EQ(failureOf([&] { proxy->getShopInfoList(); }), "Shop list is empty ");
+    service->answer("getRegisteredShopInfo", "()");
+    EXPECT_EQ(proxy->getRegisteredShopInfo(), "");
+}
+
 TEST_F(GuiProxyAttached, AShopListThatMerelyBeginsWithNullIsADocument) {
     for (const std::string reply : {"nullify", "null ", "nul", "Null"}) {
         service->answer("getShopInfoList", "('" + reply + "',)");
@@ -396,6 +407,16 @@ TEST_F(GuiProxyAttached, TheEndOfTheProxyDisconnectsTheSignal) {
     service->sendEvent(0, 1);
     settle(*service);
     EXPECT_EQ(events, Events{});
+    g_object_unref(attached);
+}
+
+TEST_F(GuiProxyAttached, TheInterfaceOutlivesTheRemovalOfItsObject) {
+    ZOLTGUI* attached = attachedProxy();
+    service->remove("/zolt/gui", GUI_INTERFACE);
+    EXPECT_TRUE(turnUntil([&] { return logged(REMOVED); }));
+    EXPECT_EQ(handlersOf(attached), 0U);
+    settle(*service);
+    EXPECT_GE(G_OBJECT(attached)->ref_count, 2U);
     g_object_unref(attached);
 }
 

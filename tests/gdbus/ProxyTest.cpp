@@ -272,12 +272,26 @@ TEST_F(ProxyWithoutBus, AFailedSubscriptionMayBeTriedAgainAndUsesUpNoId) {
     });
 }
 
+// Counts GLib's complaints about calls on a null instance; the rest of its log is dropped.
+GLogWriterOutput countComplaint(GLogLevelFlags level, const GLogField* /*fields*/, gsize /*count*/,
+                                gpointer data) {
+    *static_cast<int*>(data) += (level & G_LOG_LEVEL_CRITICAL) != 0 ? 1 : 0;
+    return G_LOG_WRITER_HANDLED;
+}
+
 TEST_F(ProxyWithoutBus, EndingASubscriptionThatNeverWasLeavesTheProcessRunning) {
     IN_OWN_PROCESS({
         const support::ScopedEnvironment address("DBUS_SYSTEM_BUS_ADDRESS", UNREACHABLE);
+        int complaints = 0;
+        g_log_set_writer_func(countComplaint, &complaints, nullptr);
         Proxy::unregister(-1);
+        EXPECT_EQ(complaints, 1) << "the absent manager is released";
         const Subscriber failed;
+        EXPECT_EQ(complaints, 4) << "three handlers are connected to it";
         Proxy::unregister(-1);
+        EXPECT_EQ(complaints, 8) << "they are disconnected, and it is released";
+        Proxy::unregister(-1);
+        EXPECT_EQ(complaints, 9) << "their ids are forgotten";
     });
 }
 
