@@ -7,19 +7,22 @@
 namespace standin {
 namespace {
 
-const option OPTIONS[] = {{"set", required_argument, nullptr, 's'},
-                          {"scenario", required_argument, nullptr, 'c'},
-                          {"help", no_argument, nullptr, 'h'},
-                          {"version", no_argument, nullptr, 'v'},
-                          {nullptr, 0, nullptr, 0}};
+const option OPTIONS[] = {
+    {"set", required_argument, nullptr, 's'}, {"scenario", required_argument, nullptr, 'c'},
+    {"check", no_argument, nullptr, 'k'},     {"help", no_argument, nullptr, 'h'},
+    {"version", no_argument, nullptr, 'v'},   {nullptr, 0, nullptr, 0}};
 
-void apply(Options& options, int found, char** argv) {
+// FOUND is what the scan said about the argument WORD.
+void apply(Options& options, int found, const std::string& word) {
     switch (found) {
         case 's':
             options.setFolder = optarg;
             break;
         case 'c':
             options.scenarioFile = optarg;
+            break;
+        case 'k':
+            options.checkOnly = true;
             break;
         case 'h':
             options.showHelp = true;
@@ -28,9 +31,9 @@ void apply(Options& options, int found, char** argv) {
             options.showVersion = true;
             break;
         case ':':
-            throw UsageError(std::string(argv[optind - 1]) + " needs a value");
+            throw UsageError(word + " needs a value");
         default:
-            throw UsageError(std::string("unknown option: ") + argv[optind - 1]);
+            throw UsageError("unknown option: " + word);
     }
 }
 
@@ -40,8 +43,10 @@ Options parseOptions(int argc, char** argv) {
     Options options;
     opterr = 0;
     optind = 0;  // starts the scan anew, also on a second call
-    for (int found = 0; (found = getopt_long(argc, argv, ":", OPTIONS, nullptr)) != -1;) {
-        apply(options, found, argv);
+    // The plus sign keeps the arguments in their order, so that WORD is the one that was looked at.
+    for (int word = 1, found = 0; (found = getopt_long(argc, argv, "+:", OPTIONS, nullptr)) != -1;
+         word = optind) {
+        apply(options, found, argv[word]);
     }
     if (optind < argc) {
         throw UsageError(std::string("unexpected argument: ") + argv[optind]);
@@ -53,11 +58,12 @@ Options parseOptions(int argc, char** argv) {
 }
 
 std::string helpText() {
-    return "Usage: zolt-daemon --set DIR [--scenario FILE]\n"
+    return "Usage: zolt-daemon --set DIR [--scenario FILE] [--check]\n"
            "Plays the content service's daemon for the set that lives in DIR.\n"
            "\n"
            "  --set DIR        the set's folder, with its config.xml\n"
            "  --scenario FILE  the course to play; else DIR/scenario.ini, else the ordinary one\n"
+           "  --check          read both, say what is wrong with them, and exit\n"
            "  --version        print the version and exit\n"
            "  --help           print this text and exit\n";
 }

@@ -15,6 +15,7 @@ struct UsageError : std::runtime_error {
 struct Options {
     std::string setFolder;     // --set
     std::string scenarioFile;  // --scenario, empty if not given
+    bool checkOnly = false;    // --check
     bool showHelp = false;
     bool showVersion = false;
 };

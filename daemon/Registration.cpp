@@ -39,21 +39,40 @@ bool Registration::exists() const {
 }
 
 std::string Registration::document() const {
-    return exists() ? readText(m_set.documentFile) : "null";
+    if (!exists()) {
+        return "null";
+    }
+    std::string text = readText(m_set.documentFile);
+    if (g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr) == FALSE) {
+        throw std::runtime_error(m_set.documentFile + " is not UTF-8");
+    }
+    return text;
 }
 
 void Registration::store(const std::string& document) const {
-    writeText(m_set.documentFile, document);
-    if (m_set.documentCopy != m_set.documentFile) {
-        writeText(m_set.documentCopy, document);
+    try {
+        writeText(m_set.documentFile, document);
+        if (m_set.documentCopy != m_set.documentFile) {
+            writeText(m_set.documentCopy, document);
+        }
+        writeText(m_set.registrationFile, "registered\n");
+    } catch (const std::runtime_error&) {
+        for (const std::string& path : files()) {
+            g_unlink(path.c_str());
+        }
+        throw;
     }
-    writeText(m_set.registrationFile, "registered\n");
 }
 
 void Registration::remove() const {
-    removeFile(m_set.registrationFile);
-    removeFile(m_set.documentFile);
-    removeFile(m_set.documentCopy);
+    for (const std::string& path : files()) {
+        removeFile(path);
+    }
+}
+
+// The registration file first: without it the set counts as free, whatever else is left.
+std::vector<std::string> Registration::files() const {
+    return {m_set.registrationFile, m_set.documentFile, m_set.documentCopy};
 }
 
 }  // namespace standin

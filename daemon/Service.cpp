@@ -40,7 +40,8 @@ Service::Service(GDBusConnection* connection, const Scenario& scenario,
       m_registration(registration),
       m_journal(journal),
       m_manager(g_dbus_object_manager_server_new(MANAGER_PATH)),
-      m_gui(zolt_gui_skeleton_new()) {
+      m_gui(zolt_gui_skeleton_new()),
+      m_served(scenario.shopList) {
     for (const char* handler : HANDLERS) {
         g_signal_connect(m_gui, handler, G_CALLBACK(onCall), this);
     }
@@ -103,7 +104,7 @@ void Service::answer(const Call& call) {
         return;
     }
     if (call.method.name == std::string("requestRegistrationShopInfo")) {
-        const auto fault = registrationFault(call.document, m_scenario.shopList);
+        const auto fault = registrationFault(call.document, m_served);
         if (fault) {
             refuse(call, INVALID_DOCUMENT, "The registration document is refused: " + *fault);
             return;
@@ -131,6 +132,9 @@ void Service::replyText(const Call& call, const std::string& text) {
     // A shop list may have megabytes; its size is enough for a reader of the journal.
     const bool isList = call.method.name == std::string("getShopInfoList");
     const std::string shown = isList ? std::to_string(text.size()) : text;
+    if (isList) {
+        m_served = text;
+    }
     m_journal.write("reply", std::string(call.method.name) + " " + shown);
     g_dbus_method_invocation_return_value(call.invocation, g_variant_new("(s)", text.c_str()));
 }
@@ -157,11 +161,19 @@ void Service::refuse(const Call& call, const std::string& error, const std::stri
     g_dbus_method_invocation_return_dbus_error(call.invocation, error.c_str(), message.c_str());
 }
 
-std::string Service::textFor(const std::string& method) const {
+std::string Service::textFor(const std::string& method) {
     if (method == "getPincode") {
         return m_scenario.pincode;
     }
-    return method == "getShopInfoList" ? m_scenario.shopList : m_registration.document();
+    if (method == "getShopInfoList") {
+        return m_scenario.shopList;
+    }
+    try {
+        return m_registration.document();
+    } catch (const std::runtime_error& error) {
+        m_journal.write("fault", error.what());
+        return "null";
+    }
 }
 
 bool Service::truthFor(const std::string& method) const {

@@ -48,7 +48,7 @@ class Service {
     void replyWrongType(const Call& call);
     void refuse(const Call& call, const std::string& error, const std::string& message);
 
-    std::string textFor(const std::string& method) const;
+    std::string textFor(const std::string& method);
     bool truthFor(const std::string& method) const;
 
     // What a taken call leads to.
@@ -66,6 +66,9 @@ class Service {
     Journal& m_journal;
     GDBusObjectManagerServer* m_manager;  // one reference, released in the destructor
     ZOLTGUI* m_gui;                       // likewise
+    // What the last getShopInfoList replied, and before the first one the scenario's list: that is
+    // what a registration has to fit.
+    std::string m_served;
     // Whether the PIN has been verified: the shop list then comes from the server and not from a
     // set in the local network.
     bool m_pincodeVerified = false;

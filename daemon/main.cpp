@@ -87,6 +87,9 @@ std::string shopListFolder() {
 int play(const standin::Options& options) {
     const standin::SetFolder set = standin::openSetFolder(options.setFolder, options.scenarioFile);
     const standin::Scenario scenario = standin::loadScenario(set.scenarioFile, shopListFolder());
+    if (options.checkOnly) {
+        return 0;
+    }
     standin::Journal journal(set.journalFile);
     GDBusConnection* connection = connectToBus();
     Run run{g_main_loop_new(nullptr, FALSE), journal};
@@ -101,6 +104,8 @@ int play(const standin::Options& options) {
                                                          onNameAcquired, onNameLost, &run, nullptr);
         g_main_loop_run(run.loop);
         if (g_dbus_connection_is_closed(connection) == FALSE) {
+            // What the journal tells has to reach the bus, too.
+            g_dbus_connection_flush_sync(connection, nullptr, nullptr);
             g_bus_unown_name(owner);
         }
         g_signal_handlers_disconnect_by_data(connection, &run);

@@ -228,6 +228,44 @@ TEST_F(DaemonProcess, RefusesAWrongDocumentWithItsOwnErrorAndKeepsNothing) {
     EXPECT_EQ(client->events, (Events{{0, 3}})) << "no event followed the wrong one";
 }
 
+TEST_F(DaemonProcess, TakesARegistrationFromTheListThatItServedLast) {
+    const support::TemporaryFolder lists;
+    const std::string list =
+        lists.write("list.xml",
+                    "<rsp stat=\"ok\"><list level=\"1\" name=\"Chain\" is_fix=\"Y\" is_sub=\"Y\">"
+                    "<sub_list name=\"Orchard TV Centre\" code=\"03\"/></list>"
+                    "<list level=\"2\" name=\"Shop\" is_fix=\"Y\" is_sub=\"N\">"
+                    "<sub_list name=\"Marble Arch\" code=\"0301\"/></list></rsp>");
+    start("[daemon]\nshops=one-shop\ndelay=1\n[getShopInfoList]\nfirst=1\nreply-file=" + list +
+          "\n");
+    const std::string refusal = client->registerShop(DOCUMENT);
+    EXPECT_NE(refusal.find("InvalidDocument"), std::string::npos) << "nothing was served yet";
+    EXPECT_NE(client->call(zolt_gui_call_get_shop_info_list_sync).find("Marble Arch"),
+              std::string::npos);
+    EXPECT_EQ(client->registerShop(DOCUMENT), "");
+    ASSERT_TRUE(client->waitForEvents(1));
+    EXPECT_NE(client->call(zolt_gui_call_get_shop_info_list_sync).find("Harbour Electric"),
+              std::string::npos);
+    EXPECT_EQ(client->registerShop(DOCUMENT), refusal);
+}
+
+TEST_F(DaemonProcess, KeepsNothingOfARegistrationThatItCannotWriteWhole) {
+    start("[daemon]\nshops=two-levels\ndelay=1\n");
+    daemon->folder().write("data/registered/in-the-way", "");
+    EXPECT_EQ(client->registerShop(DOCUMENT), "");
+    ASSERT_TRUE(client->waitForEvents(1));
+    EXPECT_EQ(client->events, (Events{{1, 5}}));
+    EXPECT_EQ(client->call(zolt_gui_call_check_shop_registration_sync), "no");
+    EXPECT_FALSE(support::fileExists(dataFile("registered.xml")));
+}
+
+TEST_F(DaemonProcess, HasNoShopToTellWhenTheDocumentKeptIsNoText) {
+    start(FAST);
+    daemon->folder().write("data/registered.xml", "caf\xe9");
+    EXPECT_EQ(client->call(zolt_gui_call_get_registered_shop_info_sync), "null");
+    EXPECT_EQ(daemon->count("fault " + dataFile("registered.xml") + " is not UTF-8"), 1);
+}
+
 TEST_F(DaemonProcess, TellsARegistrationThatItCannotWriteAsAnUnstableNetwork) {
     daemon = std::make_unique<StandInDaemon>("[daemon]\nshops=two-levels\ndelay=1\n");
     daemon->folder().write("config.xml",
@@ -490,6 +528,10 @@ TEST(DaemonCommandLine, AMistakeIsOneLineAndStatusTwo) {
         {{}, "--set DIR is missing"},
         {{"--set"}, "--set needs a value"},
         {{"--sit", folder}, "unknown option: --sit"},
+        {{"-set", folder}, "unknown option: -set"},
+        {{"more", "--sit"}, "unexpected argument: more"},
+        {{"--set", folder, "--check", "--scenario", "/nonexistent.ini"},
+         "no such scenario: /nonexistent.ini"},
         {{"--set", folder, "more"}, "unexpected argument: more"},
         {{"--set", "/nonexistent/set"}, "no such folder: /nonexistent/set"},
         {{"--set", empty.path()}, "no configuration: " + empty.file("config.xml")},
@@ -505,6 +547,21 @@ TEST(DaemonCommandLine, AMistakeIsOneLineAndStatusTwo) {
         EXPECT_EQ(result.status, 2) << entry.line;
         EXPECT_EQ(result.errors, "zolt-daemon: " + entry.line + "\n");
     }
+}
+
+TEST(DaemonCommandLine, ACheckNeedsNoBusAndLeavesNothingBehind) {
+    const StandInDaemon set(FAST);
+    support::ProgramOptions options;
+    options.environment["DBUS_SYSTEM_BUS_ADDRESS"] = "unix:path=/nonexistent/bus";
+    const std::vector<std::string> check = {ZOLT_DAEMON_PROGRAM, "--set", set.folder().path(),
+                                            "--check"};
+    EXPECT_EQ(support::runProgram(check, options).status, 0);
+    EXPECT_FALSE(support::fileExists(set.folder().file("daemon.log")));
+    set.setScenario("[daemon]\ndelay=soon\n");
+    const auto wrong = support::runProgram(check, options);
+    EXPECT_EQ(wrong.status, 2);
+    EXPECT_EQ(wrong.errors, "zolt-daemon: " + set.folder().file("scenario.ini") +
+                                ": [daemon] delay: \"soon\" is not a number\n");
 }
 
 TEST_F(DaemonProcess, AScenarioOnTheCommandLineGoesBeforeTheSetsOwn) {

@@ -44,6 +44,16 @@ TEST(RegistrationDocument, AnEntryAtTheTopAloneIsRight) {
               "");
 }
 
+TEST(RegistrationDocument, ACodeAtTheTopMayHaveAnyLength) {
+    const std::string served = document(level(COUNTRY, "<sub_list name=\"Malta\" code=\"M\"/>") +
+                                        level("level=\"2\" name=\"City\" is_fix=\"N\" is_sub=\"Y\"",
+                                              "<sub_list name=\"Valletta\" code=\"M01\"/>"));
+    EXPECT_EQ(registrationFault(document(level(COUNTRY, "<sub_list name=\"Malta\" code=\"M\"/>") +
+                                         level(CITY, "<sub_list name=\"Valletta\" code=\"M01\"/>")),
+                                served),
+              std::nullopt);
+}
+
 TEST(RegistrationDocument, EveryDepartureIsNamed) {
     struct Case {
         std::string text;
