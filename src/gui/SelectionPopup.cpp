@@ -115,6 +115,17 @@ void SelectionPopup::show() {
     }
     evas_object_show(m_background);
     evas_object_show(m_popup);
+    returnToSelection();
+}
+
+void SelectionPopup::returnToSelection() {
+    if (m_selectedItem == nullptr) {
+        return;
+    }
+    if (m_selectedItem == m_previousItem) {
+        elm_scroller_region_show(m_list, m_region.x, m_region.y, m_region.width, m_region.height);
+    }
+    elm_object_item_focus_set(m_selectedItem, EINA_TRUE);
 }
 
 void SelectionPopup::setText(char const* /*text*/, char const* /*style*/) {

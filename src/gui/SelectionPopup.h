@@ -59,6 +59,10 @@ class SelectionPopup : public Popup {
     static void onRowDrawn(void* data, Evas_Object* list, void* item);
     static void focusFirstRow(void* data);
 
+    // Newer toolkits give a popup that comes into sight a focus of their own choice, and the list
+    // follows to the row that they choose: puts both back to the picked row.
+    void returnToSelection();
+
     Ecore_Job* m_focusJob;  // deleted here, or by itself once it has run
 };
 

@@ -6,9 +6,11 @@
 #include <clocale>
 #include <cstdlib>
 
+#include <Efreet.h>
 #include <libintl.h>
 
 #include <Ecore.h>
+#include <Ecore_Evas.h>
 
 #include "common/ZoltConfig.h"
 #include "gui/Controller.h"
@@ -37,7 +39,13 @@ class Toolkit : public ::testing::Environment {
         setenv("EINA_LOG_LEVEL", "0", 0);
         setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent", 1);
         setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent", 1);
+        // Its index of installed applications would be made by a helper process that outlives us.
+        efreet_cache_disable();
         elm_init(0, nullptr);
+        // As on a set: a list that has the focus shows it on a row, and only OK selects.
+        elm_config_focus_move_policy_set(ELM_FOCUS_MOVE_POLICY_KEY_ONLY);
+        elm_config_first_item_focus_on_first_focusin_set(EINA_TRUE);
+        elm_config_item_select_on_focus_disabled_set(EINA_TRUE);
         // Icons come from the theme alone: a search of the desktop's would start helper processes.
         elm_config_icon_theme_set("_Elementary_Icon_Theme");
         elm_theme_overlay_add(nullptr, (std::string(ZOLT_TEST_THEME_FOLDER) + "/gui.edj").c_str());
@@ -252,6 +260,15 @@ Box GuiFixture::maximumOf(const Evas_Object* object) {
     return box;
 }
 
+void GuiFixture::activate(const Screen& screen) {
+    // A window of the buffer engine has the keyboard from the start and never tells its widgets.
+    Ecore_Evas* window = ecore_evas_ecore_evas_get(evas_object_evas_get(windowOf(screen)));
+    ecore_evas_focus_set(window, EINA_FALSE);
+    settle();
+    ecore_evas_focus_set(window, EINA_TRUE);
+    settle();
+}
+
 void GuiFixture::press(Evas_Object* object, const std::string& key) {
     keyDown(object, key);
     keyUp(object, key);
@@ -286,6 +303,21 @@ void GuiFixture::settle() {
             ecore_main_loop_iterate();
         }
     }
+}
+
+void GuiFixture::draw(Evas_Object* object) {
+    Evas* canvas = evas_object_evas_get(object);
+    int frames = 0;
+    const Evas_Event_Cb count = [](void* data, Evas* /*canvas*/, void* /*eventInfo*/) {
+        ++*static_cast<int*>(data);
+    };
+    evas_event_callback_add(canvas, EVAS_CALLBACK_RENDER_POST, count, &frames);
+    for (int wanted = 1; wanted <= 2; ++wanted) {
+        evas_damage_rectangle_add(canvas, 0, 0, 1, 1);
+        EXPECT_TRUE(turnUntil([&] { return frames >= wanted; }));
+        settle();
+    }
+    evas_event_callback_del_full(canvas, EVAS_CALLBACK_RENDER_POST, count, &frames);
 }
 
 bool GuiFixture::turnUntil(const std::function<bool()>& predicate) {

@@ -73,12 +73,16 @@ class GuiFixture : public ::testing::Test {
     static Box maximumOf(const Evas_Object* object);
 
     // --- doing
+    // Gives the window of SCREEN, which is shown, the keyboard.
+    static void activate(const ZOLT::GUI::Screen& screen);
     // Presses and releases a key on the canvas of OBJECT and lets the main loop settle.
     static void press(Evas_Object* object, const std::string& key);
     static void keyDown(Evas_Object* object, const std::string& key);
     static void keyUp(Evas_Object* object, const std::string& key);
     // Turns the main loop until nothing is left to do at once.
     static void settle();
+    // Lets the canvas of OBJECT draw two frames: a list makes its rows only for a frame.
+    static void draw(Evas_Object* object);
     // Turns the main loop until PREDICATE holds; false when the deadline came first.
     static bool turnUntil(const std::function<bool()>& predicate);
     // Whether ACTION, called inside a running main loop, ends that loop. ACTION turns no loop.

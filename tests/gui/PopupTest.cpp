@@ -139,6 +139,7 @@ TEST_F(PopupTest, AButtonCanBeGivenTheFocusAndDeniedIt) {
     addOk(*popup);
     addOk(*popup);
     m_screen->show();
+    activate(*m_screen);
     popup->show();
     popup->focusButton("button2");
     EXPECT_TRUE(turnUntil([&] { return focusedIn(widgetOf(*popup)) == buttonOf(*popup, 2); }));
@@ -157,6 +158,7 @@ TEST_F(PopupTest, BlockingTakesAllButtonsOutOfReach) {
     addOk(*popup);
     addOk(*popup);
     m_screen->show();
+    activate(*m_screen);
     popup->show();
     popup->focusButton("button1");
     settle();
@@ -226,6 +228,7 @@ TEST_F(PopupTest, ATimeoutOfNothingIsHandedOnAsItIs) {
 TEST_F(PopupTest, TheReturnKeyOnALoadingPopupIsLoggedAndThePopupStays) {
     auto* screen = m_screen.release();
     const support::ShownScreen flow(screen);
+    activate(*screen);
     Popup* popup = screen->addLoadingPopup("SID_ANY");
     popup->show();
     settle();
@@ -241,6 +244,7 @@ TEST_F(PopupTest, TheReturnKeyOnALoadingPopupIsLoggedAndThePopupStays) {
 TEST_F(PopupTest, TheReturnKeyOnAMessagePopupHidesItOnceWhenTheKeyComesUp) {
     auto* screen = m_screen.release();
     const support::ShownScreen flow(screen);
+    activate(*screen);
     Popup* popup = screen->addDeregistrationPopup();
     popup->show();
     popup->focusButton("button1");
@@ -258,6 +262,7 @@ TEST_F(PopupTest, TheReturnKeyOnAMessagePopupHidesItOnceWhenTheKeyComesUp) {
 TEST_F(PopupTest, OtherKeysOnAPopupAreIgnored) {
     auto* screen = m_screen.release();
     const support::ShownScreen flow(screen);
+    activate(*screen);
     Popup* popup = screen->addDeregistrationPopup();
     popup->show();
     for (const char* key : {"XF86Close", "Down", "Return"}) {
@@ -282,7 +287,7 @@ TEST_F(PopupTest, AKeyWithoutItsEventIsLoggedAndHasNoOtherEffect) {
 
 TEST_F(PopupTest, AHiddenPopupGivesTheFocusBackToWhatHadIt) {
     m_screen->show();
-    settle();
+    activate(*m_screen);
     Evas_Object* before = partOf(layoutOf(*m_screen), "deregBtn");
     elm_object_focus_set(before, EINA_TRUE);
     settle();

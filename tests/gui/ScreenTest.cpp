@@ -39,11 +39,6 @@ class ScreenTest : public support::GuiFixture {
     static std::string windowTitle(const Screen& screen) {
         return elm_win_title_get(windowOf(screen));
     }
-    // A window hears keys itself when nothing in it has the focus.
-    static void focusWindow(const Screen& screen) {
-        evas_object_focus_set(windowOf(screen), EINA_TRUE);
-        settle();
-    }
 };
 
 void noteCall(void* data, Evas_Object* /*object*/, void* /*eventInfo*/) {
@@ -305,7 +300,7 @@ TEST_F(ScreenTest, AKeyThatCannotBeGrabbedIsLoggedAndTheNextOnesAreTried) {
 TEST_F(ScreenTest, TheReturnKeyOnTheWindowQuits) {
     PlainScreen screen;
     screen.show();
-    focusWindow(screen);
+    activate(screen);
     EXPECT_TRUE(endsMainLoop([&screen] { feedKeyDown(windowOf(screen), "XF86Back"); }));
     EXPECT_EQ(1, entered("quitRequested"));
 }
@@ -313,7 +308,7 @@ TEST_F(ScreenTest, TheReturnKeyOnTheWindowQuits) {
 TEST_F(ScreenTest, OtherKeysOnTheWindowDoNothing) {
     PlainScreen screen;
     screen.show();
-    focusWindow(screen);
+    activate(screen);
     for (const char* key : {"XF86Close", "Down", "Return", "XF86Red"}) {
         press(windowOf(screen), key);
     }
