@@ -5,6 +5,7 @@
 #include <clocale>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <memory>
 #include <utility>
 
@@ -38,12 +39,13 @@ Text currentLocale() {
     return copy;
 }
 
-// Whatever keeps the set from naming its language, the caller only learns that there is none.
+// Whatever keeps the set from naming its language, a missing configuration key of the fakes too,
+// the caller only learns that there is none.
 Text languageOf(DeviceInfo* deviceInfo) {
     char* language = nullptr;
     try {
         deviceInfo->getLanguageStringValue(&language);
-    } catch (const Exception&) {
+    } catch (const std::exception&) {
         throw Exception("Unable to set the language", GENERIC_ERROR);
     }
     return Text(language);

@@ -12,7 +12,9 @@
 #include "common/DeviceInfo.h"
 #include "common/Exception.h"
 #include "common/Translator.h"
+#include "common/ZoltConfig.h"
 #include "common/systemcalls/SystemCalls.h"
+#include "common/systemcalls/SystemCallsFake.h"
 #include "support/ScriptedPlatform.h"
 #include "support/TestSupport.h"
 
@@ -112,6 +114,15 @@ TEST_F(TranslatorTest, SetThatDoesNotTellItsLanguageIsAFailure) {
     ScriptedPlatform::get().setRuntimeInfo(RUNTIME_INFO_KEY_LANGUAGE, std::nullopt);
     expectFailure("Unable to set the language", [&] { translator.setLocale(nullptr); });
     ScriptedPlatform::get().setRuntimeInfo(RUNTIME_INFO_KEY_LANGUAGE, "");
+    expectFailure("Unable to set the language", [&] { translator.setLocale(nullptr); });
+    EXPECT_EQ(currentLocale(), "C");
+}
+
+TEST_F(TranslatorTest, FakeLanguageWithoutItsConfigurationKeyIsAFailureLikeAnyOther) {
+    ZoltConfig::deinitialize();
+    ZOLT::SystemCallsFake fake;
+    ZOLT::DeviceInfo fakeDevice(&fake);
+    Translator translator(DEFAULT, &fakeDevice);
     expectFailure("Unable to set the language", [&] { translator.setLocale(nullptr); });
     EXPECT_EQ(currentLocale(), "C");
 }
