@@ -78,7 +78,10 @@ void ThreadPool::stop() {
         const std::lock_guard<std::mutex> guard(m_mutex);
         m_running = false;
         m_cv.notify_one();
-        m_self = nullptr;
+        // A pool that was stopped before may go after the next one was launched.
+        if (m_self == this) {
+            m_self = nullptr;
+        }
     }
     if (m_master.joinable()) {
         m_master.join();
