@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -209,7 +210,8 @@ std::string DeviceInfo::getModelId() {
 
 std::string DeviceInfo::getServerType() {
     ZOLT_TRACE();
-    std::array<unsigned char, FACTORY_DATA_RECORD_SIZE> record{};
+    // Aligned as any record may want it: the platform writes it as what it is.
+    alignas(std::max_align_t) std::array<unsigned char, FACTORY_DATA_RECORD_SIZE> record{};
     const int type = GetData(FACTORY_DATA_SERVER_TYPE, record.data());
     if (type != FACTORY_DATA_TYPE_SERVER_RECORD) {
         // A set whose record cannot be read must not reach the operating server.
