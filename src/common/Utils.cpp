@@ -66,6 +66,7 @@ DeviceList storageDevices() {
 }  // namespace
 
 std::string Utils::formatString(const char* format, ...) {
+    ZOLT_TRACE();
     char text[FORMATTED_SIZE];
     va_list arguments;
     va_start(arguments, format);

@@ -6,6 +6,7 @@
 #include <string>
 
 #include <pthread.h>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -92,6 +93,15 @@ TEST(FileSize, IsThatOfTheFile) {
     EXPECT_EQ(size, 5U);
     EXPECT_TRUE(Utils::getFileSize(folder.write("empty", ""), size));
     EXPECT_EQ(size, 0U);
+}
+
+TEST(FileSize, IsCutToThirtyTwoBits) {
+    const support::TemporaryFolder folder;
+    const std::string path = folder.write("sparse", "");
+    ASSERT_EQ(truncate(path.c_str(), (1LL << 32) + 5), 0);
+    unsigned int size = 7;
+    EXPECT_TRUE(Utils::getFileSize(path, size));
+    EXPECT_EQ(size, 5U);
 }
 
 TEST(FileSize, NoFileIsAnAnswerThatLeavesTheSizeAlone) {
