@@ -38,7 +38,7 @@ class NetworkConnectionTest : public testing::Test {
   protected:
     void SetUp() override { platform.reset(); }
 
-    // A network of TYPE with profiles of these types.
+    // A network of TYPE with profiles of these types, whose gateways tell their places.
     void connect(int type, const std::vector<int>& profileTypes) {
         Network network;
         network.type = type;
@@ -46,7 +46,7 @@ class NetworkConnectionTest : public testing::Test {
         for (const int profileType : profileTypes) {
             NetworkProfile profile;
             profile.type = profileType;
-            profile.gateway = "gateway of " + std::to_string(profileType);
+            profile.gateway = "gateway " + std::to_string(network.profiles.size());
             network.profiles.push_back(profile);
         }
         platform.setNetwork(network);
@@ -137,7 +137,7 @@ TEST_F(NetworkConnectionTest, LoneCellularProfileIsUsedAndItsTypeFailsWithMapAt)
     EXPECT_THAT(failures(), ElementsAre("map::at"));
     EXPECT_EQ(platform.findLine("map::at")->function, "NetworkConnection");
     EXPECT_EQ(connection.GetConnectionType(), CONNECTION_TYPE_DISCONNECTED);
-    EXPECT_EQ(connection.GetGatewayAddress(), "gateway of 0");
+    EXPECT_EQ(connection.GetGatewayAddress(), "gateway 0");
     EXPECT_EQ(thrownBy([&] { connection.GetConnectionTypeByProfile(); }), "map::at");
 }
 
@@ -145,13 +145,13 @@ TEST_F(NetworkConnectionTest, FirstSuitableProfileIsTaken) {
     connect(CONNECTION_TYPE_WIFI, {CONNECTION_PROFILE_TYPE_BT, CONNECTION_PROFILE_TYPE_WIFI,
                                    CONNECTION_PROFILE_TYPE_ETHERNET});
     NetworkConnection connection;
-    EXPECT_EQ(connection.GetGatewayAddress(), "gateway of 1");
+    EXPECT_EQ(connection.GetGatewayAddress(), "gateway 1");
 }
 
 TEST_F(NetworkConnectionTest, LastProfileStaysWhenNoneIsSuitable) {
-    connect(CONNECTION_TYPE_WIFI, {CONNECTION_PROFILE_TYPE_BT, 4});
+    connect(CONNECTION_TYPE_WIFI, {CONNECTION_PROFILE_TYPE_BT, CONNECTION_PROFILE_TYPE_BT});
     NetworkConnection connection;
-    EXPECT_EQ(connection.GetGatewayAddress(), "gateway of 4");
+    EXPECT_EQ(connection.GetGatewayAddress(), "gateway 1");
     EXPECT_THAT(failures(), IsEmpty());
 }
 
