@@ -8,3 +8,13 @@ pkg_check_modules(LIBXML2 REQUIRED IMPORTED_TARGET libxml-2.0)
 find_package(Boost 1.74 REQUIRED COMPONENTS regex thread system date_time)
 find_package(OpenSSL REQUIRED COMPONENTS Crypto)
 find_package(GTest REQUIRED)
+
+# Debian's Elementary names include folders that none of its packages brings; CMake refuses those.
+get_target_property(elementary_folders PkgConfig::ELEMENTARY INTERFACE_INCLUDE_DIRECTORIES)
+foreach(folder IN LISTS elementary_folders)
+    if(NOT IS_DIRECTORY "${folder}")
+        list(REMOVE_ITEM elementary_folders "${folder}")
+    endif()
+endforeach()
+set_target_properties(PkgConfig::ELEMENTARY PROPERTIES
+    INTERFACE_INCLUDE_DIRECTORIES "${elementary_folders}")

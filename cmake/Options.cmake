@@ -24,6 +24,20 @@ if(ZOLT_SANITIZE)
     target_compile_options(zolt_build_options INTERFACE
         -fsanitize=${ZOLT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
     target_link_options(zolt_build_options INTERFACE -fsanitize=${ZOLT_SANITIZE})
+
+    set(suppressions_dir "${CMAKE_CURRENT_SOURCE_DIR}/tests/support")
+    set(suppression_files leaks.supp toolkit.supp toolkit-races.supp)
+    list(TRANSFORM suppression_files PREPEND "${suppressions_dir}/")
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${suppression_files})
+    file(READ "${suppressions_dir}/leaks.supp" wanted_leaks)
+    file(READ "${suppressions_dir}/toolkit.supp" toolkit_leaks)
+    file(READ "${suppressions_dir}/toolkit-races.supp" ZOLT_RACE_SUPPRESSIONS)
+    set(ZOLT_LEAK_SUPPRESSIONS "${wanted_leaks}\n${toolkit_leaks}")
+    configure_file("${CMAKE_CURRENT_LIST_DIR}/SanitizerDefaults.cpp.in"
+        "${CMAKE_BINARY_DIR}/SanitizerDefaults.cpp" @ONLY)
+    # Executables alone: a library would bring a second copy.
+    target_sources(zolt_build_options INTERFACE
+        $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${CMAKE_BINARY_DIR}/SanitizerDefaults.cpp>)
 endif()
 if(ZOLT_COVERAGE)
     target_compile_options(zolt_build_options INTERFACE --coverage -fprofile-update=atomic)
