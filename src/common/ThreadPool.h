@@ -23,7 +23,7 @@ class ThreadPool {
     // Throws Exception when there is a pool already, which stays unharmed.
     ThreadPool();
     // Does not wait for running jobs: call join() first, so that none outlives the pool.
-    ~ThreadPool();
+    ~ThreadPool();  // NOLINT(bugprone-exception-escape)
     ThreadPool(const ThreadPool&) = delete;
     ThreadPool& operator=(const ThreadPool&) = delete;
 
