@@ -601,19 +601,29 @@ TEST_F(ThreadPoolTest, JoinOfAQueueWithoutARunningJobReturnsAtOnceAlsoWhenJobsWa
 TEST_F(ThreadPoolTest, JobThatSomebodyJoinsStaysUntilAllHaveSeenItsEnd) {
     const ThreadPool pool;
     Gate gate;
+    Gate secondMayGo;
+    std::atomic<int> joined{0};
     const int id = ThreadPool::add([&] { gate.wait(); }, "queue");
     ASSERT_TRUE(waitUntilRunning(id));
-    const std::string joining = "Joining thread queue, counter: " + entry(id)->counter + "...";
-    std::vector<std::thread> joiners;
-    for (int joiner = 0; joiner < 8; ++joiner) {
-        joiners.emplace_back([] { ThreadPool::join("queue"); });
-    }
-    EXPECT_TRUE(waitUntil([&] { return platform.countLines(joining) == 8; }));
+    const std::string counter = "queue, counter: " + entry(id)->counter + "...";
+    platform.whenLogged([&](const support::LogLine& line) {
+        if (line.message == "Joined " + counter && ++joined == 2) {
+            secondMayGo.wait();
+        }
+    });
+    std::thread first([] { ThreadPool::join("queue"); });
+    std::thread second([] { ThreadPool::join("queue"); });
+    EXPECT_TRUE(waitUntil([&] { return platform.countLines("Joining thread " + counter) == 2; }));
     gate.open();
-    for (auto& joiner : joiners) {
-        joiner.join();
+    EXPECT_TRUE(waitUntil([&] { return joined == 2; }));
+    // Each job that ends makes the master look for what it may clean up.
+    for (int round = 0; round < 5; ++round) {
+        EXPECT_TRUE(waitUntilEnded(ThreadPool::add([] {}, "")));
     }
-    // The master cleans up at its next two wake-ups.
+    EXPECT_TRUE(hasStatus(id, DONE));
+    secondMayGo.open();
+    first.join();
+    second.join();
     EXPECT_TRUE(waitUntil([&] {
         ThreadPool::add([] {}, "");
         return !entry(id);

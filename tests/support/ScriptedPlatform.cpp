@@ -54,6 +54,7 @@ struct ScriptedPlatform::State {
     using Texts = std::map<int, std::optional<std::string>>;
 
     std::vector<LogLine> log;
+    std::function<void(const LogLine& line)> logAction;
     std::vector<std::string> calls;
     std::map<std::string, int> fixedAnswers;
     std::map<std::string, std::deque<int>> queuedAnswers;
@@ -288,6 +289,11 @@ std::optional<LogLine> ScriptedPlatform::findLine(const std::string& message) co
 void ScriptedPlatform::clearLog() {
     const std::lock_guard<std::mutex> guard(m_mutex);
     m_state->log.clear();
+}
+
+void ScriptedPlatform::whenLogged(std::function<void(const LogLine& line)> action) {
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    m_state->logAction = std::move(action);
 }
 
 std::vector<std::string> ScriptedPlatform::calls() const {
@@ -534,8 +540,14 @@ int __dlog_print(log_id_t id, int priority, const char* tag, const char* format,
     if (echo) {
         std::fprintf(stderr, "%d %d %s\n", id, priority, text.c_str());
     }
+    const auto line = support::parsed(id, priority, tag, text);
     Locked state;
-    state->log.push_back(support::parsed(id, priority, tag, text));
+    state->log.push_back(line);
+    const auto action = state->logAction;
+    state.unlock();
+    if (action) {
+        action(line);
+    }
     return length;
 }
 

@@ -98,6 +98,8 @@ class ScriptedPlatform {
     // The first line with this message.
     std::optional<LogLine> findLine(const std::string& message) const;
     void clearLog();
+    // ACTION runs after each line, on the thread that wrote it and without a lock held.
+    void whenLogged(std::function<void(const LogLine& line)> action);
 
     // --- the calls
     // Each as text, such as "vconf_set_int(memory/zolt/zolt_screensaver_blocking, 1)". Handles,
