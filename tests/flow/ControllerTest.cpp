@@ -19,8 +19,6 @@
 using testing::ElementsAre;
 using testing::IsEmpty;
 using ZOLT::GUI::Controller;
-using ZOLT::GUI::ControllerProbe;
-using ZOLT::GUI::EventHandler;
 using ZOLT::GUI::Screen;
 
 namespace flow {

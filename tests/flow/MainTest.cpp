@@ -15,11 +15,13 @@
 #include "common/ZoltConfig.h"
 #include "flow/ControllerProbe.h"
 #include "flow/FlowFixture.h"
+#include "gui/Widgets.h"
 
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using ZOLT::GUI::Controller;
+using ZOLT::GUI::ControllerProbe;
 
 // The program's main, which the tests' own takes the name of.
 int zolt_main(int argc, char** argv);
@@ -95,7 +97,17 @@ class MainTest : public FlowFixture {
         const OwnStreams streams;
         char name[] = "zolt-hub";
         char* arguments[] = {name, nullptr};
-        return zolt_main(1, arguments);
+        const int status = zolt_main(1, arguments);
+        ZOLT::GUI::toolkitLost = false;  // the toolkit of the tests goes on
+        return status;
+    }
+    // Takes the screens away ahead of an exception, after which the program leaves its widgets to
+    // the end of the process, and this process does not end there.
+    static void dropScreens() {
+        auto& history = ControllerProbe::history(*Controller::m_self);
+        for (; !history.empty(); history.pop_back()) {
+            delete history.back();
+        }
     }
     // The same with an ordinary life around BODY.
     static int runOrdinary(const std::function<void(Callbacks&, void*)>& body) {
@@ -204,6 +216,7 @@ TEST_F(MainTest, AnExceptionDestroysTheFlow) {
                   callbacks.create(data);
                   callbacks.app_control(nullptr, data);
                   EXPECT_NE(nullptr, Controller::m_self);
+                  dropScreens();
                   throw std::runtime_error("broken");
               }));
     EXPECT_EQ(nullptr, Controller::m_self);
@@ -375,7 +388,7 @@ TEST_F(MainTest, ATerminationBeforeTheFirstLaunchOnlyLowersTheCounter) {
 
 TEST_F(MainTest, ADaemonThatDoesNotTakeTheEndMakesStatusOne) {
     daemon().fail("applicationCancelled", "gone");
-    EXPECT_EQ(1, runOrdinary([](Callbacks&, void*) {}));
+    EXPECT_EQ(1, runOrdinary([](Callbacks&, void*) { dropScreens(); }));
     ASSERT_EQ(1U, warnings().size());
     EXPECT_THAT(warnings()[0],
                 testing::StartsWith("Exception caught: Failed inform that application quited: "));
