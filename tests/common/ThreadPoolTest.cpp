@@ -202,6 +202,16 @@ TEST_F(ThreadPoolTest, StoppedPoolTakesNoJobAndMayBeStoppedAgain) {
     pool.stop();
 }
 
+TEST_F(ThreadPoolTest, StoppedPoolMayGoAfterTheNextOneIsLaunched) {
+    auto stopped = std::make_unique<ThreadPool>();
+    stopped->stop();
+    const ThreadPool pool;
+    stopped.reset();
+    int id = -1;
+    ASSERT_NO_THROW(id = ThreadPool::add([] {}, ""));
+    EXPECT_TRUE(waitUntilEnded(id));
+}
+
 TEST_F(ThreadPoolTest, NewPoolMayFollowOneThatIsGone) {
     for (int round = 0; round < 3; ++round) {
         const ThreadPool pool;
