@@ -270,6 +270,7 @@ TEST_F(ThreadPoolTest, SixteenthJobWaitsForAFreeSlotAndTakesIt) {
     const ThreadPool pool;
     std::vector<Gate> gates(16);
     std::vector<int> ids;
+    ids.reserve(gates.size());
     for (auto& gate : gates) {
         ids.push_back(ThreadPool::add([&gate] { gate.wait(); }, ""));
     }
@@ -865,6 +866,7 @@ TEST_F(ThreadPoolTest, ThousandsOfJobsAllRunInOrderWhileEverythingElseGoesOn) {
     {
         const ThreadPool pool;
         std::vector<std::thread> threads;
+        threads.reserve(ADDERS);
         for (int adder = 0; adder < ADDERS; ++adder) {
             threads.emplace_back([&, adder] {
                 const std::string queue = "queue " + std::to_string(adder);
