@@ -46,8 +46,23 @@ class SelectionPopupTest : public support::GuiFixture {
     SelectionPopup& openAndShow(int count = 3) {
         SelectionPopup& popup = open(count);
         popup.show();
-        turnUntil([&] { return focusedIn(popup.m_list) == popup.m_list; });
+        EXPECT_TRUE(turnUntil(
+            [&] { return focusedIn(popup.m_list) == popup.m_list && isMeasured(popup); }));
+        draw(popup.m_list);
         return popup;
+    }
+    // A list measures its rows bit by bit, and guesses how long it is until it is through.
+    static bool isMeasured(const SelectionPopup& popup) {
+        Elm_Object_Item* first = elm_genlist_first_item_get(popup.m_list);
+        if (first == nullptr) {
+            return true;
+        }
+        Evas_Object* row = elm_object_item_track(first);
+        const int rowHeight = geometryOf(row).height;
+        elm_object_item_untrack(first);
+        int height = 0;
+        elm_scroller_child_size_get(popup.m_list, nullptr, &height);
+        return rowHeight > 0 && height == rowHeight * static_cast<int>(popup.m_itemsCount);
     }
     static std::vector<Elm_Object_Item*> rowsOf(const SelectionPopup& popup) {
         std::vector<Elm_Object_Item*> rows;
@@ -63,11 +78,11 @@ class SelectionPopupTest : public support::GuiFixture {
     // Picks the row INDEX, as the OK key on it does.
     static void pick(const SelectionPopup& popup, std::size_t index) {
         elm_genlist_item_selected_set(rowsOf(popup)[index], EINA_TRUE);
-        settle();
+        draw(popup.m_list);
     }
     static void click(Evas_Object* button) {
         evas_object_smart_callback_call(button, "clicked", nullptr);
-        settle();
+        draw(button);
     }
     // What the drop-down of the screen does.
     void reopen() {
