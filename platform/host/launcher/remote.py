@@ -51,6 +51,8 @@ class Camera:
 
     def save(self, picture, path):
         width, height = self._size
-        subprocess.run(["convert", "-size", f"{width}x{height}", "-depth", "8", "rgb:-",
-                        "-define", "png:compression-level=6", path],
-                       input=picture, check=True)
+        kept = subprocess.run(["convert", "-size", f"{width}x{height}", "-depth", "8", "rgb:-",
+                               "-define", "png:compression-level=6", path],
+                              input=picture, capture_output=True, check=False)
+        if kept.returncode != 0:
+            raise SetError(f"the picture {path} could not be kept: {kept.stderr.decode().strip()}")

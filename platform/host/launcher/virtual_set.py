@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """One whole set: bus, daemon, screen, window manager and program, in one folder."""
 
+import contextlib
 import os
 import shutil
 import subprocess
@@ -50,8 +51,8 @@ class VirtualSet:
             if os.path.exists(journal.path):
                 os.remove(journal.path)
         self.folder.make_locales(self._locales)
-        # Sockets need short names, which a build folder may not have.
-        self.private = tempfile.mkdtemp(prefix="zolt-")
+        # Sockets need short and plain names, which neither a build folder nor TMPDIR may have.
+        self.private = tempfile.mkdtemp(prefix="zolt-", dir="/tmp")
         self.start_bus()
         width, height = self.folder.size
         servers = self.folder.file("servers.log")
@@ -75,8 +76,9 @@ class VirtualSet:
 
     @staticmethod
     def _quoted(word):
-        """WORD as the bus reads it from the command line of a service."""
-        return "'" + word.replace("'", "'\\''") + "'"
+        """WORD as the bus reads it from the command line of a service: quoted as for a shell, and
+        then with its backslashes doubled, as in any value of a service file."""
+        return ("'" + word.replace("'", "'\"'\"'") + "'").replace("\\", "\\\\")
 
     def environment(self):
         """What the set's processes see. A person's own settings reach a set only through its
@@ -127,6 +129,8 @@ class VirtualSet:
             status = self._wait_for_end(stay)
             if status in (0, None):
                 return status
+            if self._screen_goes():
+                return None
             now = time.monotonic()
             self.restarts = [then for then in self.restarts if now - then < RESTART_WINDOW]
             how = f"status {status}" if status > 0 else f"signal {-status}"
@@ -144,6 +148,14 @@ class VirtualSet:
                 return None
             time.sleep(0.1)
         return self.program.status
+
+    def _screen_goes(self):
+        """A program whose screen is closed ends first, and ends abnormally."""
+        try:
+            self.screen.process.wait(1)
+        except subprocess.TimeoutExpired:
+            return False
+        return True
 
     def control(self, *words):
         """Sends a control verb to the running set; returns what it answers."""
@@ -171,9 +183,11 @@ class VirtualSet:
         return self.program.status
 
     def close(self):
-        for child in (self.program, self.manager, self.screen, self.bus):
-            if child:
-                child.stop()
-        if self.private:
-            shutil.rmtree(self.private, ignore_errors=True)
-            self.private = None
+        # One after the other, the last first, and all of them also when a signal comes in between.
+        with contextlib.ExitStack() as steps:
+            if self.private:
+                steps.callback(shutil.rmtree, self.private, ignore_errors=True)
+                self.private = None
+            for child in (self.bus, self.screen, self.manager, self.program):
+                if child:
+                    steps.callback(child.stop)

@@ -68,7 +68,13 @@ def received_document(running_set):
     found = [re.search(r" call requestRegistrationShopInfo (.*)$", line)
              for line in running_set.daemon_log.read()]
     texts = [match.group(1) for match in found if match]
-    return texts[-1] if texts else None
+    return _unescaped(texts[-1]) if texts else None
+
+
+def _unescaped(text):
+    """TEXT of the daemon's journal as it was before it went on one line."""
+    plain = {"n": "\n", "r": "\r", "\\": "\\"}
+    return re.sub(r"\\([nr\\])", lambda found: plain[found.group(1)], text)
 
 
 def _pick_entry(walk, level):
