@@ -9,6 +9,7 @@ import signal
 import subprocess
 import sys
 import tempfile
+import types
 import unittest
 import xml.etree.ElementTree as ElementTree
 
@@ -18,6 +19,7 @@ LAUNCHER = os.path.join(SOURCE, "platform", "host", "launcher")
 sys.path.insert(0, LAUNCHER)
 
 from folder import SetFolder  # noqa: E402
+from journal import Journal  # noqa: E402
 from processes import Child, wait_until  # noqa: E402
 from virtual_set import VirtualSet  # noqa: E402
 from walks import SOUND_MOVE, Walk, received_document  # noqa: E402
@@ -103,11 +105,17 @@ class SetCase(unittest.TestCase):
         with open(path, "w", encoding="utf-8") as file:
             file.write(text)
 
-    def launch(self, *arguments):
+    def launch(self, *arguments, **environment):
         return subprocess.run(
             ["/usr/bin/python3", "-B", os.path.join(LAUNCHER, "launch.py"), "--build", BUILD,
              "--state", os.path.join(self.private, "state"), *arguments],
-            capture_output=True, text=True, timeout=DEADLINE, check=False)
+            env={**os.environ, **environment}, capture_output=True, text=True, timeout=DEADLINE,
+            check=False)
+
+    def assert_told_in_one_line(self, status, text, ended):
+        self.assertEqual((status, ""), (ended.returncode, ended.stdout), ended.stderr)
+        self.assertEqual(1, len(ended.stderr.splitlines()), ended.stderr)
+        self.assertIn(text, ended.stderr)
 
 
 class Walking(SetCase):
@@ -181,6 +189,43 @@ class Walking(SetCase):
         self.assertIn("Language set successfully to [ar_EG.utf8]",
                       contents(os.path.join(out, "zolt.log")))
 
+    def test_a_display_that_does_not_answer_is_told_and_the_set_runs_headless(self):
+        out = os.path.join(self.private, "out")
+        scenario = self.write("scenario.ini", self.key_file({"daemon": {"shops": "one-shop"}}))
+        photo = self.write("01-photo.png", "somebody's own")
+        os.makedirs(out)
+        os.rename(photo, os.path.join(out, "01-photo.png"))
+        ended = self.launch("--out", out, "--scenario", scenario, DISPLAY="nowhere:7")
+        self.assertEqual(0, ended.returncode, ended.stdout + ended.stderr)
+        self.assertEqual("The display nowhere:7 does not answer, so the set runs headless",
+                         ended.stdout.splitlines()[0])
+        self.assertEqual("somebody's own", contents(os.path.join(out, "01-photo.png")))
+
+    def test_what_an_earlier_walk_left_goes_and_what_else_lies_there_stays(self):
+        out = os.path.join(self.private, "out")
+        SetFolder(os.path.join(out, "set"), BUILD).make()
+        for name in ("99-left.png", "registration.xml", "zolt.log", "notes.txt"):
+            self.rewrite(os.path.join(out, name), "old")
+        scenario = self.write("scenario.ini", self.key_file({"daemon": {"found-in-lan": "false"}}))
+        self.launch("--headless", "--out", out, "--scenario", scenario, "--patience", "15")
+        self.assertEqual("old", contents(os.path.join(out, "notes.txt")))
+        for name in ("99-left.png", "registration.xml"):
+            self.assertFalse(os.path.exists(os.path.join(out, name)), name)
+
+    def test_paths_with_blanks_quotes_and_backslashes_are_walked(self):
+        odd = os.path.join(self.private, """it's an "odd" \\ place""")
+        os.makedirs(odd)
+        build = os.path.join(odd, "build")
+        os.symlink(BUILD, build)
+        scenario = os.path.join(odd, "scenario.ini")
+        self.rewrite(scenario, self.key_file({"daemon": {"shops": "one-shop"}}))
+        self.walk("--build", build, "--scenario", scenario, "--out", os.path.join(odd, "out"))
+
+    def test_the_document_is_told_as_the_daemon_received_it(self):
+        journal = self.write("daemon.log", "TIME call requestRegistrationShopInfo <a b='\\\\n'>\\n\\r</a>\n")
+        running_set = types.SimpleNamespace(daemon_log=Journal(journal))
+        self.assertEqual("<a b='\\n'>\n\r</a>", received_document(running_set))
+
     def test_every_list_that_ships_can_be_walked(self):
         for name in ("scripts", "places", "one-shop"):
             with self.subTest(name):
@@ -210,7 +255,8 @@ class Options(SetCase):
         for arguments in (["--fast"], ["--size"], ["--size", "1920"], ["--size", "0x0"],
                           ["--size", "big"], ["--language", "english"], ["--language"],
                           ["--scenario", "/nowhere/scenario.ini"], ["--set", "/nowhere/set.ini"],
-                          ["--set", "/"], ["--out"], ["--build", "cathedral"], ["extra"]):
+                          ["--set", "/"], ["--out"], ["--out", ""], ["--build", "cathedral"],
+                          ["--build", ".*"], ["--build", "base"], ["--build", "set"], ["extra"]):
             with self.subTest(arguments):
                 self.assert_refused(*arguments)
 
@@ -224,6 +270,47 @@ class Options(SetCase):
         ended = self.launch("--headless", "--language", "xx_YY")
         self.assertEqual(2, ended.returncode)
         self.assertIn("xx_YY", ended.stderr)
+
+    def test_a_description_or_a_scenario_that_cannot_be_read_is_refused(self):
+        for option, text in (("--set", "junk"), ("--set", "[Screen]\nWidth=wide"),
+                             ("--set", "[Screen]\nHeight=0"), ("--scenario", "junk"),
+                             ("--scenario", "[daemon]\ndelay=soon")):
+            with self.subTest(option + text):
+                self.assert_told_in_one_line(
+                    2, "", self.launch("--headless", option, self.write("broken.ini", text + "\n")))
+
+    def test_a_folder_that_can_keep_nothing_is_refused(self):
+        for out in (self.write("file", ""), "/proc/zolt"):
+            self.assert_told_in_one_line(2, out, self.launch("--headless", "--out", out))
+
+    def test_a_folder_of_somebody_else_is_left_alone(self):
+        theirs = os.path.join(self.private, "set")
+        os.makedirs(theirs)
+        self.write("set/precious", "mine")
+        self.assert_told_in_one_line(2, theirs, self.launch("--headless", "--out", self.private))
+        self.assertEqual(["precious"], os.listdir(theirs))
+
+    def test_a_scenario_in_the_folder_that_a_walk_clears_is_refused(self):
+        out = os.path.join(self.private, "out")
+        SetFolder(os.path.join(out, "set"), BUILD).make()
+        scenario = self.write("out/set/scenario.ini", "")
+        self.assert_told_in_one_line(
+            2, scenario, self.launch("--headless", "--out", out, "--scenario", scenario))
+        self.assertTrue(os.path.exists(scenario))
+
+    def test_the_description_of_an_earlier_walk_may_be_used_again(self):
+        folder = self.folder(size=(1280, 720))
+        folder.make(fresh=True, description=folder.file("set.ini"))
+        self.assertEqual((1280, 720), folder.size)
+
+    def test_programs_that_are_missing_are_named(self):
+        tools = os.path.join(self.private, "bin")
+        os.makedirs(tools)
+        for name in ("dbus-daemon", "matchbox-window-manager", "xprop", "xdpyinfo", "localedef",
+                     "Xvfb", "import"):
+            os.symlink(shutil.which(name), os.path.join(tools, name))
+        self.assert_told_in_one_line(1, "these programs are missing: xdotool, convert",
+                                     self.launch("--headless", PATH=tools))
 
     def test_an_unknown_walk_is_refused_and_the_list_names_the_known_ones(self):
         self.assertEqual(2, self.launch("--headless", "--walk", "backwards").returncode)
@@ -257,6 +344,45 @@ class Ending(SetCase):
         self.assertEqual(130, process.wait(DEADLINE))
         self.assert_all_gone(state)
         self.assertEqual([], [name for name in processes_of("zolt-") if name in processes_of(state)])
+
+    def test_everything_ends_with_each_way_of_asking_the_launcher_to_end(self):
+        for number in (signal.SIGTERM, signal.SIGHUP):
+            with self.subTest(number):
+                process, state, _ = self.hold()
+                process.send_signal(number)
+                self.assertEqual(128 + number, process.wait(DEADLINE))
+                self.assert_all_gone(state)
+                shutil.rmtree(state)
+
+    def test_a_daemon_that_is_stopped_ends_with_the_set(self):
+        process, state, _ = self.hold()
+        wait_until(lambda: " start " in contents(os.path.join(state, "set", "daemon.log")), DEADLINE,
+                   "the daemon")
+        daemon = [number for number in processes_of(state)
+                  if os.path.basename(os.readlink(f"/proc/{number}/exe")) == "zolt-daemon"]
+        os.kill(daemon[0], signal.SIGSTOP)
+        process.terminate()
+        self.assertEqual(143, process.wait(DEADLINE))
+        self.assert_all_gone(state)
+
+    def test_a_second_set_in_the_same_folder_is_refused_and_the_first_goes_on(self):
+        _, state, _ = self.hold()
+        self.assert_told_in_one_line(1, "another set is on in " + os.path.join(state, "set"),
+                                     self.launch("--hold"))
+        control = os.path.join(BUILD, "platform", "host", "virtual-set-control")
+        subprocess.run([control, "--set", os.path.join(state, "set"), "ping"], check=True,
+                       stdout=subprocess.DEVNULL)
+
+    def test_a_screen_that_is_closed_switches_the_set_off(self):
+        process, state, output = self.hold()
+        with open(f"/proc/{process.pid}/task/{process.pid}/children", encoding="utf-8") as file:
+            children = [int(number) for number in file.read().split()]
+        screens = [number for number in children
+                   if os.path.basename(os.readlink(f"/proc/{number}/exe")) == "Xvfb"]
+        os.kill(screens[0], signal.SIGTERM)
+        self.assertEqual(0, process.wait(DEADLINE))
+        self.assertNotIn("starting it again", contents(output))
+        self.assert_all_gone(state)
 
     def test_everything_ends_with_a_launcher_that_is_killed(self):
         process, state, _ = self.hold()

@@ -3,12 +3,85 @@
 
 import configparser
 import fcntl
+import io
 import os
 import re
 import shutil
 import subprocess
 
 from processes import ChoiceError, SetError
+
+# Where each language of the catalogues is at home, so that a running set can be switched to it.
+LOCALES = {"ar": "ar_EG.utf8", "en": "en_US.utf8", "ko": "ko_KR.utf8"}
+_LAID_OUT = {"config.xml", "data", "etc", "home"}
+
+
+def locale_source(locale):
+    """The name of the distribution's source of LOCALE, such as ko_KR for ko_KR.utf8."""
+    found = re.fullmatch(r"([a-z]{2,3}_[A-Z]{2})\.(utf8|UTF-8)(@[a-z]+)?", locale)
+    source = found and found.group(1) + (found.group(3) or "")
+    if not source or not os.path.exists(f"/usr/share/i18n/locales/{source}"):
+        raise ChoiceError(f"{locale} is no language that this machine knows")
+    return source
+
+
+class Description:
+    """What kind of set it is: a key file, in which every value has a default."""
+
+    def __init__(self, text=b"", name="set.ini"):
+        self._text = text
+        self._parser = configparser.RawConfigParser(
+            delimiters=("=",), comment_prefixes=("#",), strict=False, interpolation=None)
+        self._parser.optionxform = str
+        try:
+            self._parser.read_string(text.decode("utf-8"), name)
+        except (configparser.Error, UnicodeDecodeError) as error:
+            reason = " ".join(str(error).split())
+            raise ChoiceError(f"the description of the set cannot be read: {reason}") from error
+
+    @classmethod
+    def of(cls, path):
+        """That of the file PATH, or the default one where there is no such file."""
+        if not os.path.exists(path):
+            return cls()
+        with open(path, "rb") as file:
+            return cls(file.read(), path)
+
+    def change(self, groups):
+        """Changes values: group to key to value."""
+        for group, values in groups.items():
+            if not self._parser.has_section(group):
+                self._parser.add_section(group)
+            for key, value in values.items():
+                self._parser.set(group, key, value)
+        text = io.StringIO()
+        self._parser.write(text, space_around_delimiters=False)
+        self._text = text.getvalue().encode("utf-8")
+
+    def save(self, path):
+        with open(path + ".new", "wb") as file:
+            file.write(self._text)
+        os.replace(path + ".new", path)
+
+    def check(self):
+        """Raises ChoiceError for a value that no set can have."""
+        locale_source(self.language)
+        _ = self.size
+
+    @property
+    def size(self):
+        try:
+            size = (self._parser.getint("Screen", "Width", fallback=1920),
+                    self._parser.getint("Screen", "Height", fallback=1080))
+        except ValueError as error:
+            raise ChoiceError(f"the description of the set has no sound size: {error}") from error
+        if not all(100 <= side <= 9999 for side in size):
+            raise ChoiceError(f"the description of the set has no sound size: {size[0]}x{size[1]}")
+        return size
+
+    @property
+    def language(self):
+        return self._parser.get("Language", "Language", fallback=LOCALES["en"])
 
 
 class SetFolder:
@@ -17,76 +90,82 @@ class SetFolder:
     def __init__(self, path, build):
         self.path = os.path.abspath(path)
         self.build = os.path.abspath(build)
+        self._claim = None  # the open folder, locked; closed with the process
 
     def file(self, *names):
         return os.path.join(self.path, *names)
 
+    def claim(self):
+        """Makes the folder this process's own, for as long as it lives: two sets in one folder would
+        take each other's registration, log and control socket."""
+        os.makedirs(self.path, exist_ok=True)
+        claim = os.open(self.path, os.O_RDONLY | os.O_DIRECTORY)
+        try:
+            fcntl.flock(claim, fcntl.LOCK_EX | fcntl.LOCK_NB)
+        except BlockingIOError:
+            os.close(claim)
+            raise SetError(f"another set is on in {self.path}; end that one first") from None
+        self._claim = claim
+
+    @property
+    def is_ours(self):
+        """Whether a set lives here, or nobody does. Anything else is not for us to clear."""
+        names = set(os.listdir(self.path)) if os.path.isdir(self.path) else set()
+        return names <= _LAID_OUT or names >= _LAID_OUT
+
     def make(self, fresh=False, description=None, size=None, language=None):
         """Lays the folder out. FRESH forgets what an earlier run left. The file DESCRIPTION replaces
-        that of the folder; SIZE and LANGUAGE then override what it says."""
-        if fresh and os.path.isdir(self.path):
-            shutil.rmtree(self.path)
-        for name in ("data", "etc", "home"):
-            os.makedirs(self.file(name), exist_ok=True)
-        shutil.copyfile(os.path.join(self.build, "config", "config.xml"), self.file("config.xml"))
-        if description:
-            shutil.copyfile(description, self.file("set.ini"))
+        that of the folder; SIZE and LANGUAGE then override what it says. What is wrong with any of
+        them is told before anything is changed."""
+        wanted = Description() if fresh and not description else Description.of(
+            description or self.file("set.ini"))
         overrides = {}
         if size:
             overrides["Screen"] = {"Width": str(size[0]), "Height": str(size[1])}
         if language:
             overrides["Language"] = {"Language": language + ".utf8"}
         if overrides:
-            self.describe(overrides)
+            wanted.change(overrides)
+        wanted.check()
+        if fresh:
+            self._clear()
+        for name in ("data", "etc", "home"):
+            os.makedirs(self.file(name), exist_ok=True)
+        shutil.copyfile(os.path.join(self.build, "config", "config.xml"), self.file("config.xml"))
+        if description or overrides:
+            wanted.save(self.file("set.ini"))
 
-    def describe(self, groups):
-        """Changes values of the description: group to key to value."""
-        description = self._description()
-        for group, values in groups.items():
-            if not description.has_section(group):
-                description.add_section(group)
-            for key, value in values.items():
-                description.set(group, key, value)
-        temporary = self.file("set.ini.new")
-        with open(temporary, "w", encoding="utf-8") as file:
-            description.write(file, space_around_delimiters=False)
-        os.replace(temporary, self.file("set.ini"))
+    def _clear(self):
+        """Empties the folder. The folder itself stays, since the claim is on it."""
+        if not self.is_ours:
+            raise ChoiceError(f"{self.path} is no set's folder, and is left alone")
+        for name in os.listdir(self.path) if os.path.isdir(self.path) else ():
+            path = self.file(name)
+            if os.path.isdir(path) and not os.path.islink(path):
+                shutil.rmtree(path)
+            else:
+                os.remove(path)
 
     def _description(self):
-        description = configparser.RawConfigParser(
-            delimiters=("=",), comment_prefixes=("#",), strict=False, interpolation=None)
-        description.optionxform = str
-        try:
-            description.read(self.file("set.ini"), encoding="utf-8")
-        except (configparser.Error, UnicodeDecodeError) as error:
-            raise ChoiceError(f"the description of the set cannot be read: {error}") from error
-        return description
+        return Description.of(self.file("set.ini"))
 
     @property
     def size(self):
-        description = self._description()
-        try:
-            return (description.getint("Screen", "Width", fallback=1920),
-                    description.getint("Screen", "Height", fallback=1080))
-        except ValueError as error:
-            raise ChoiceError(f"the description of the set has no sound size: {error}") from error
+        return self._description().size
 
     @property
     def language(self):
-        return self._description().get("Language", "Language", fallback="en_US.utf8")
+        return self._description().language
 
     def make_locales(self, path):
-        """Builds the locales that the set asks for into PATH, whatever the machine itself has."""
+        """Builds the locales that the set may speak into PATH, whatever the machine itself has."""
         os.makedirs(path, exist_ok=True)
-        for locale in sorted({"en_US.utf8", self.language}):
+        for locale in sorted({*LOCALES.values(), self.language}):
             self.make_locale(path, locale)
 
     @staticmethod
     def make_locale(path, locale):
-        found = re.fullmatch(r"([a-z]{2,3}_[A-Z]{2})\.(utf8|UTF-8)(@[a-z]+)?", locale)
-        source = found and found.group(1) + (found.group(3) or "")
-        if not source or not os.path.exists(f"/usr/share/i18n/locales/{source}"):
-            raise ChoiceError(f"{locale} is no language that this machine knows")
+        source = locale_source(locale)
         with open(os.path.join(path, ".lock"), "w", encoding="utf-8") as lock:
             fcntl.flock(lock, fcntl.LOCK_EX)
             target = os.path.join(path, locale)

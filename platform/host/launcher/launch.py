@@ -4,17 +4,19 @@
 the options, installed what is needed and built everything."""
 
 import argparse
+import contextlib
 import glob
 import os
 import shutil
 import signal
+import subprocess
 import sys
 import threading
 import time
 
 from folder import SetFolder
 from journal import Journal
-from processes import ChoiceError, SetError
+from processes import ChoiceError, SetError, display_answers, require
 from virtual_set import VirtualSet
 from walks import WALKS, Walk, received_document
 
@@ -45,49 +47,85 @@ def say(text):
     print(text, flush=True)
 
 
-def show_log(path):
-    """Prints the log as it grows, until the process ends."""
+@contextlib.contextmanager
+def shown_log(path):
+    """Prints the log as it grows, and at the end what has come last."""
     journal = Journal(path)
+    over = threading.Event()
 
     def follow():
         shown = 0
-        while True:
+        last = False
+        while not last:
+            last = over.wait(0.1)
             lines = journal.read()
             for line in lines[shown:]:
                 say(line)
             shown = len(lines)
-            time.sleep(0.1)
 
-    threading.Thread(target=follow, daemon=True).start()
+    reader = threading.Thread(target=follow, daemon=True)
+    reader.start()
+    try:
+        yield
+    finally:
+        over.set()
+        reader.join(10)
 
 
 def clear(out):
     """Takes away what an earlier walk left in OUT, and nothing else."""
-    os.makedirs(out, exist_ok=True)
     leftovers = glob.glob(os.path.join(glob.escape(out), "[0-9][0-9]-*.png"))
     for path in leftovers + [os.path.join(out, name) for name in ("zolt.log", "registration.xml")]:
         if os.path.exists(path):
             os.remove(path)
 
 
-def make_folder(choice, path, fresh):
+def claim_folder(choice, path):
     folder = SetFolder(path, choice.build)
-    size = tuple(int(part) for part in choice.size.split("x")) if choice.size else None
-    folder.make(fresh=fresh, description=choice.set, size=size, language=choice.language)
+    try:
+        folder.claim()
+    except OSError as error:
+        raise ChoiceError(f"nothing can be kept in {path}: {error.strerror}") from error
     return folder
 
 
+def make_folder(choice, folder, fresh):
+    size = tuple(int(part) for part in choice.size.split("x")) if choice.size else None
+    folder.make(fresh=fresh, description=choice.set, size=size, language=choice.language)
+
+
+def check_scenario(choice, scenario):
+    """Asks the daemon whether it can play it; started by the bus, it could tell nobody."""
+    daemon = os.path.join(choice.build, "daemon", "zolt-daemon")
+    checked = subprocess.run(
+        [daemon, "--set", os.path.join(choice.build, "config"), "--scenario", scenario, "--check"],
+        capture_output=True, text=True, check=False)
+    if checked.returncode != 0:
+        reason = checked.stderr.strip().replace("zolt-daemon: ", "", 1)
+        raise ChoiceError(reason or f"the scenario {scenario} cannot be played")
+
+
 def walk(choice, name):
+    require(["xdotool", "import", "convert"])
     out = choice.out or os.path.join(choice.state, "run")
-    clear(out)
-    folder = make_folder(choice, os.path.join(out, "set"), fresh=True)
+    folder = claim_folder(choice, os.path.join(out, "set"))
+    if choice.scenario:
+        if os.path.realpath(choice.scenario).startswith(os.path.realpath(folder.path) + os.sep):
+            raise ChoiceError(f"{choice.scenario} lies in the folder that a walk clears")
+        check_scenario(choice, choice.scenario)
+    left_by_a_walk = folder.is_ours and bool(os.listdir(folder.path))
+    make_folder(choice, folder, fresh=True)
+    if left_by_a_walk:
+        clear(out)
     log = os.path.join(out, "zolt.log")
     width, height = folder.size
     say(f"Walking {name!r} on a set of {width}x{height} in {folder.language}")
-    if choice.log:
-        show_log(log)
     started = time.monotonic()
-    with VirtualSet(folder, choice.state, scenario=choice.scenario, log=log, say=say) as running_set:
+    with contextlib.ExitStack() as stack:
+        running_set = stack.enter_context(
+            VirtualSet(folder, choice.state, scenario=choice.scenario, log=log, say=say))
+        if choice.log:
+            stack.enter_context(shown_log(log))
         steps = Walk(running_set, out, say, choice.patience)
         try:
             WALKS[name](steps)
@@ -107,18 +145,35 @@ def walk(choice, name):
 
 
 def live(choice, nested):
-    folder = make_folder(choice, os.path.join(choice.state, "set"), fresh=False)
-    with VirtualSet(folder, choice.state, scenario=choice.scenario, nested=nested,
-                    say=say) as running_set:
+    folder = claim_folder(choice, os.path.join(choice.state, "set"))
+    scenario = choice.scenario or folder.file("scenario.ini")
+    if choice.scenario or os.path.exists(scenario):
+        check_scenario(choice, scenario)
+    make_folder(choice, folder, fresh=False)
+    with contextlib.ExitStack() as stack:
+        running_set = stack.enter_context(
+            VirtualSet(folder, choice.state, scenario=choice.scenario, nested=nested, say=say))
         say(f"The set is on. Its folder is {folder.path}; Ctrl-C ends it")
         if choice.log:
-            show_log(running_set.log.path)
+            stack.enter_context(shown_log(running_set.log.path))
         status = running_set.supervise()
     if status is None:
         say("The set was switched off")
         return 0
     say(f"zolt-hub ended with status {status}")
     return status if status >= 0 else 128 - status
+
+
+def has_display():
+    """Whether there is a display to open a window on; says so if not."""
+    display = os.environ.get("DISPLAY")
+    if not display:
+        say("There is no display, so the set runs headless")
+    elif not display_answers(display):
+        say(f"The display {display} does not answer, so the set runs headless")
+    else:
+        return True
+    return False
 
 
 def end_orderly(number, _frame):
@@ -140,19 +195,17 @@ def main():
     if name not in WALKS:
         print(f"run: there is no walk {name}; --walk list names them", file=sys.stderr)
         return 2
-    if choice.hold:
-        return live(choice, nested=False)
-    if choice.headless or choice.walk:
-        return walk(choice, name)
-    if not os.environ.get("DISPLAY"):
-        say("There is no display, so the set runs headless")
-        return walk(choice, name)
-    return live(choice, nested=True)
+    require(["dbus-daemon", "matchbox-window-manager", "xprop", "xdpyinfo", "localedef"])
+    nested = not (choice.hold or choice.headless or choice.walk) and has_display()
+    require(["Xephyr" if nested else "Xvfb"])
+    if nested or choice.hold:
+        return live(choice, nested)
+    return walk(choice, name)
 
 
 if __name__ == "__main__":
     try:
         sys.exit(main())
-    except SetError as error:
+    except (SetError, OSError) as error:
         print(f"run: {error}", file=sys.stderr)
         sys.exit(2 if isinstance(error, ChoiceError) else 1)

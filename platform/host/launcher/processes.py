@@ -3,6 +3,7 @@
 
 import ctypes
 import os
+import shutil
 import signal
 import subprocess
 import time
@@ -31,6 +32,23 @@ def wait_until(condition, seconds, what, pause=0.03):
         time.sleep(pause)
 
 
+def require(programs):
+    """Names those of PROGRAMS that this machine lacks, before one of them is missed in the middle."""
+    missing = [name for name in programs if not shutil.which(name)]
+    if missing:
+        raise SetError(f"these programs are missing: {', '.join(missing)}")
+
+
+def display_answers(display, seconds=10):
+    """Whether an X server stands behind DISPLAY, and not just its name."""
+    try:
+        asked = subprocess.run(["xdpyinfo", "-display", display], stdout=subprocess.DEVNULL,
+                               stderr=subprocess.DEVNULL, timeout=seconds, check=False)
+    except subprocess.TimeoutExpired:
+        return False
+    return asked.returncode == 0
+
+
 def _end_with_parent():
     # Also a launcher that is killed outright takes its servers along.
     _libc.prctl(PR_SET_PDEATHSIG, signal.SIGTERM)
@@ -42,6 +60,7 @@ class Child:
 
     def __init__(self, name, arguments, log=None, **options):
         self.name = name
+        self.log = log
         output = open(log, "ab") if log else subprocess.DEVNULL
         try:
             self.process = subprocess.Popen(
@@ -59,14 +78,38 @@ class Child:
         return self.process.poll()
 
     def stop(self, grace=10):
-        if self.status is None:
-            self.process.send_signal(signal.SIGCONT)
-            self.process.terminate()
-            try:
-                self.process.wait(grace)
-            except subprocess.TimeoutExpired:
-                self.process.kill()
+        """Ends it and all that it started, also what is stopped or does not listen."""
+        deadline = time.monotonic() + grace
+        for number in (signal.SIGTERM, signal.SIGCONT):
+            self._signal_group(number)
+        while self._runs() and time.monotonic() < deadline:
+            time.sleep(0.02)
+        self._signal_group(signal.SIGKILL)
         return self.process.wait()
+
+    def _signal_group(self, number):
+        for process in self._group():
+            try:
+                os.kill(process, number)
+            except ProcessLookupError:
+                pass
+
+    def _runs(self):
+        return self.status is None or bool(self._group())
+
+    def _group(self):
+        """The processes of its session that have not ended. Those that nobody has asked for their
+        status do not count: where the first process of a machine asks nobody, they stay for good."""
+        found = []
+        for name in os.listdir("/proc"):
+            try:
+                with open(f"/proc/{name}/stat", "rb") as file:
+                    state, _, _, session = file.read().rsplit(b")", 1)[1].split()[:4]
+            except (OSError, IndexError):
+                continue
+            if name.isdigit() and int(session) == self.process.pid and state != b"Z":
+                found.append(int(name))
+        return found
 
 
 def _answer_of(child, descriptor, what, seconds=60):
@@ -81,7 +124,8 @@ def _answer_of(child, descriptor, what, seconds=60):
         except BlockingIOError:
             pass
         if b"\n" not in text and child.status is not None:
-            raise SetError(f"{child.name} ended with status {child.status} before it was up")
+            raise SetError(f"{child.name} ended with status {child.status} before it was up; "
+                           f"what it said stands in {child.log}")
         return text.split(b"\n")[0].decode() if b"\n" in text else None
 
     try:
