@@ -22,6 +22,12 @@ namespace {
     _exit(1);
 }
 
+// Called before the one above. The toolkit's own would end the process with its destructors, and
+// that of the thread pool's condition waits for its master thread, which nobody has told.
+int endOnError(Display* display) {
+    endNow(display, nullptr);
+}
+
 gboolean onHangUp(gint, GIOCondition, gpointer) {
     logError("The X server of the set is gone: the main loop ends");
     throw DisplayLost();
@@ -34,6 +40,7 @@ DisplayWatch::DisplayWatch() {
     if (display == nullptr) {
         return;
     }
+    XSetIOErrorHandler(endOnError);
     XSetIOErrorExitHandler(display, endNow, nullptr);
     m_descriptor = fcntl(ConnectionNumber(display), F_DUPFD_CLOEXEC, 0);
     m_source = g_unix_fd_add_full(G_PRIORITY_HIGH, m_descriptor,
