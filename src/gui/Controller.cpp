@@ -45,7 +45,10 @@ struct RegistrationRecords {
     explicit RegistrationRecords(std::vector<ShopList> parsed) : lists(std::move(parsed)) {}
     RegistrationRecords(const RegistrationRecords&) = delete;
     RegistrationRecords& operator=(const RegistrationRecords&) = delete;
-    ~RegistrationRecords() {
+    ~RegistrationRecords() { clean(); }
+
+    // Deletes the shops; once more does no harm.
+    void clean() {
         for (ShopList& list : lists) {
             list.clean();
         }
@@ -56,6 +59,15 @@ struct RegistrationRecords {
 
     std::vector<ShopList> lists;
 };
+
+// The way on, taken without a pick, leaves a null among the chosen shops, of which a document can
+// be made but no screen.
+const std::string& nameOf(const Shop* shop) {
+    if (shop == nullptr) {
+        throw Exception("No shop chosen", GENERIC_ERROR);
+    }
+    return shop->name;
+}
 
 }  // namespace
 
@@ -227,8 +239,12 @@ Screen& Controller::currentScreen() const {
     return *screen;
 }
 
-Shop& Controller::lastChosenShop() const {
-    return *m_chosenShops.at(0);
+Shop* Controller::lastChosenShop() const {
+    return m_chosenShops.at(0);
+}
+
+const std::string& Controller::lastChosenName() const {
+    return nameOf(lastChosenShop());
 }
 
 void Controller::present(std::unique_ptr<Screen> screen) {
@@ -334,24 +350,29 @@ void Controller::showPinDisplayingScreen() {
     m_guiProxy.requestPincodeVerification();
 }
 
-std::unique_ptr<RegistrationInfoScreen> Controller::makeInfoScreen(const std::string& document) {
-    RegistrationRecords records(m_shopListParser.parseRegisteredShopXML(document));
+std::unique_ptr<RegistrationInfoScreen> Controller::makeInfoScreen(std::vector<ShopList>& levels) {
     const int width = m_deviceInfo->getScreenWidth();
     const int height = m_deviceInfo->getScreenHeight();
-    return std::make_unique<RegistrationInfoScreen>(records.lists, width, height);
+    return std::make_unique<RegistrationInfoScreen>(levels, width, height);
 }
 
 void Controller::showRegistrationInformationScreen() {
     ZOLT_TRACE();
-    auto screen = makeInfoScreen(m_guiProxy.getRegisteredShopInfo());
+    RegistrationRecords records(
+        m_shopListParser.parseRegisteredShopXML(m_guiProxy.getRegisteredShopInfo()));
+    auto screen = makeInfoScreen(records.lists);
     screen->addButton("singleBtn", "SID_OK", EventHandler::goBackRequested, nullptr, true, true);
+    records.clean();
     present(std::move(screen));
 }
 
 void Controller::showRegistrationConfirmationScreen() {
     ZOLT_TRACE();
+    // Read back from the document itself: what is shown is what will be sent.
+    RegistrationRecords records(m_shopListParser.parseRegisteredShopXML(
+        m_shopListParser.getRegistrationXml(lastChosenShop())));
     Screen* const left = current();
-    auto screen = makeInfoScreen(m_shopListParser.getRegistrationXml(&lastChosenShop()));
+    auto screen = makeInfoScreen(records.lists);
     if (dynamic_cast<ShopListScreen*>(left) != nullptr) {
         screen->addButton("prevBtn", "SID_PREVIOUS", EventHandler::prevSelectionScreenRequested,
                           nullptr, true, false);
@@ -361,6 +382,7 @@ void Controller::showRegistrationConfirmationScreen() {
         screen->addButton("singleBtn", "SID_REGISTER", EventHandler::shopRegistrationRequested,
                           nullptr, true, true);
     }
+    records.clean();
     if (auto* const popup =
             left != nullptr ? dynamic_cast<LoadingPopup*>(left->getPopup()) : nullptr) {
         popup->RemoveProgressBar();
@@ -397,7 +419,7 @@ Shop* Controller::onlyEntryOfLevel() {
         const auto& shops = m_shopListParser.getShopList().at(0).shops;
         return shops.size() == 1 ? shops.front() : nullptr;
     }
-    const auto& shops = m_shopListParser.getSubs(lastChosenShop().name);
+    const auto& shops = m_shopListParser.getSubs(lastChosenName());
     return shops.size() == 1 ? *shops.begin() : nullptr;
 }
 
@@ -442,7 +464,7 @@ void Controller::showShopListScreen(unsigned /*level*/) {
     ZOLT_TRACE();
     std::queue<std::string> chosen;
     for (const Shop* shop : m_chosenShops) {
-        chosen.push(shop->name);
+        chosen.push(nameOf(shop));
     }
     ShopList& list = m_shopListParser.getShopList().at(m_currentLevel);
     const int width = m_deviceInfo->getScreenWidth();
@@ -471,7 +493,7 @@ void Controller::showSelectionPopup() {
     }
     // A copy: the screen takes the registered shop out of what it offers, and the list keeps it.
     std::set<Shop*, Shop::ShopComp> shops =
-        m_shopListParser.getSubs(m_currentLevel == 0 ? "Root" : lastChosenShop().name);
+        m_shopListParser.getSubs(m_currentLevel == 0 ? "Root" : lastChosenName());
     presentPopup(screen->addSelectionPopup(shops), nullptr);
 }
 

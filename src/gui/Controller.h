@@ -8,6 +8,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <vector>
 
 #include "common/DeviceInfo.h"
 #include "common/ShopListParser.h"
@@ -100,8 +101,11 @@ class Controller {
     Screen* current() const;
     // The current screen; throws ZOLT::Exception when there is none.
     Screen& currentScreen() const;
-    // The shop chosen last; throws std::out_of_range when none is.
-    Shop& lastChosenShop() const;
+    // The shop chosen last, which is null when the way on was taken without a pick; throws
+    // std::out_of_range when none is chosen.
+    Shop* lastChosenShop() const;
+    // Name of the shop chosen last; throws ZOLT::Exception when that is null.
+    const std::string& lastChosenName() const;
     // The entry of the current level if it offers exactly one, otherwise null.
     Shop* onlyEntryOfLevel();
     // SHOP, or where a chain of only children leads from it.
@@ -112,8 +116,8 @@ class Controller {
     void presentNew();
     // Shows POPUP with its sound, and with the focus on PART unless that is null.
     void presentPopup(Popup* popup, const char* part);
-    // A screen with the rows of a registration document.
-    std::unique_ptr<RegistrationInfoScreen> makeInfoScreen(const std::string& document);
+    // A screen with the rows of a registration document's levels; keeps nothing of them.
+    std::unique_ptr<RegistrationInfoScreen> makeInfoScreen(std::vector<ShopList>& levels);
     // Whether REASON is one that its event may carry, and if so its effect.
     bool stepDone(int reason);
     bool closeGui(int reason);

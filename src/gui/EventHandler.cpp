@@ -252,7 +252,7 @@ void EventHandler::shopRegistrationRequested(void* /*data*/, Evas_Object* /*obje
     }
     screen->removeButtons();
     addUnreachableButtons(*screen, dynamic_cast<ShopListScreen*>(flow.m_history.at(1)) != nullptr);
-    flow.registerShop(&flow.lastChosenShop());
+    flow.registerShop(flow.lastChosenShop());
     flow.currentScreen().destroyPopup();
     flow.showLoadingPopup(CONNECTING_TEXT);
 }
@@ -327,6 +327,8 @@ void EventHandler::selectionPopupShopChosen(void* /*data*/, Evas_Object* /*objec
     popup->hide();
 }
 
+// Here and on the way to the confirmation the pick goes on as it is: these buttons come within
+// reach by a confirmed pick only, and without one the next step throws.
 void EventHandler::nextSelectionScreenRequested(void* /*data*/, Evas_Object* /*object*/,
                                                 void* /*eventInfo*/) {
     ZOLT_TRACE();
@@ -335,10 +337,6 @@ void EventHandler::nextSelectionScreenRequested(void* /*data*/, Evas_Object* /*o
     auto* const popup = popupOf<SelectionPopup>(flow.current());
     if (popup == nullptr) {
         ZOLT_WARN("Currently shown screen is not a ShopList screen");
-        return;
-    }
-    if (popup->m_selectedShop == nullptr) {  // a null choice would be followed on the next screen
-        ZOLT_WARN("No shop selected");
         return;
     }
     flow.m_chosenShops.push_front(popup->m_selectedShop);
@@ -369,10 +367,6 @@ void EventHandler::registrationConfirmationScreenRequested(void* /*data*/, Evas_
     auto* const popup = popupOf<SelectionPopup>(flow.current());
     if (popup == nullptr) {
         ZOLT_WARN("Currently shown screen is not a ShopList screen");
-        return;
-    }
-    if (popup->m_selectedShop == nullptr) {  // a null choice would be followed on the next screen
-        ZOLT_WARN("No shop selected");
         return;
     }
     flow.m_chosenShops.push_front(popup->m_selectedShop);

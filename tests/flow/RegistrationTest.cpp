@@ -249,6 +249,15 @@ TEST_F(RegistrationTest, ARegistrationWithoutAChosenShopIsOutOfRange) {
     EXPECT_THROW(m_flow->showRegistrationConfirmationScreen(), std::out_of_range);
 }
 
+TEST_F(RegistrationTest, ARegistrationOfAChoiceThatIsNoneHasNoLevels) {
+    daemon().answer("getRegisteredShopInfo", document(REGISTERED));
+    start(true).showRegistrationInformationScreen();
+    ZOLT::GUI::ControllerProbe::chosen(*m_flow).push_front(nullptr);
+    click(EventHandler::shopRegistrationRequested);
+    EXPECT_EQ(R"(<?xml version="1.0" encoding="UTF-8"?><rsp stat="ok"></rsp>)",
+              daemon().registrationDocument());
+}
+
 // --- information
 
 TEST_F(RegistrationTest, TheInformationScreenShowsTheRegistrationWithoutAClick) {
@@ -355,6 +364,17 @@ TEST_F(RegistrationTest, ADeregistrationAsksFirstAndEndsWithItsPopup) {
     event(0, 4);
     EXPECT_EQ("COM_SID_DEREGISTERED_SUCCESSFULLY", labelText());
     EXPECT_EQ(1U, history().size());
+}
+
+TEST_F(RegistrationTest, TheOkOfEachQuestionIsItsConsent) {
+    start(true);
+    click(EventHandler::deregistrationPopupRequested);
+    evas_object_smart_callback_call(partOf(widgetOf(*popup()), "button1"), "clicked", nullptr);
+    EXPECT_THAT(callsSince(), ElementsAre("unregister"));
+    screen().destroyPopup();
+    click(EventHandler::reRegistrationScreenRequested);
+    evas_object_smart_callback_call(partOf(widgetOf(*popup()), "button1"), "clicked", nullptr);
+    EXPECT_THAT(callsSince(), ElementsAre("deleteRegistrationInfo"));
 }
 
 TEST_F(RegistrationTest, ADeregistrationWithoutAPopupIsRefused) {

@@ -134,6 +134,15 @@ TEST_F(ShopListTest, ANewListStartsAtTheTopAndKeepsTheChosenShops) {
     EXPECT_EQ("North", textOf(layoutOf(screen()), "shop1"));
 }
 
+TEST_F(ShopListTest, AListThatCannotBeHadStillStartsAtTheTop) {
+    start();
+    serve(ONE_TOP);
+    daemon().answer("getShopInfoList", "");
+    EXPECT_THROW(m_flow->prepareShopList(), ZOLT::Exception);
+    EXPECT_EQ(0U, level());
+    EXPECT_EQ(0U, initialLevel());
+}
+
 // --- a level's screen
 
 TEST_F(ShopListTest, TheFirstScreenHasOneButtonThatTakesNoFocusYet) {
@@ -363,15 +372,36 @@ TEST_F(ShopListTest, NextAndConfirmWithoutAPopupAreRefused) {
     EXPECT_THAT(chosen(), IsEmpty());
 }
 
-TEST_F(ShopListTest, NextAndConfirmWithoutAPickAreRefused) {
+TEST_F(ShopListTest, NextWithoutAPickChoosesNothingAndThrows) {
     start();
     serve(TWO_TOPS);
     click(EventHandler::selectionPopupRequested);
-    announceWarning("No shop selected", 2);
-    click(EventHandler::nextSelectionScreenRequested);
-    click(EventHandler::registrationConfirmationScreenRequested);
-    EXPECT_EQ(0U, level());
+    EXPECT_THROW(click(EventHandler::nextSelectionScreenRequested), ZOLT::Exception);
+    EXPECT_THAT(ZOLT::GUI::ControllerProbe::chosen(*m_flow), ElementsAre(nullptr));
+    EXPECT_EQ(1U, level());
+    EXPECT_EQ(nullptr, popup());
+    EXPECT_EQ(2U, history().size());
+    EXPECT_THROW(click(EventHandler::selectionPopupRequested), ZOLT::Exception);
+    EXPECT_THROW(m_flow->showShopListScreen(0), ZOLT::Exception);
+    click(EventHandler::prevSelectionScreenRequested);
     EXPECT_THAT(chosen(), IsEmpty());
+    EXPECT_EQ(3U, history().size());
+}
+
+TEST_F(ShopListTest, ConfirmingWithoutAPickFindsNothingInItsDocument) {
+    start();
+    serve(TWO_TOPS);
+    click(EventHandler::selectionPopupRequested);
+    try {
+        click(EventHandler::registrationConfirmationScreenRequested);
+        FAIL() << "nothing was thrown";
+    } catch (const ZOLT::Exception& exception) {
+        EXPECT_STREQ("No Node under \"/rsp/list\" path", exception.what());
+    }
+    EXPECT_THAT(ZOLT::GUI::ControllerProbe::chosen(*m_flow), ElementsAre(nullptr));
+    EXPECT_EQ(1U, level());
+    EXPECT_NE(nullptr, popup<SelectionPopup>());
+    EXPECT_EQ(2U, history().size());
 }
 
 TEST_F(ShopListTest, TheConfirmationLeavesTheHiddenPopupOnTheListScreen) {
@@ -399,6 +429,21 @@ TEST_F(ShopListTest, PreviousFromTheConfirmationPushesANewScreenOfTheLevelAbove)
     EXPECT_EQ(1U, level());
     EXPECT_THAT(chosen(), ElementsAre("South"));
     EXPECT_EQ(5U, history().size());
+}
+
+TEST_F(ShopListTest, TheButtonOfTheWayBackLeadsBackFromBothScreens) {
+    start();
+    serve(TWO_TOPS);
+    choose("South");
+    click(EventHandler::nextSelectionScreenRequested);
+    choose("S2");
+    click(EventHandler::registrationConfirmationScreenRequested);
+    for (const unsigned expected : {1U, 0U}) {
+        evas_object_smart_callback_call(button("prevBtn"), "clicked", nullptr);
+        settle();
+        EXPECT_TRUE(shows<ShopListScreen>());
+        EXPECT_EQ(expected, level());
+    }
 }
 
 TEST_F(ShopListTest, PreviousToTheTopForgetsAllChosenShops) {
