@@ -292,11 +292,13 @@ TEST_F(MainTest, ASecondLaunchBuildsTheNewFlowBeforeTheOldOneGoesAndLeavesNoSelf
                   std::vector<std::string> order;
                   for (const auto& line : platform().log()) {
                       if (line.function == "Controller" || line.function == "~Controller" ||
+                          line.function == "~MainMenuUnregisteredScreen" ||
                           line.function == "initialize") {
                           order.push_back(line.function);
                       }
                   }
-                  EXPECT_THAT(order, ElementsAre("Controller", "~Controller", "initialize"));
+                  EXPECT_THAT(order, ElementsAre("Controller", "~Controller",
+                                                 "~MainMenuUnregisteredScreen", "initialize"));
                   EXPECT_EQ(nullptr, Controller::m_self);
               }));
     EXPECT_THAT(callsSince(), ElementsAre("applicationCancelled"));
