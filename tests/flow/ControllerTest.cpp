@@ -387,6 +387,20 @@ TEST_F(ControllerTest, ARefusalOfTheDaemonShowsAnUnstableConnectionInPlaceOfTheL
     platform().clearLog();
 }
 
+TEST_F(ControllerTest, AnAnswerOfTheDaemonTakesTheWaitingPopupAway) {
+    const std::pair<int, int> answers[] = {{0, 3}, {0, 4}, {1, 5}, {1, 9}};
+    start();
+    for (const auto& [event, reason] : answers) {
+        SCOPED_TRACE(reason);
+        screen().destroyPopup();
+        m_flow->showLoadingPopup("SID_CONNECTING_TO_NETWORK_SERVER");
+        platform().clearLog();
+        m_flow->callbackManager(event, reason);
+        EXPECT_EQ(1, entered("destroyPopup"));
+        EXPECT_EQ(1, entered("destroy"));
+    }
+}
+
 TEST_F(ControllerTest, AFailureWhileAPopupIsUpTakesItsPlace) {
     start().showCompletionPopup();
     const ZOLT::GUI::Popup* const before = popup();
