@@ -43,7 +43,7 @@ class SystemCallsFakeTest : public testing::Test {
     void configure(const Values& values) {
         std::string xml = "<config>";
         for (const auto& [key, value] : values) {
-            xml += "<item name=\"" + key + "\">" + value + "</item>";
+            xml.append("<item name=\"").append(key).append("\">").append(value).append("</item>");
         }
         ZoltConfig::deinitialize();
         ZoltConfig::initialize(folder.write("config.xml", xml + "</config>"));
@@ -356,8 +356,8 @@ TEST_F(SystemCallsFactoryTest, MissingOrUnreadableSettingThrowsAfterTheTrace) {
     configure({{"FakeSystemCalls", "yes"}});
     EXPECT_THROW(SystemCallsFactory::getSystemCalls(), std::invalid_argument);
     EXPECT_EQ(platform.log().at(0).function, "getSystemCalls");
-    EXPECT_EQ(platform.log().at(0).message,
-              "Called static ZOLT::ISystemCalls* ZOLT::SystemCallsFactory::getSystemCalls()");
+    EXPECT_THAT(platform.log().at(0).message,
+                testing::EndsWith("ZOLT::SystemCallsFactory::getSystemCalls()"));
 }
 
 }  // namespace

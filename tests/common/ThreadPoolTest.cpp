@@ -610,13 +610,14 @@ TEST_F(ThreadPoolTest, JoinOfAQueueWithoutARunningJobReturnsAtOnceAlsoWhenJobsWa
 }
 
 TEST_F(ThreadPoolTest, JobThatSomebodyJoinsStaysUntilAllHaveSeenItsEnd) {
-    const ThreadPool pool;
     Gate gate;
     Gate secondMayGo;
     std::atomic<int> joined{0};
+    std::string counter;  // all of this outlives the pool, whose threads log
+    const ThreadPool pool;
     const int id = ThreadPool::add([&] { gate.wait(); }, "queue");
     ASSERT_TRUE(waitUntilRunning(id));
-    const std::string counter = "queue, counter: " + entry(id)->counter + "...";
+    counter = "queue, counter: " + entry(id)->counter + "...";
     platform.whenLogged([&](const support::LogLine& line) {
         if (line.message == "Joined " + counter && ++joined == 2) {
             secondMayGo.wait();
@@ -639,6 +640,7 @@ TEST_F(ThreadPoolTest, JobThatSomebodyJoinsStaysUntilAllHaveSeenItsEnd) {
         ThreadPool::add([] {}, "");
         return !entry(id);
     }));
+    ThreadPool::join();
 }
 
 TEST_F(ThreadPoolTest, JoinOfEverythingCancelsWhatWaitsAndWaitsForWhatRuns) {
@@ -762,16 +764,24 @@ TEST_F(ThreadPoolTest, JobMayAddAJob) {
     EXPECT_TRUE(waitUntil([] { return !ThreadPool::running("queue"); }));
 }
 
-TEST_F(ThreadPoolTest, WaitingJobsNeverRunOnceThePoolIsGone) {
+TEST_F(ThreadPoolTest, WaitingJobsNeverRunOnceThePoolIsStopped) {
     std::atomic<bool> ran{false};
     Gate gate;
+    Gate over;
     {
-        const ThreadPool pool;
-        const int id = ThreadPool::add([&] { gate.wait(); }, "queue");
+        ThreadPool pool;
+        const int id = ThreadPool::add(
+            [&] {
+                boost::this_thread::at_thread_exit([&over] { over.open(); });
+                gate.wait();
+            },
+            "queue");
         ASSERT_TRUE(waitUntilRunning(id));
         ThreadPool::add([&] { ran = true; }, "queue");
+        ThreadPool::add([&] { ran = true; }, "queue");
+        pool.stop();
         gate.open();
-        ThreadPool::join();
+        over.wait();
     }
     EXPECT_FALSE(ran);
 }

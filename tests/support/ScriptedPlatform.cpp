@@ -526,15 +526,15 @@ using support::ScriptedPlatform;
 
 int __dlog_print(log_id_t id, int priority, const char* tag, const char* format, ...) {
     va_list arguments;
-    va_list again;
     va_start(arguments, format);
-    va_copy(again, arguments);
-    const int length = std::vsnprintf(nullptr, 0, format, arguments);
+    char* made = nullptr;
+    const int length = vasprintf(&made, format, arguments);
     va_end(arguments);
-    std::string text(static_cast<size_t>(std::max(length, 0)) + 1, '\0');
-    std::vsnprintf(text.data(), text.size(), format, again);
-    va_end(again);
-    text.pop_back();
+    if (length < 0) {
+        return length;
+    }
+    const std::string text = made;
+    std::free(made);
 
     static const bool echo = std::getenv("ZOLT_ECHO_LOG") != nullptr;
     if (echo) {

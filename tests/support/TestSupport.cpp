@@ -19,8 +19,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern char** environ;
-
 namespace support {
 
 namespace {
@@ -75,7 +73,7 @@ std::vector<std::string> environmentWith(const std::map<std::string, std::string
     std::vector<std::string> texts;
     texts.reserve(all.size());
     for (const auto& [name, value] : all) {
-        texts.push_back(name + "=" + value);
+        texts.emplace_back(name).append("=").append(value);
     }
     return texts;
 }
