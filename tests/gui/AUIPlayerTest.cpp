@@ -8,7 +8,6 @@
 namespace {
 
 using namespace ZOLT::GUI;
-using ::testing::Test;
 using Strings = std::vector<std::string>;
 
 class AUIPlayerTest : public support::GuiFixture {

@@ -130,12 +130,12 @@ bool GuiFixture::logged(const std::string& message) {
     return platform().hasLine(LOG_ID_SYSTEM, DLOG_DEBUG, message);
 }
 
-int GuiFixture::entered(const std::string& function) {
+int GuiFixture::entered(const std::string& function, const std::string& file) {
     const std::vector<LogLine> lines = platform().log();
-    return static_cast<int>(
-        std::count_if(lines.begin(), lines.end(), [&function](const LogLine& line) {
-            return line.priority == DLOG_INFO && line.function == function;
-        }));
+    return static_cast<int>(std::count_if(lines.begin(), lines.end(), [&](const LogLine& line) {
+        return line.priority == DLOG_INFO && line.function == function &&
+               (file.empty() || line.file == file);
+    }));
 }
 
 void GuiFixture::configure(const std::string& key, const std::string& value) {

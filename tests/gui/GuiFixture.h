@@ -39,8 +39,9 @@ class GuiFixture : public ::testing::Test {
     void announceWarning(const std::string& message, int count = 1);
     // Whether the program logged MESSAGE at debug priority in its ordinary buffer.
     static bool logged(const std::string& message);
-    // How often a function of the program was entered, by its bare name.
-    static int entered(const std::string& function);
+    // How often a function of the program was entered, by its bare name; of all that bear the name,
+    // or of one source file's only.
+    static int entered(const std::string& function, const std::string& file = "");
 
     // --- the configuration
     // Replaces the value of a key and reads the configuration anew.
