@@ -19,7 +19,7 @@ option(ZOLT_WERROR "Treat compiler warnings as errors" ON)
 add_library(zolt_build_options INTERFACE)
 target_compile_options(zolt_build_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual
-    -Wformat=2 -Wundef -Wno-unknown-warning-option $<$<BOOL:${ZOLT_WERROR}>:-Werror>)
+    -Wformat=2 -Wundef $<$<BOOL:${ZOLT_WERROR}>:-Werror>)
 if(ZOLT_SANITIZE)
     target_compile_options(zolt_build_options INTERFACE
         -fsanitize=${ZOLT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
