@@ -484,6 +484,14 @@ TEST_F(ScreenTest, TheIconOfAButtonFollowsItsTextAndTheReadingDirection) {
     }
 }
 
+TEST_F(ScreenTest, AButtonInAPartCallsBackWithItsData) {
+    PlainScreen screen;
+    int calls = 0;
+    screen.addButton("singleBtn", "SID_OK", noteCall, &calls, true, false);
+    evas_object_smart_callback_call(partOf(layoutOf(screen), "singleBtn"), "clicked", nullptr);
+    EXPECT_EQ(1, calls);
+}
+
 TEST_F(ScreenTest, AButtonOfAnotherTextGetsAnIconWithoutAName) {
     PlainScreen screen;
     screen.addButton("singleBtn", "SID_SOMETHING_ELSE", noteCall, nullptr, true, false);
@@ -559,6 +567,7 @@ TEST_F(ScreenTest, ABasicPopupIsReturnedAndNotKept) {
         "SID_SOME_TEXT", 0.0, EventHandler::quitRequested, EventHandler::quitRequested));
     EXPECT_EQ(nullptr, screen.getPopup());
     EXPECT_EQ(0.0, elm_popup_timeout_get(widgetOf(*popup)));
+    EXPECT_EQ(0, entered("setTimeout"));
 }
 
 struct PopupRow {
