@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// What screens and popups hand to Elementary as callbacks. They stand in Controller.cpp with the flow
-// that they drive, and their lines in the log name that file.
+// What screens and popups hand to Elementary as callbacks. They stand in Controller.cpp with the
+// flow that they drive, and their lines in the log name that file.
 #pragma once
 
 #include <string>

@@ -23,8 +23,9 @@ class Walk:
         self._started = time.monotonic()
 
     def press(self, key, *expected):
-        """Presses KEY and waits until the log holds all EXPECTED lines, in any order. Returns the match
-        of the last one."""
+        """Presses KEY once the screen has come to rest, as a person would, and waits until the log holds
+        all EXPECTED lines, in any order. Returns the match of the last one."""
+        self.set.camera.settled(1.5)
         mark = self.set.log.mark()
         self.set.remote.press(key)
         found = None
