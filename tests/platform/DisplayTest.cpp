@@ -181,8 +181,12 @@ TEST_F(Display, ClosingTheLastWindowEndsTheApplication) {
 TEST_F(Display, ADeadServerEndsTheApplication) {
     startProbe({});
     server().send(SIGKILL);
-    EXPECT_NE(probe().wait(), -1);
-    EXPECT_THAT(said(), testing::Contains("terminate"));
+    const int status = probe().wait();
+    EXPECT_NE(status, -1);
+    // A request that was on its way to the server ends the process on the spot, with status 1.
+    if (status != 1) {
+        EXPECT_THAT(said(), testing::Contains("terminate"));
+    }
     EXPECT_TRUE(logHas("The X server of the set is gone"));
 }
 
