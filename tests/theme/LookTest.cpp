@@ -55,10 +55,8 @@ void walk(Evas_Object* object, const std::function<void(Evas_Object*)>& visit) {
     }
     visit(object);
     Eina_List* members = evas_object_smart_members_get(object);
-    const Eina_List* at = nullptr;
-    void* member = nullptr;
-    EINA_LIST_FOREACH(members, at, member) {
-        walk(static_cast<Evas_Object*>(member), visit);
+    for (const Eina_List* at = members; at != nullptr; at = eina_list_next(at)) {
+        walk(static_cast<Evas_Object*>(eina_list_data_get(at)), visit);
     }
     eina_list_free(members);
 }
