@@ -6,7 +6,6 @@
 #include <clocale>
 #include <cstdlib>
 
-#include <Efreet.h>
 #include <libintl.h>
 
 #include <Ecore.h>
@@ -15,6 +14,8 @@
 #include "common/ZoltConfig.h"
 #include "gui/Controller.h"
 #include "gui/EventHandler.h"
+#include "gui/Speech.h"
+#include "support/BufferToolkit.h"
 
 namespace support {
 
@@ -23,40 +24,8 @@ namespace {
 using ZOLT::GUI::Popup;
 using ZOLT::GUI::Screen;
 
-// The toolkit starts once for all tests of the process, in a home of its own: it keeps settings.
-class Toolkit : public ::testing::Environment {
-  public:
-    void SetUp() override {
-        for (const char* folder : {"HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME",
-                                   "XDG_RUNTIME_DIR", "ELM_HOME_DIR"}) {
-            setenv(folder, m_home.path().c_str(), 1);
-        }
-        for (const char* stray : {"DISPLAY", "WAYLAND_DISPLAY", "LANGUAGE", "LANG", "LC_ALL"}) {
-            unsetenv(stray);
-        }
-        setenv("ELM_ENGINE", "buffer", 1);
-        setenv("EINA_LOG_BACKTRACE", "-1", 1);
-        setenv("EINA_LOG_LEVEL", "0", 0);
-        setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent", 1);
-        setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent", 1);
-        // Its index of installed applications would be made by a helper process that outlives us.
-        efreet_cache_disable();
-        elm_init(0, nullptr);
-        // As on a set: a list that has the focus shows it on a row, and only OK selects.
-        elm_config_focus_move_policy_set(ELM_FOCUS_MOVE_POLICY_KEY_ONLY);
-        elm_config_first_item_focus_on_first_focusin_set(EINA_TRUE);
-        elm_config_item_select_on_focus_disabled_set(EINA_TRUE);
-        // Icons come from the theme alone: a search of the desktop's would start helper processes.
-        elm_config_icon_theme_set("_Elementary_Icon_Theme");
-        elm_theme_overlay_add(nullptr, (std::string(ZOLT_TEST_THEME_FOLDER) + "/gui.edj").c_str());
-    }
-    void TearDown() override { elm_shutdown(); }
-
-  private:
-    TemporaryFolder m_home;
-};
-
-const auto* const toolkit = ::testing::AddGlobalTestEnvironment(new Toolkit);
+const auto* const toolkit = ::testing::AddGlobalTestEnvironment(
+    new BufferToolkit(std::string(ZOLT_TEST_THEME_FOLDER) + "/gui.edj"));
 
 // A derived class may name the members that its base keeps to its family.
 struct ScreenFamily : Screen {
@@ -90,6 +59,7 @@ std::string text(const char* characters) {
 
 void GuiFixture::SetUp() {
     platform().reset();
+    forgetSpeech();
     m_settings = {{"LayoutPath", ZOLT_TEST_THEME_FOLDER},
                   {"SourceVersion", "1.2.3"},
                   {"ShopRegistrationFilePath", m_folder.file("registered")}};

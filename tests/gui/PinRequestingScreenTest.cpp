@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The screen that waits for a PIN.
 #include "gui/Controller.h"
+#include "gui/GuiFixture.h"
 #include "gui/PinRequestingScreen.h"
 #include "gui/Speech.h"
 
@@ -8,7 +9,7 @@ namespace {
 
 using namespace ZOLT::GUI;
 
-class PinRequestingScreenTest : public support::SpeechFixture {};
+class PinRequestingScreenTest : public support::GuiFixture {};
 
 TEST_F(PinRequestingScreenTest, HasItsTitleItsCircleAndTwoLines) {
     const PinRequestingScreen screen(1920, 1080);
@@ -48,7 +49,7 @@ TEST_F(PinRequestingScreenTest, ItsTwoLinesAreSpokenAsOne) {
     translate({{"SID_CONNECTING_TO_NETWORK_SERVER", "Connecting."},
                {"SID_PLEASE_WAIT_DOT_KR_DIFF", "Please wait."}});
     const PinRequestingScreen screen(1920, 1080);
-    EXPECT_EQ("Connecting.Please wait.", spoken());
+    EXPECT_EQ("Connecting.Please wait.", support::spoken());
 }
 
 TEST_F(PinRequestingScreenTest, StoppingTheCircleSignalsItAndLeavesItInItsPlace) {

@@ -13,6 +13,7 @@
 #include "gui/MessagePopup.h"
 #include "gui/Screen.h"
 #include "gui/ShownScreen.h"
+#include "gui/Speech.h"
 
 namespace {
 
@@ -431,6 +432,17 @@ TEST_F(ScreenTest, AButtonTellsOfItsFocusAndOfItsKeysWhenTheyAreReleased) {
     EXPECT_EQ(0, entered("onKeyPress", "Controller.cpp"));
     keyUp(button, "XF86Red");
     EXPECT_EQ(1, entered("onKeyPress", "Controller.cpp"));
+}
+
+TEST_F(ScreenTest, AButtonTellsTheScreenReaderItsTranslatedText) {
+    translate({{"SID_OK", "Fine"}});
+    const PlainScreen screen;
+    Evas_Object* button = Screen::createButton(layoutOf(screen), "SID_OK", noteCall, nullptr,
+                                               nullptr, "c_button_icontext");
+    const support::SpeechBinding bound = support::speechOf(button);
+    EXPECT_EQ(0, bound.type);
+    EXPECT_EQ(&EventHandler::accessCallback, bound.callback);
+    EXPECT_EQ("Fine", bound.data);
 }
 
 TEST_F(ScreenTest, AnImageHasItsSizeAndKeepsIt) {

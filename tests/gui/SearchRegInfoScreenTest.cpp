@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The screen that waits for a search.
 #include "gui/Controller.h"
+#include "gui/GuiFixture.h"
 #include "gui/SearchRegInfoScreen.h"
 #include "gui/Speech.h"
 
@@ -8,7 +9,7 @@ namespace {
 
 using namespace ZOLT::GUI;
 
-class SearchRegInfoScreenTest : public support::SpeechFixture {};
+class SearchRegInfoScreenTest : public support::GuiFixture {};
 
 TEST_F(SearchRegInfoScreenTest, HasItsTitleItsCircleAndTwoLines) {
     const SearchRegInfoScreen screen(1920, 1080);
@@ -27,7 +28,7 @@ TEST_F(SearchRegInfoScreenTest, InEnlargedModeItHasAGroupOfItsOwn) {
 
 TEST_F(SearchRegInfoScreenTest, ItSaysNothing) {
     const SearchRegInfoScreen screen(1920, 1080);
-    EXPECT_EQ("", spoken());
+    EXPECT_EQ("", support::spoken());
 }
 
 }  // namespace

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-// Hears what a screen has the screen reader say.
+// Hears what the program has the screen reader say.
 #include "gui/Speech.h"
+
+#include <map>
+
+#include <dlfcn.h>
 
 namespace {
 
@@ -9,23 +13,40 @@ std::string& heard() {
     return text;
 }
 
+std::map<const Evas_Object*, support::SpeechBinding>& bindings() {
+    static std::map<const Evas_Object*, support::SpeechBinding> made;
+    return made;
+}
+
 }  // namespace
 
-// Takes the place of the toolkit's function for all callers in this program: without a screen
-// reader the toolkit drops the text.
+// These take the place of the toolkit's functions for all callers in this program. Without a screen
+// reader the toolkit drops the text, and it never tells what a widget was bound to.
 void elm_access_say(const char* txt) {
     heard() += (heard().empty() ? "" : "\n") + std::string(txt);
 }
 
-namespace support {
-
-void SpeechFixture::SetUp() {
-    GuiFixture::SetUp();
-    heard().clear();
+void elm_access_info_cb_set(Evas_Object* obj, int type, Elm_Access_Info_Cb func, const void* data) {
+    const auto* const text = static_cast<const char*>(data);
+    bindings()[obj] = {type, func, text != nullptr ? text : ""};
+    static const auto next = reinterpret_cast<decltype(&elm_access_info_cb_set)>(
+        dlsym(RTLD_NEXT, "elm_access_info_cb_set"));
+    next(obj, type, func, data);
 }
 
-std::string SpeechFixture::spoken() {
+namespace support {
+
+std::string spoken() {
     return heard();
+}
+
+void forgetSpeech() {
+    heard().clear();
+    bindings().clear();
+}
+
+SpeechBinding speechOf(const Evas_Object* widget) {
+    return bindings()[widget];
 }
 
 }  // namespace support

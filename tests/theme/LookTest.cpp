@@ -2,7 +2,6 @@
 // Measures the screens as they are drawn: what must be inside the safe area, large enough, apart,
 // and lit.
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <ostream>
@@ -13,7 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "Scenes.h"
-#include "support/TestSupport.h"
+#include "support/BufferToolkit.h"
 
 namespace {
 
@@ -118,35 +117,8 @@ std::string nameOf(const ::testing::TestParamInfo<Case>& info) {
            (look.mirrored ? "FromRightToLeft" : "") + (look.enlarge ? "Enlarged" : "");
 }
 
-// The toolkit starts once for all tests of the process, in a home of its own: it keeps settings
-// there.
-class ToolkitEnvironment : public ::testing::Environment {
-  public:
-    void SetUp() override {
-        for (const char* folder : {"HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME",
-                                   "XDG_RUNTIME_DIR", "ELM_HOME_DIR"}) {
-            setenv(folder, m_home.path().c_str(), 1);
-        }
-        for (const char* stray : {"DISPLAY", "WAYLAND_DISPLAY", "LANGUAGE", "LANG", "LC_ALL"}) {
-            unsetenv(stray);
-        }
-        setenv("ELM_ENGINE", "buffer", 1);
-        setenv("EINA_LOG_BACKTRACE", "-1", 1);
-        setenv("EINA_LOG_LEVEL", "0", 0);
-        setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent", 1);
-        setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent", 1);
-        elm_init(0, nullptr);
-        // Icons come from the theme alone: a search of the desktop's would start helper processes.
-        elm_config_icon_theme_set("_Elementary_Icon_Theme");
-        elm_theme_overlay_add(nullptr, ZOLT_TEST_THEME);
-    }
-    void TearDown() override { elm_shutdown(); }
-
-  private:
-    support::TemporaryFolder m_home;
-};
-
-const auto* const kToolkit = ::testing::AddGlobalTestEnvironment(new ToolkitEnvironment);
+const auto* const toolkit =
+    ::testing::AddGlobalTestEnvironment(new support::BufferToolkit(ZOLT_TEST_THEME));
 
 class ScreenLook : public ::testing::TestWithParam<Case> {
   protected:
