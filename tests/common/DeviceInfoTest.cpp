@@ -14,7 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "common/DeviceInfo.h"
-#include "common/Exception.h"
+#include "common/Thrown.h"
 #include "common/systemcalls/SystemCalls.h"
 #include "support/ScriptedPlatform.h"
 #include "support/TestSupport.h"
@@ -45,18 +45,6 @@ NetworkProfile nullProfile() {
     NetworkProfile made;
     made.null = true;
     return made;
-}
-
-// The text of the Exception that ACTION throws, or a note that there was none.
-template <typename Action>
-std::string thrownBy(Action action) {
-    try {
-        action();
-    } catch (const Exception& exception) {
-        EXPECT_EQ(exception.code(), GENERIC_ERROR);
-        return exception.what();
-    }
-    return "(nothing thrown)";
 }
 
 class DeviceInfoTest : public testing::Test {

@@ -155,6 +155,78 @@ TEST_F(LibXmlTest, DocumentWithoutAContextIsFreedOnce) {
     }
 }
 
+// How many pieces of memory libxml2 holds.
+long held = 0;
+
+void* heldMalloc(size_t size) {
+    ++held;
+    return std::malloc(size);
+}
+
+void* heldRealloc(void* old, size_t size) {
+    held += old == nullptr ? 1 : 0;
+    return std::realloc(old, size);
+}
+
+char* heldStrdup(const char* text) {
+    ++held;
+    return strdup(text);
+}
+
+void heldFree(void* piece) {
+    held -= piece != nullptr ? 1 : 0;
+    std::free(piece);
+}
+
+// What is left when ACTION is over.
+long leftBy(const std::function<void()>& action) {
+    action();  // the library keeps things from a first time
+    held = 0;
+    xmlMemSetup(heldFree, heldMalloc, heldRealloc, heldStrdup);
+    action();
+    useMalloc(std::malloc);
+    return held;
+}
+
+TEST_F(LibXmlTest, EachFoundPathKeepsItsResultForGoodAndNothingElseDoes) {
+    const auto find = [](int times) {
+        return [times] {
+            LibXml xml{std::string(DOCUMENT)};
+            for (int time = 0; time < times; ++time) {
+                xml.xPath("/a/b");
+            }
+        };
+    };
+    const long ofOne = leftBy(find(1));
+    EXPECT_GT(ofOne, 0);
+    EXPECT_EQ(leftBy(find(3)), 3 * ofOne);
+    EXPECT_EQ(leftBy([] {
+                  LibXml xml{std::string(DOCUMENT)};
+                  EXPECT_THROW(xml.xPath("/z"), Exception);
+                  xml.xPathCountNodes("/a/b");
+                  EXPECT_THROW(xml.xPathCountNodes("/z"), Exception);
+                  xml.xPathChildrenCount("/a/b", "c", 0);
+                  EXPECT_THROW(xml.xPathChildrenCount("/z", "c", 0), Exception);
+                  xml.xPathNodeValue("/a/b", "n", 0);
+                  EXPECT_THROW(xml.xPathNodeValue("/z", "n", 0), Exception);
+              }),
+              0);
+}
+
+TEST_F(LibXmlTest, ADocumentThatCannotBeWrittenKeepsItsBufferForGood) {
+    EXPECT_GT(leftBy([] {
+                  std::string out;
+                  EXPECT_THROW(LibXml().toString(out), Exception);
+              }),
+              0);
+    EXPECT_EQ(leftBy([] {
+                  LibXml xml{std::string(DOCUMENT)};
+                  std::string out;
+                  xml.toString(out);
+              }),
+              0);
+}
+
 TEST_F(LibXmlTest, BrokenInputPrintsNothing) {
     testing::internal::CaptureStderr();
     testing::internal::CaptureStdout();

@@ -7,8 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "common/Exception.h"
 #include "common/NetworkConnection.h"
+#include "common/Thrown.h"
 #include "support/ScriptedPlatform.h"
 #include "support/TestSupport.h"
 
@@ -22,17 +22,6 @@ using testing::IsEmpty;
 namespace ZOLT {
 
 namespace {
-
-template <typename Action>
-std::string thrownBy(Action action) {
-    try {
-        action();
-    } catch (const Exception& exception) {
-        EXPECT_EQ(exception.code(), GENERIC_ERROR);
-        return exception.what();
-    }
-    return "(nothing thrown)";
-}
 
 class NetworkConnectionTest : public testing::Test {
   protected:

@@ -169,6 +169,11 @@ TEST_F(ShopListParserTest, EntryWithAnEmptyCodeIsTheParentOfCodesOfTwoCharacters
     EXPECT_EQ(dump(parser), "+@0 01<@0 | Root:  | e: 01");
 }
 
+TEST_F(ShopListParserTest, EntryWithAnEmptyCodeIsNotTheParentOfACodeOfOneCharacter) {
+    parser.parseShopListXML(document(list("1", "L", entry("e", "") + entry("n1", "1"))));
+    EXPECT_EQ(dump(parser), "@0 1@0");
+}
+
 TEST_F(ShopListParserTest, OneEntryAloneIsInNoSet) {
     parser.parseShopListXML(documentOfCodes({"01"}));
     EXPECT_TRUE(parser.getSubs("").empty());
@@ -202,15 +207,16 @@ TEST_F(ShopListParserTest, ParentsOfOneNameShareTheirChildren) {
 }
 
 TEST_F(ShopListParserTest, FirstEntryOfACodeWinsAndTheSecondStaysInItsList) {
-    const std::string first = entry("p", "01") + entry("first", "0101");
+    const std::string first = entry("p", "01") + entry("first", "0101") + entry("below", "010101");
     const std::string second = entry("second", "0101");
     for (const std::string& lists :
          {list("1", "A", first + second), list("1", "A", first) + list("2", "B", second)}) {
         ShopListParser fresh;
         fresh.parseShopListXML(document(lists));
-        EXPECT_EQ(codesOf(fresh.getShops()), "01 0101");
+        EXPECT_EQ(codesOf(fresh.getShops()), "01 0101 010101");
         EXPECT_EQ(find(fresh, "0101")->name, "first");
         EXPECT_EQ(find(fresh, "0101")->parent->name, "p");
+        EXPECT_TRUE(find(fresh, "0101")->hasSubs);
         const Shop* loser = fresh.getShopList().back().shops.back();
         EXPECT_EQ(loser->name, "second");
         EXPECT_EQ(loser->parent, nullptr);
@@ -219,6 +225,7 @@ TEST_F(ShopListParserTest, FirstEntryOfACodeWinsAndTheSecondStaysInItsList) {
     }
 }
 
+// Here and below, that the shops are deleted is seen by the leak check of the sanitizers.
 TEST_F(ShopListParserTest, CleaningAListDeletesBothEntriesOfACode) {
     parser.parseShopListXML(document(list("1", "A", entry("a", "01") + entry("b", "01"))));
     parser.getShops().clear();
@@ -473,11 +480,11 @@ TEST_F(ShopListParserTest, RegistrationOfATopEntryHasOneLevelWithoutLevelsBelow)
 TEST_F(ShopListParserTest, NamesAreEncodedAndCodesAreNot) {
     parser.parseShopListXML(
         "<rsp><list level='1' name='A&amp;&lt;B' is_fix='&amp;' is_sub='N'>"
-        "<s name='&quot;C&apos;&gt;' code='0&amp;'/></list></rsp>");
+        "<s name='&quot;C&apos;&gt;&amp;' code='0&amp;'/></list></rsp>");
     EXPECT_EQ(parser.getRegistrationXml(find(parser, "0&")),
               std::string(HEAD) +
                   "<list level=\"1\" name=\"A&amp;&lt;B\" is_fix=\"&\" is_sub=\"N\">"
-                  "<sub_list name=\"&quot;C&apos;&gt;\" code=\"0&\" /></list></rsp>");
+                  "<sub_list name=\"&quot;C&apos;&gt;&amp;\" code=\"0&\" /></list></rsp>");
 }
 
 TEST_F(ShopListParserTest, EveryLevelOfTheChosenCodeHasNoLevelsBelow) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // What reaches the television through the system calls, and what becomes of its refusals.
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,7 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "common/Exception.h"
+#include "common/Thrown.h"
 #include "common/systemcalls/SystemCalls.h"
 #include "support/ScriptedPlatform.h"
 
@@ -62,18 +63,6 @@ int poweredOff(int state, void* data) {
 
 void wokenUp(int state, void* data) {
     *static_cast<int*>(data) = state;
-}
-
-// The text of the Exception that ACTION throws, or a note that there was none.
-template <typename Action>
-std::string thrownBy(Action action) {
-    try {
-        action();
-    } catch (const Exception& exception) {
-        EXPECT_EQ(exception.code(), GENERIC_ERROR);
-        return exception.what();
-    }
-    return "(nothing thrown)";
 }
 
 class SystemCallsTest : public testing::Test {
@@ -332,6 +321,28 @@ TEST_F(SystemCallsTest, OperationsOpenWithTheTraceOfTheirSignature) {
     calls->unsetLanguageChangedCb();
     EXPECT_TRUE(platform.hasLine(
         LOG_ID_MAIN, DLOG_INFO, "Called virtual void ZOLT::SystemCalls::unsetLanguageChangedCb()"));
+}
+
+TEST_F(SystemCallsTest, EveryOperationButTheSixValuesAndOneOpensWithATrace) {
+    const auto traced = [this](const std::function<void()>& operation) {
+        platform.clearLog();
+        operation();
+        const auto log = platform.log();
+        return !log.empty() && log[0].buffer == LOG_ID_MAIN && log[0].priority == DLOG_INFO &&
+                       log[0].message.rfind("Called virtual void ZOLT::SystemCalls::", 0) == 0
+                   ? log[0].function
+                   : "";
+    };
+    for (const auto& notice : NOTICES) {
+        EXPECT_EQ(traced([&] { (calls.get()->*notice.set)(changed, &data); }),
+                  std::string(notice.unsetName).substr(2));
+        EXPECT_EQ(traced([&] { (calls.get()->*notice.unset)(); }), notice.unsetName);
+    }
+    EXPECT_EQ(traced([&] { calls->setResetCb(poweredOff, &data); }), "setResetCb");
+    EXPECT_EQ(traced([&] { calls->unsetResetCb(poweredOff); }), "");
+    EXPECT_EQ(traced([&] { calls->setWakeUpCb(wokenUp, &data); }), "setWakeUpCb");
+    EXPECT_EQ(traced([&] { calls->unsetWakeUpCb(wokenUp); }), "unsetWakeUpCb");
+    EXPECT_EQ(traced([&] { calls->runtimeInfoGetValueInt(RUNTIME_INFO_KEY_LANGUAGE, &data); }), "");
 }
 
 }  // namespace

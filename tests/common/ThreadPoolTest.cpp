@@ -73,6 +73,12 @@ void sleepForLong() {
     boost::this_thread::sleep(boost::posix_time::hours(1));
 }
 
+// The library keeps what it allocates here until the thread ends.
+template <typename Action>
+void atThreadExit(Action action) {
+    boost::this_thread::at_thread_exit(action);  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
+}
+
 // What dump tells of a job.
 struct Entry {
     std::string queue;
@@ -707,8 +713,16 @@ TEST_F(ThreadPoolTest, JoinOfAJobThatHasJustBeenStartedWaitsForIt) {
     }
 }
 
-TEST_F(ThreadPoolTest, RunningIsFalseForAWaitingAndAFinishedJob) {
+TEST_F(ThreadPoolTest, RunningIsFalseForAWaitingJobAndForOneThatHasEnded) {
+    const ThreadPoolStart starts(makeThreadOrFail);
+    s_startsToFail = 1;
     const ThreadPool pool;
+    const int waiting = ThreadPool::add([] {}, "zero");
+    EXPECT_TRUE(waitUntil([&] {
+        return warned("Failed to start worker: 0 job: " + std::to_string(waiting) + " queue: zero");
+    }));
+    EXPECT_TRUE(hasStatus(waiting, WAITING));
+    EXPECT_FALSE(ThreadPool::running("zero"));
     Gate gate;
     const int first = ThreadPool::add([&] { gate.wait(); }, "one");
     ASSERT_TRUE(waitUntilRunning(first));
@@ -772,7 +786,7 @@ TEST_F(ThreadPoolTest, WaitingJobsNeverRunOnceThePoolIsStopped) {
         ThreadPool pool;
         const int id = ThreadPool::add(
             [&] {
-                boost::this_thread::at_thread_exit([&over] { over.open(); });
+                atThreadExit([&over] { over.open(); });
                 gate.wait();
             },
             "queue");
@@ -804,7 +818,7 @@ TEST_F(ThreadPoolTest, JobThatOutlivesItsPoolAgainstTheRuleEndsUnharmed) {
         const ThreadPool pool;
         const int id = ThreadPool::add(
             [&] {
-                boost::this_thread::at_thread_exit([&over] { over.open(); });
+                atThreadExit([&over] { over.open(); });
                 gate.wait();
                 throw std::runtime_error("late");
             },
@@ -846,14 +860,24 @@ TEST_F(ThreadPoolTest, OperationsOpenWithATraceThatShowsQueueOrNumber) {
     ThreadPool::running("four");
     ThreadPool::join();
     ThreadPool::dump();
-    EXPECT_THAT(platform.messages(LOG_ID_MAIN, DLOG_INFO),
-                ElementsAre("Called static void ZOLT::ThreadPool::removeQueue(\"one\")",
-                            "Called static void ZOLT::ThreadPool::7errupt(7)",
-                            "Called static void ZOLT::ThreadPool::interrupt(\"two\")",
-                            "Called static void ZOLT::ThreadPool::join(\"three\")",
-                            "Called static bool ZOLT::ThreadPool::running(\"four\")",
-                            "Called static void ZOLT::ThreadPool::join()",
-                            "Called static void ZOLT::ThreadPool::dump()"));
+    {
+        ThreadPool pool;
+        ASSERT_TRUE(waitUntil(
+            [this] { return platform.countLines("Called void ZOLT::ThreadPool::master()") == 1; }));
+        pool.stop();
+    }
+    EXPECT_THAT(
+        platform.messages(LOG_ID_MAIN, DLOG_INFO),
+        ElementsAre(
+            "Called static void ZOLT::ThreadPool::removeQueue(\"one\")",
+            "Called static void ZOLT::ThreadPool::7errupt(7)",
+            "Called static void ZOLT::ThreadPool::interrupt(\"two\")",
+            "Called static void ZOLT::ThreadPool::join(\"three\")",
+            "Called static bool ZOLT::ThreadPool::running(\"four\")",
+            "Called static void ZOLT::ThreadPool::join()",
+            "Called static void ZOLT::ThreadPool::dump()", "Called ZOLT::ThreadPool::ThreadPool()",
+            "Called void ZOLT::ThreadPool::master()", "Called void ZOLT::ThreadPool::stop()",
+            "Called ZOLT::ThreadPool::~ThreadPool()", "Called void ZOLT::ThreadPool::stop()"));
     platform.clearLog();
     EXPECT_THROW(ThreadPool::add([] {}, "five"), Exception);
     const auto traces = platform.messages(LOG_ID_MAIN, DLOG_INFO);

@@ -125,10 +125,19 @@ TEST_F(EventHandlerTest, AButtonMayDeleteTheScreenThatItStandsOn) {
     Screen* const menu = &screen();
     click(EventHandler::registrationInformationScreenRequested);
     EXPECT_EQ("SID_OK*!", describe("singleBtn"));
+    platform().clearLog();
     keyDown(windowOf(screen()), "Return");
     EXPECT_THAT(history(), ElementsAre(menu));
     keyUp(windowOf(screen()), "Return");
     EXPECT_THAT(history(), ElementsAre(menu));
+    std::vector<std::string> steps;
+    for (const support::LogLine& line : platform().log()) {
+        if (line.function == "destroyPopup" || line.function == "~RegistrationInfoScreen" ||
+            line.function == "show") {
+            steps.push_back(line.function);
+        }
+    }
+    EXPECT_THAT(steps, ElementsAre("destroyPopup", "~RegistrationInfoScreen", "show"));
 }
 
 TEST_F(EventHandlerTest, HidingDestroysAMessagePopup) {
@@ -324,11 +333,13 @@ TEST_F(EventHandlerTest, TheReturnKeyWithoutAScreenSaysSo) {
 TEST_F(EventHandlerTest, AKeyOfTheListNeedsTheListAndItsScreen) {
     start();
     announceWarning("Currently shown screen is not ShopListScreen");
+    listen();
     listKey("Down");
+    EXPECT_THAT(heard(), IsEmpty());
     serve(TWO_TOPS);
     announceWarning("Currently shown popup is not a Selection Popup");
-    listKey("Down");
     listen();
+    listKey("Down");
     EXPECT_THAT(heard(), IsEmpty());
 }
 

@@ -239,7 +239,11 @@ TEST_F(RegistrationTest, ARegistrationFromALoneConfirmationIsOutOfRange) {
     Controller& flow = makeFlow();
     daemon().answer("getRegisteredShopInfo", document(REGISTERED));
     flow.showRegistrationInformationScreen();
+    ZOLT::GUI::ControllerProbe::chosen(flow).push_front(nullptr);
+    callsSince();
     EXPECT_THROW(click(EventHandler::shopRegistrationRequested), std::out_of_range);
+    EXPECT_THAT(callsSince(), IsEmpty());
+    EXPECT_EQ(nullptr, popup());
 }
 
 TEST_F(RegistrationTest, ARegistrationWithoutAChosenShopIsOutOfRange) {

@@ -92,8 +92,18 @@ TEST_F(ShopListTest, AListWithoutLevelsShowsAnUnstableConnection) {
     m_flow->callbackManager(0, 2);
     EXPECT_EQ(1U, history().size());
     EXPECT_EQ("SID_INTERNET_CONNECTION_NOT_STABLE_MSG", labelText());
-    EXPECT_EQ(2U, platform().messages(LOG_ID_SYSTEM, DLOG_WARN).size());
+    EXPECT_EQ(0, entered("showShopListScreen"));
+    EXPECT_THAT(platform().messages(LOG_ID_SYSTEM, DLOG_WARN),
+                ElementsAre("Could not parse XML node. Continuing...",
+                            testing::StartsWith("Exception caught during event handling: ")));
     platform().clearLog();
+}
+
+TEST_F(ShopListTest, WithoutALevelThereIsNoInitialOne) {
+    makeFlow();
+    bool handled = true;
+    EXPECT_THROW(m_flow->getInitialShopListLevel(&handled), std::out_of_range);
+    EXPECT_FALSE(handled);
 }
 
 TEST_F(ShopListTest, AListThatIsNullShowsAnUnstableConnection) {
@@ -444,6 +454,24 @@ TEST_F(ShopListTest, TheButtonOfTheWayBackLeadsBackFromBothScreens) {
         EXPECT_TRUE(shows<ShopListScreen>());
         EXPECT_EQ(expected, level());
     }
+}
+
+TEST_F(ShopListTest, TheLoneButtonOfAShopWithoutEntriesBelowLeadsToTheConfirmationAndOn) {
+    start();
+    serve({{"Store", {{"Left", "01"}, {"Right", "02"}, {"Last", "03"}}}});
+    choose("Right");
+    evas_object_smart_callback_call(button("singleBtn"), "clicked", nullptr);
+    settle();
+    EXPECT_TRUE(shows<ZOLT::GUI::RegistrationInfoScreen>());
+}
+
+TEST_F(ShopListTest, TheLoneButtonOfAConfirmationHandsTheRegistrationOver) {
+    start();
+    serve({{"Store", {{"Only", "01"}}}});
+    callsSince();
+    evas_object_smart_callback_call(button("singleBtn"), "clicked", nullptr);
+    settle();
+    EXPECT_THAT(callsSince(), ElementsAre("requestRegistrationShopInfo"));
 }
 
 TEST_F(ShopListTest, PreviousToTheTopForgetsAllChosenShops) {

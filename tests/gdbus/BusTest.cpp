@@ -2,7 +2,7 @@
 // What every test of the link starts from: a private bus, and a log that begins empty.
 #include "BusTest.h"
 
-#include <algorithm>
+#include "gdbus/GuiProxy.h"
 
 namespace test {
 namespace {
@@ -62,6 +62,18 @@ void BusTest::settle(FakeService& service) {
     EXPECT_TRUE(turnUntil([&] { return arrived; }));
     g_dbus_connection_signal_unsubscribe(connection, subscription);
     g_object_unref(connection);
+}
+
+void EventsTest::SetUp() {
+    BusTest::SetUp();
+    ZOLT::GuiProxy::m_sendEventCallback = [this](int event, int reason) {
+        events.emplace_back(event, reason);
+    };
+}
+
+void EventsTest::TearDown() {
+    ZOLT::GuiProxy::m_sendEventCallback = nullptr;
+    BusTest::TearDown();
 }
 
 }  // namespace test

@@ -4,6 +4,8 @@
 
 #include <functional>
 #include <string>
+#include <tuple>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -32,6 +34,17 @@ class BusTest : public ::testing::Test {
 
   private:
     GDBusConnection* m_connection = nullptr;  // the shared one; one reference, released in TearDown
+};
+
+using Events = std::vector<std::tuple<int, int>>;
+
+// Writes down what the program's proxies hand on of the daemon's events.
+class EventsTest : public BusTest {
+  protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    Events events;  // event and reason
 };
 
 }  // namespace test

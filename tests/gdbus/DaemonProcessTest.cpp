@@ -15,21 +15,7 @@ using ZOLT::GuiProxy;
 const char* const ADDED = "Object /zolt/gui added";
 const char* const REMOVED = "Removing object /zolt/gui";
 
-class GuiProxyWithTheDaemon : public BusTest {
-  protected:
-    void SetUp() override {
-        BusTest::SetUp();
-        GuiProxy::m_sendEventCallback = [this](int event, int reason) {
-            events.emplace_back(event, reason);
-        };
-    }
-    void TearDown() override {
-        GuiProxy::m_sendEventCallback = nullptr;
-        BusTest::TearDown();
-    }
-
-    std::vector<std::tuple<int, int>> events;
-};
+using GuiProxyWithTheDaemon = EventsTest;
 
 TEST_F(GuiProxyWithTheDaemon, ARequestIsTakenAtOnceAndItsResultComesAsAnEvent) {
     support::StandInDaemon daemon("[daemon]\ndelay=1\nshops=one-shop\n");

@@ -14,7 +14,6 @@ namespace test {
 namespace {
 
 using ZOLT::GuiProxy;
-using Events = std::vector<std::tuple<int, int>>;
 
 const char* const ABSENT = "Failed to find GUI proxy object";
 const char* const ADDED = "Object /zolt/gui added";
@@ -54,21 +53,7 @@ unsigned handlersOf(ZOLTGUI* proxy) {
     return count;
 }
 
-class GuiProxyOnTheBus : public BusTest {
-  protected:
-    void SetUp() override {
-        BusTest::SetUp();
-        GuiProxy::m_sendEventCallback = [this](int event, int reason) {
-            events.emplace_back(event, reason);
-        };
-    }
-    void TearDown() override {
-        GuiProxy::m_sendEventCallback = nullptr;
-        BusTest::TearDown();
-    }
-
-    Events events;
-};
+using GuiProxyOnTheBus = EventsTest;
 
 // With a service that has the object, and a proxy attached to it.
 class GuiProxyAttached : public GuiProxyOnTheBus {
