@@ -178,16 +178,24 @@ TEST_F(Display, ClosingTheLastWindowEndsTheApplication) {
     EXPECT_EQ(said().back(), "ui_app_main returned 0");
 }
 
-TEST_F(Display, ADeadServerEndsTheApplication) {
-    startProbe({});
+TEST_F(Display, AServerThatDiesBetweenTwoRequestsEndsTheMainLoopAndTheApplicationIsTold) {
+    startProbe({"outlive-server"});
+    tool("xdotool", {"key", "a"});
+    ASSERT_TRUE(logHas("waiting for the server's end"));
     server().send(SIGKILL);
-    const int status = probe().wait();
-    EXPECT_NE(status, -1);
-    // A request that was on its way to the server ends the process on the spot, with status 1.
-    if (status != 1) {
-        EXPECT_THAT(said(), testing::Contains("terminate"));
-    }
-    EXPECT_TRUE(logHas("The X server of the set is gone"));
+    EXPECT_NE(probe().wait(), -1);
+    EXPECT_TRUE(logHas("The X server of the set is gone: the main loop ends"));
+    EXPECT_THAT(said(), testing::Contains("terminate"));
+}
+
+TEST_F(Display, AServerThatDiesDuringARequestEndsTheProcessOnTheSpot) {
+    startProbe({"ask-dead-server"});
+    tool("xdotool", {"key", "a"});
+    ASSERT_TRUE(logHas("waiting for the server's end"));
+    server().send(SIGKILL);
+    EXPECT_EQ(probe().wait(), 1);
+    EXPECT_TRUE(logHas("The X server of the set is gone: the process ends here"));
+    EXPECT_EQ(said().back(), "waiting for the server's end");
 }
 
 }  // namespace PlatformTest

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include <poll.h>
 #include <unistd.h>
 
 #include <Ecore_X.h>
@@ -45,9 +46,25 @@ void say(const std::string& text) {
     __dlog_print(LOG_ID_MAIN, DLOG_INFO, "PROBE", "%s", text.c_str());
 }
 
-void onKey(void*, Evas*, Evas_Object*, void* info) {
+// Stays in the callback until the X server is gone, which the main loop cannot notice meanwhile.
+void outliveServer(bool askIt) {
+    auto* display = static_cast<Display*>(ecore_x_display_get());
+    pollfd connection = {ConnectionNumber(display), 0, 0};
+    say("waiting for the server's end");
+    poll(&connection, 1, -1);
+    if (askIt) {
+        XSync(display, False);
+        say("a dead server answered");
+    }
+}
+
+void onKey(void* data, Evas*, Evas_Object*, void* info) {
     const auto* event = static_cast<Evas_Event_Key_Down*>(info);
     say(std::string("key down ") + event->key + " " + event->keyname);
+    const auto* probe = static_cast<Probe*>(data);
+    if (probe->wants("outlive-server") || probe->wants("ask-dead-server")) {
+        outliveServer(probe->wants("ask-dead-server"));
+    }
 }
 
 void onKeyUp(void*, Evas*, Evas_Object*, void* info) {
@@ -68,7 +85,7 @@ Evas_Object* openWindow(Probe* probe, const char* title) {
     Evas_Object* window = elm_win_util_standard_add("probe", title);
     elm_win_autodel_set(window, EINA_TRUE);
     evas_object_resize(window, 320, 180);
-    evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_DOWN, onKey, nullptr);
+    evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_DOWN, onKey, probe);
     evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_UP, onKeyUp, nullptr);
     if (ecore_x_display_get() != nullptr) {
         evas_object_smart_callback_add(window, "focus,in", onFocusIn, nullptr);
