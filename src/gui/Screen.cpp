@@ -220,7 +220,7 @@ Screen::~Screen() {
     ZOLT_TRACE();
     delete m_popup;
     m_popup = nullptr;
-    if (m_window != nullptr) {
+    if (m_window != nullptr && !toolkitLost) {
         // A deletion that the toolkit puts off must find no way back to this object.
         evas_object_event_callback_del_full(m_window, EVAS_CALLBACK_KEY_DOWN, onKeyPress, this);
     }
