@@ -9,8 +9,10 @@ set(ZOLT_FLAG_FILE "/opt/usr/apps/org.tizen.zolt-hub/data/service-cond-flag" CAC
 set(ZOLT_IMAGE_TYPE_DIR "/etc" CACHE STRING
     "Folder in which a file named release, debug or perf tells the kind of firmware image")
 set(ZOLT_PLATFORM "host" CACHE STRING
-    "host: link the virtual set; none: libraries only, for linking against a television's own")
-set_property(CACHE ZOLT_PLATFORM PROPERTY STRINGS host none)
+    "host: the virtual set; television: what ZOLT_PLATFORM_LIBRARIES names")
+set_property(CACHE ZOLT_PLATFORM PROPERTY STRINGS host television)
+set(ZOLT_PLATFORM_LIBRARIES "" CACHE STRING
+    "What a television implements its interfaces in, as for the linker; without it no program is linked")
 set(ZOLT_SANITIZE "" CACHE STRING "Sanitizers, as for -fsanitize=, or empty")
 option(ZOLT_COVERAGE "Count executed lines and branches" OFF)
 option(ZOLT_WERROR "Treat compiler warnings as errors" ON)
