@@ -58,6 +58,7 @@ struct Scenario {
     std::string shopListFile;  // absolute
     std::string shopList;      // its content
     bool foundInLan = true;
+    bool hold = false;  // events wait until they are let out one by one
     std::string pincode = "48201573";
     bool pincodeExpires = false;
     std::vector<TimedEvent> startEvents;          // counted from the moment the name is owned

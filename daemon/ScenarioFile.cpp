@@ -181,6 +181,7 @@ const Key DAEMON_KEYS[] = {
     {"delay", [](const Assignment& at) { at.scenario.delayMs = parseDelay(at.value); }},
     {"shops",
      [](const Assignment& at) { at.scenario.shopListFile = shopListFile(at.value, at.folders); }},
+    {"hold", [](const Assignment& at) { at.scenario.hold = parseTruth(at.value); }},
     {"found-in-lan", [](const Assignment& at) { at.scenario.foundInLan = parseTruth(at.value); }},
     {"events", [](const Assignment& at) { at.scenario.startEvents = parseEvents(at.value); }},
 };

@@ -42,6 +42,9 @@ Service::Service(GDBusConnection* connection, const Scenario& scenario,
       m_manager(g_dbus_object_manager_server_new(MANAGER_PATH)),
       m_gui(zolt_gui_skeleton_new()),
       m_served(scenario.shopList) {
+    if (scenario.hold) {
+        m_events.hold();
+    }
     for (const char* handler : HANDLERS) {
         g_signal_connect(m_gui, handler, G_CALLBACK(onCall), this);
     }
@@ -64,6 +67,12 @@ Service::~Service() {
 void Service::start() {
     for (const TimedEvent& event : m_scenario.startEvents) {
         plan(event);
+    }
+}
+
+void Service::letOut() {
+    if (!m_events.releaseOne()) {
+        m_journal.write("nothing-due");
     }
 }
 

@@ -33,6 +33,9 @@ class Service {
     // Sends what the scenario plans from the moment on which the name is ours.
     void start();
 
+    // Sends the event that has waited longest, of a scenario that holds them back.
+    void letOut();
+
   private:
     struct Call;
 

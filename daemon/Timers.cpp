@@ -19,7 +19,21 @@ Timers::~Timers() {
     cancel();
 }
 
+bool Timers::releaseOne() {
+    if (m_held.empty()) {
+        return false;
+    }
+    const std::function<void()> action = std::move(m_held.front());
+    m_held.pop_front();
+    action();
+    return true;
+}
+
 void Timers::after(int delayMs, std::function<void()> action) {
+    if (m_holds) {
+        m_held.push_back(std::move(action));
+        return;
+    }
     auto* timer = new Timer{*this, std::move(action)};
     timer->source =
         g_timeout_add_full(G_PRIORITY_DEFAULT, static_cast<guint>(delayMs), fire, timer, release);
@@ -31,7 +45,7 @@ size_t Timers::cancel() {
     for (const unsigned source : due) {
         g_source_remove(source);
     }
-    return due.size();
+    return due.size() + std::exchange(m_held, {}).size();
 }
 
 int Timers::fire(void* data) {

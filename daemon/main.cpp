@@ -58,6 +58,11 @@ gboolean onSignal(gpointer data) {
     return G_SOURCE_CONTINUE;
 }
 
+gboolean onLetOut(gpointer service) {
+    static_cast<standin::Service*>(service)->letOut();
+    return G_SOURCE_CONTINUE;
+}
+
 GDBusConnection* connectToBus() {
     GError* error = nullptr;
     GDBusConnection* connection = g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, &error);
@@ -99,6 +104,7 @@ int play(const standin::Options& options) {
         g_signal_connect(connection, "closed", G_CALLBACK(onClosed), &run);
         g_unix_signal_add(SIGTERM, onSignal, &run);
         g_unix_signal_add(SIGINT, onSignal, &run);
+        const guint letOut = g_unix_signal_add(SIGUSR1, onLetOut, &service);
         const guint owner = g_bus_own_name_on_connection(connection, standin::BUS_NAME,
                                                          G_BUS_NAME_OWNER_FLAGS_DO_NOT_QUEUE,
                                                          onNameAcquired, onNameLost, &run, nullptr);
@@ -109,6 +115,7 @@ int play(const standin::Options& options) {
             g_bus_unown_name(owner);
         }
         g_signal_handlers_disconnect_by_data(connection, &run);
+        g_source_remove(letOut);
     }
     g_main_loop_unref(run.loop);
     g_object_unref(connection);

@@ -321,6 +321,21 @@ TEST_F(DaemonProcess, DropsWhatIsDueWhenTheUserLeaves) {
     EXPECT_TRUE(daemon->waitFor("cancelled 1"));
 }
 
+TEST_F(DaemonProcess, HoldsEventsBackUntilEachIsLetOutByItself) {
+    start("[daemon]\nhold=true\ndelay=1\n[requestPincode]\nevents=1:7\n");
+    client->call(zolt_gui_call_request_pincode_sync);
+    daemon->program().signal(SIGUSR1);
+    EXPECT_TRUE(daemon->waitFor("event 1 7"));
+    EXPECT_EQ(daemon->count("event 0 0"), 0);
+    daemon->program().signal(SIGUSR1);
+    EXPECT_TRUE(daemon->waitFor("event 0 0"));
+    daemon->program().signal(SIGUSR1);
+    EXPECT_TRUE(daemon->waitFor("nothing-due"));
+    client->call(zolt_gui_call_request_pincode_sync);
+    client->call(zolt_gui_call_application_cancelled_sync);
+    EXPECT_TRUE(daemon->waitFor("cancelled 2"));
+}
+
 TEST_F(DaemonProcess, DoesNotFindASetInTheLocalNetworkWhenTold) {
     start("[daemon]\ndelay=1\nfound-in-lan=false\n[requestPincodeVerification]\ndelay=1\n");
     client->call(zolt_gui_call_request_shop_info_list_sync);
