@@ -19,6 +19,7 @@
 #include "host/Description.h"
 #include "host/DevicePower.h"
 #include "host/HostLog.h"
+#include "host/ScreenReport.h"
 
 namespace Host {
 
@@ -139,6 +140,10 @@ ControlReply ping(Application*, const Words&) {
     return {kDone, "process " + std::to_string(getpid())};
 }
 
+ControlReply look(Application*, const Words&) {
+    return {kDone, screenReport()};
+}
+
 ControlReply help(Application*, const Words&) {
     return {kDone, controlHelp()};
 }
@@ -152,7 +157,7 @@ struct Verb {
     const char* meaning;
 };
 
-constexpr std::array<Verb, 13> kVerbs = {{
+constexpr std::array<Verb, 14> kVerbs = {{
     {"ping", "", 0, 0, ping, "tells the process of the set"},
     {"pause", "", 0, 0, pause, "puts the program out of sight"},
     {"resume", "", 0, 0, resume, "brings it back"},
@@ -164,6 +169,7 @@ constexpr std::array<Verb, 13> kVerbs = {{
     {"language", "LL_CC.utf8", 1, 1, language, "changes the set's language"},
     {"set", "GROUP KEY VALUE", 3, 3, setValue, "changes a value of the set's description"},
     {"get", "GROUP KEY", 2, 2, getValue, "tells a value of the set's description"},
+    {"look", "", 0, 0, look, "tells what is on the screen: windows, widgets, rows and texts"},
     {"quit", "", 0, 0, quit, "ends the program"},
     {"help", "", 0, 0, help, "tells the verbs"},
 }};
