@@ -1,6 +1,8 @@
 # SPDX-License-Identifier: Apache-2.0
 """The remote control and the camera in front of a set: keys in, pictures out."""
 
+import ctypes
+import functools
 import os
 import subprocess
 import time
@@ -16,10 +18,35 @@ class Remote:
 
     def press(self, key):
         """Presses and releases KEY, an X keysym name such as Down or Return."""
-        pressed = subprocess.run(["xdotool", "key", "--clearmodifiers", key], capture_output=True,
-                                 env=self._environment, text=True, check=False)
+        self._tool("key", "--clearmodifiers", key)
+
+    def down(self, key):
+        """Presses KEY and holds it."""
+        self._tool("keydown", key)
+
+    def up(self, key):
+        """Releases KEY."""
+        self._tool("keyup", key)
+
+    def repeat(self, wanted):
+        """Whether a key that is held comes again and again."""
+        display = self._x11.XOpenDisplay(self._environment["DISPLAY"].encode())
+        if not display:
+            raise SetError(f"the display {self._environment['DISPLAY']} does not answer")
+        (self._x11.XAutoRepeatOn if wanted else self._x11.XAutoRepeatOff)(ctypes.c_void_p(display))
+        self._x11.XCloseDisplay(ctypes.c_void_p(display))
+
+    def _tool(self, *words):
+        pressed = subprocess.run(["xdotool", *words], capture_output=True, env=self._environment,
+                                 text=True, check=False)
         if pressed.returncode != 0:
-            raise SetError(f"the key {key} could not be pressed: {pressed.stderr.strip()}")
+            raise SetError(f"xdotool {' '.join(words)} failed: {pressed.stderr.strip()}")
+
+    @functools.cached_property
+    def _x11(self):
+        library = ctypes.CDLL("libX11.so.6")
+        library.XOpenDisplay.restype = ctypes.c_void_p
+        return library
 
 
 class Camera:
