@@ -100,9 +100,24 @@ void checkLevel(const Level& given, const Level& served, bool last) {
     }
 }
 
+bool isChild(const std::string& code, const std::string& parent) {
+    return code.size() == parent.size() + CODE_STEP && code.compare(0, parent.size(), parent) == 0;
+}
+
 void checkCode(const std::string& code, const std::string& parent) {
-    if (code.size() != parent.size() + CODE_STEP || code.compare(0, parent.size(), parent) != 0) {
+    if (!isChild(code, parent)) {
         throw Fault("code \"" + code + "\" is not \"" + parent + "\" and two characters");
+    }
+}
+
+// A registration names a shop, and what has children is a group of shops.
+void checkEnd(const Entry& last, const std::vector<Level>& served) {
+    for (const Level& level : served) {
+        for (const Entry& entry : level.entries) {
+            if (isChild(entry.code, last.code)) {
+                throw Fault("it ends at \"" + last.name + "\", which has children");
+            }
+        }
     }
 }
 
@@ -122,6 +137,7 @@ void check(const std::vector<Level>& given, const std::vector<Level>& served) {
         }
         parent = code;
     }
+    checkEnd(given.back().entries.front(), served);
 }
 
 std::vector<Level> readServed(const std::string& served) {

@@ -7,6 +7,7 @@
 #include <map>
 #include <mutex>
 #include <set>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -26,6 +27,8 @@
 namespace Host {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 struct Watched {
     std::function<std::string()> read;
@@ -54,23 +57,47 @@ void drain(int descriptor) {
     }
 }
 
-gboolean changed(gint descriptor, GIOCondition, gpointer) {
-    drain(descriptor);
-    Description::reload();
-    ChangeWatch::look();
-    return G_SOURCE_CONTINUE;
-}
-
-void watchFolder(Board* state, const std::string& file) {
-    const std::string folder = std::filesystem::path(file).parent_path().string();
+void watchFolder(Board* state, const std::string& folder) {
     if (!state->folders.insert(folder).second) {
         return;
     }
-    // The folder and not the file: a file that is replaced in one step is another file.
-    constexpr unsigned mask = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE;
+    // The folder and not the file: a file that is replaced in one step is another file. A link is
+    // only ever created, never written.
+    constexpr unsigned mask = IN_CREATE | IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE;
     if (inotify_add_watch(state->inotify, folder.c_str(), mask) < 0) {
         logWarning("Changes of files in " + folder + " will not be noticed while the set runs");
     }
+}
+
+// Where FILE is a link, and perhaps a link to a link, each of them can be replaced and the file at
+// the end be written.
+void watchFile(Board* state, fs::path file) {
+    constexpr int mostLinks = 40;  // as many as the kernel follows
+    std::error_code noLink;
+    for (int links = 0; links <= mostLinks && !noLink; ++links) {
+        watchFolder(state, file.parent_path().string());
+        // The folder may be reached over a link itself, so ".." in the target is for the kernel.
+        file = file.parent_path() / fs::read_symlink(file, noLink);
+    }
+}
+
+void followLinks(Board* state) {
+    if (state->inotify >= 0) {
+        watchFile(state, SetFolder::description());
+        watchFile(state, SetFolder::keptValues());
+    }
+}
+
+gboolean changed(gint descriptor, GIOCondition, gpointer) {
+    drain(descriptor);
+    {
+        // A link may lead elsewhere now.
+        const std::lock_guard<std::mutex> lock(board().guard);
+        followLinks(&board());
+    }
+    Description::reload();
+    ChangeWatch::look();
+    return G_SOURCE_CONTINUE;
 }
 
 void watchFiles(Board* state) {
@@ -81,8 +108,7 @@ void watchFiles(Board* state) {
         }
         g_unix_fd_add(state->inotify, G_IO_IN, changed, nullptr);
     }
-    watchFolder(state, SetFolder::description());
-    watchFolder(state, SetFolder::keptValues());
+    followLinks(state);
 }
 
 void watchNetwork(Board* state) {

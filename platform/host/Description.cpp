@@ -281,7 +281,7 @@ std::string Description::write(Field field, const std::string& value) {
     }
     std::string failure;
     changeKeyFile(
-        SetFolder::description(),
+        SetFolder::description(), BrokenFile::Keep,
         [&](GKeyFile* file) {
             g_key_file_set_string(file, fieldRow.group, fieldRow.key, value.c_str());
         },

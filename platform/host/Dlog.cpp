@@ -17,6 +17,7 @@
 #include <unistd.h>
 
 #include "host/SetFolder.h"
+#include "host/SystemJournal.h"
 
 namespace {
 
@@ -166,9 +167,10 @@ extern "C" int __dlog_print(log_id_t id, int priority, const char* tag, const ch
     occupyStandardDescriptors();
     const std::string target = Host::SetFolder::variable("VIRTUAL_SET_LOG", "zolt.log");
     if (target == kJournal) {
-        syslog(LOG_USER | syslogLevel(priority), "%s %c %s: %s", bufferName(id), letter(priority),
-               name, message.c_str());
-        return static_cast<int>(message.size());
+        const std::string line =
+            std::string(bufferName(id)) + " " + letter(priority) + " " + name + ": " + message;
+        const int failure = Host::SystemJournal::write(syslogLevel(priority), line);
+        return failure < 0 ? failure : static_cast<int>(message.size());
     }
     const int descriptor = target == kStandardError
                                ? STDERR_FILENO

@@ -3,11 +3,15 @@
 #include "feedback.h"
 
 #include <array>
+#include <cerrno>
 #include <condition_variable>
+#include <cstring>
 #include <deque>
 #include <mutex>
 #include <string>
 #include <thread>
+
+#include <unistd.h>
 
 #include <canberra.h>
 
@@ -89,24 +93,45 @@ class Player {
     }
 
     std::string start(const Sound& sound, int volume) {
-        if (!m_tried) {
-            m_tried = true;
-            m_failure = ca_context_create(&m_context);
-            if (m_failure == CA_SUCCESS) {
-                m_failure = ca_context_open(m_context);
-            }
-        }
-        if (m_failure == CA_SUCCESS) {
-            m_failure = playFile(sound, volume);
-        }
-        return m_failure == CA_SUCCESS ? "played"
-                                       : std::string("no sound system, ") + ca_strerror(m_failure);
-    }
-
-    int playFile(const Sound& sound, int volume) {
         const std::string folder =
             Host::SetFolder::variable("VIRTUAL_SET_SOUNDS", VIRTUAL_SET_SOUNDS);
         const std::string path = folder + "/" + sound.name + ".wav";
+        // Asked first, because a machine without a sound system would not look at the file.
+        if (access(path.c_str(), R_OK) != 0) {
+            return "no file " + path + ", " + std::strerror(errno);
+        }
+        int failure = connect();
+        if (failure == CA_SUCCESS) {
+            failure = playFile(sound, path, volume);
+            if (failure == CA_SUCCESS) {
+                return "played";
+            }
+            if (failure == CA_ERROR_CORRUPT || failure == CA_ERROR_NOTSUPPORTED ||
+                failure == CA_ERROR_TOOBIG) {
+                return "no sound in " + path + ", " + ca_strerror(failure);
+            }
+        }
+        disconnect();
+        return std::string("no sound system, ") + ca_strerror(failure);
+    }
+
+    int connect() {
+        if (m_context != nullptr) {
+            return CA_SUCCESS;
+        }
+        const int failure = ca_context_create(&m_context);
+        return failure == CA_SUCCESS ? ca_context_open(m_context) : failure;
+    }
+
+    // The next sound connects anew: the sound system may have been restarted, or come later.
+    void disconnect() {
+        if (m_context != nullptr) {
+            ca_context_destroy(m_context);
+            m_context = nullptr;
+        }
+    }
+
+    int playFile(const Sound& sound, const std::string& path, int volume) {
         // Decibels: half the scale is about half as loud to the ear.
         const std::string level = std::to_string((volume - 100) / 5);
         return ca_context_play(m_context, 0, CA_PROP_MEDIA_FILENAME, path.c_str(),
@@ -118,11 +143,8 @@ class Player {
     std::condition_variable m_news;
     std::deque<const Sound*> m_waiting;
 
-    // Of the thread alone. The context is never released.
+    // Of the thread alone; null without a connection. Never released at the end of the process.
     ca_context* m_context = nullptr;
-    bool m_tried = false;
-    // Once there is no sound system there is none for the rest of the process.
-    int m_failure = CA_SUCCESS;
 };
 
 bool s_initialized = false;

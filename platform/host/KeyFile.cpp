@@ -89,12 +89,16 @@ KeyFilePtr readKeyFile(const std::string& path, std::string* failure) {
     return nullptr;
 }
 
-bool changeKeyFile(const std::string& path, const std::function<void(GKeyFile*)>& change,
-                   std::string* failure) {
+bool changeKeyFile(const std::string& path, BrokenFile broken,
+                   const std::function<void(GKeyFile*)>& change, std::string* failure) {
     const std::string real = resolved(path);
     const FileLock lock(real + ".lock");
-    std::string broken;
-    KeyFilePtr file = readKeyFile(real, &broken);
+    std::string unreadable;
+    KeyFilePtr file = readKeyFile(real, &unreadable);
+    if (!file && broken == BrokenFile::Keep) {
+        *failure = unreadable;
+        return false;
+    }
     if (!file) {
         file.reset(g_key_file_new());
     }

@@ -19,10 +19,14 @@ using KeyFilePtr = std::unique_ptr<GKeyFile, KeyFileRelease>;
 // parsed gives null and a sentence in *FAILURE.
 KeyFilePtr readKeyFile(const std::string& path, std::string* failure);
 
+// What becomes of a file that cannot be read or parsed: a person's own text is never thrown away
+// for a slip in it, a store that only programs write starts anew.
+enum class BrokenFile { Keep, Replace };
+
 // Reads PATH, lets CHANGE alter it and puts the result in its place in one step, so that no reader
-// ever sees half a file. A lock file beside it keeps two writers apart. A broken file is replaced.
-// Returns false with a sentence in *FAILURE.
-bool changeKeyFile(const std::string& path, const std::function<void(GKeyFile*)>& change,
-                   std::string* failure);
+// ever sees half a file. A lock file beside it keeps two writers apart. Returns false with a
+// sentence in *FAILURE; PATH is then as it was.
+bool changeKeyFile(const std::string& path, BrokenFile broken,
+                   const std::function<void(GKeyFile*)>& change, std::string* failure);
 
 }  // namespace Host

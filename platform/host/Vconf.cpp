@@ -127,7 +127,7 @@ int vconf_set_int(const char* key, int value) {
         failure = Description::write(field->second, std::to_string(value));
     } else {
         Host::changeKeyFile(
-            Host::SetFolder::keptValues(),
+            Host::SetFolder::keptValues(), Host::BrokenFile::Replace,
             [&](GKeyFile* file) { g_key_file_set_integer(file, kGroup, key, value); }, &failure);
     }
     if (!failure.empty()) {

@@ -149,8 +149,14 @@ TEST_F(DaemonProcess, PlaysTheOrdinaryRegistrationFromThePinToTheEnd) {
     EXPECT_NE(client->call(zolt_gui_call_get_shop_info_list_sync).find("United Kingdom"),
               std::string::npos);
     const std::string document =
-        "<rsp><list level=\"1\" name=\"Country\" is_fix=\"Y\" is_sub=\"N\"><sub_list "
-        "name=\"United Kingdom\" code=\"01\"/></list></rsp>";
+        "<rsp><list level=\"1\" name=\"Country\" is_fix=\"Y\" is_sub=\"Y\">"
+        "<sub_list name=\"United Kingdom\" code=\"01\"/></list>"
+        "<list level=\"2\" name=\"Region\" is_fix=\"Y\" is_sub=\"Y\">"
+        "<sub_list name=\"Northern Ireland\" code=\"0106\"/></list>"
+        "<list level=\"3\" name=\"City\" is_fix=\"Y\" is_sub=\"Y\">"
+        "<sub_list name=\"Belfast\" code=\"010601\"/></list>"
+        "<list level=\"4\" name=\"Shop\" is_fix=\"Y\" is_sub=\"N\">"
+        "<sub_list name=\"Halden Electric, Donegall Place\" code=\"01060101\"/></list></rsp>";
     EXPECT_EQ(client->registerShop(document), "");
     ASSERT_TRUE(client->waitForEvents(4));
     EXPECT_EQ(client->events, (Events{{0, 0}, {0, 1}, {0, 2}, {0, 3}}));

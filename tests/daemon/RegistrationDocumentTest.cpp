@@ -12,7 +12,8 @@ namespace {
 const char* const SERVED =
     "<rsp stat=\"ok\">"
     "<list level=\"1\" name=\"Country\" is_fix=\"Y\" is_sub=\"Y\">"
-    "<sub_list name=\"R&amp;D\" code=\"01\"/><sub_list name=\"Malta\" code=\"02\"/></list>"
+    "<sub_list name=\"R&amp;D\" code=\"01\"/><sub_list name=\"Malta\" code=\"02\"/>"
+    "<sub_list name=\"Head office\" code=\"03\"/></list>"
     "<list level=\"2\" name=\"City\" is_fix=\"N\" is_sub=\"maybe\">"
     "<sub_list name=\"Lab\" code=\"0101\"/><sub_list name=\"Valletta\" code=\"0201\"/></list>"
     "</rsp>";
@@ -38,9 +39,9 @@ TEST(RegistrationDocument, AChainFromTheTopIsRight) {
     EXPECT_EQ(fault(document(level(COUNTRY, MALTA) + level(CITY, VALLETTA))), "");
 }
 
-TEST(RegistrationDocument, AnEntryAtTheTopAloneIsRight) {
+TEST(RegistrationDocument, AnEntryAtTheTopThatHasNoChildrenIsRight) {
     EXPECT_EQ(fault(document(level("level=\"1\" name=\"Country\" is_fix=\"Y\" is_sub=\"N\"",
-                                   "<sub_list name=\"R&amp;D\" code=\"01\" />"))),
+                                   "<sub_list name=\"Head office\" code=\"03\" />"))),
               "");
 }
 
@@ -83,6 +84,8 @@ TEST(RegistrationDocument, EveryDepartureIsNamed) {
         {document(level("level=\"1\" name=\"Country\" is_fix=\"Y\" is_sub=\"N\"",
                         "<sub_list name=\"Malta\" code=\"01\"/>")),
          "level 1: there is no \"Malta\" with code \"01\""},
+        {document(level("level=\"1\" name=\"Country\" is_fix=\"Y\" is_sub=\"N\"", MALTA)),
+         "it ends at \"Malta\", which has children"},
         {document(level(COUNTRY, "<sub_list name=\"R&amp;D\" code=\"01\"/>") +
                   level(CITY, VALLETTA)),
          "code \"0201\" is not \"01\" and two characters"},

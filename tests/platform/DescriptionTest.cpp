@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -119,6 +120,21 @@ TEST_F(Description, WritingAValueKeepsTheRestOfTheFile) {
     EXPECT_EQ(Host::Description::text(Field::Country), "EG");
     EXPECT_EQ(screen(SYSTEM_INFO_KEY_PANEL_WIDTH), 1280);
     EXPECT_NE(contentsOf(file("set.ini")).find("# mine"), std::string::npos);
+}
+
+TEST_F(Description, WritingAValueLeavesABrokenFileAsItIs) {
+    const std::string mine = "[Screen]\nWidth=1280\na line that is no key\n";
+    describe(mine);
+    const std::string failure = Host::Description::write(Field::Country, "EG");
+    EXPECT_NE(failure.find(file("set.ini") + ": "), std::string::npos) << failure;
+    EXPECT_EQ(contentsOf(file("set.ini")), mine);
+}
+
+TEST_F(Description, WritingAValueLeavesWhatCannotBeReadAsItIs) {
+    // A loop of links cannot be read by anybody, the administrator included.
+    std::filesystem::create_symlink("set.ini", file("set.ini"));
+    EXPECT_NE(Host::Description::write(Field::Country, "EG"), "");
+    EXPECT_TRUE(std::filesystem::is_symlink(file("set.ini")));
 }
 
 TEST_F(Description, AValueThatCannotStandIsNotWritten) {

@@ -188,6 +188,18 @@ TEST_F(Display, AServerThatDiesBetweenTwoRequestsEndsTheMainLoopAndTheApplicatio
     EXPECT_THAT(said(), testing::Contains("terminate"));
 }
 
+TEST_F(Display, AnApplicationThatEndsBeforeItsFirstLaunchIsNotTerminated) {
+    // A server that dies meanwhile is the first thing that the main loop notices.
+    start({"outlive-server-in-create"},
+          {{"DISPLAY", displayName()}, {"ELM_DISPLAY", "x11"}, {"ELM_ENGINE", "software_x11"}});
+    ASSERT_TRUE(logHas("PROBE: waiting for the server's end"));
+    server().send(SIGKILL);
+    EXPECT_EQ(probe().wait(), 3);
+    EXPECT_THAT(said(), testing::Not(testing::Contains("app control 1")));
+    EXPECT_THAT(said(), testing::Not(testing::Contains("terminate")));
+    EXPECT_EQ(said().back(), "ui_app_main returned -17760255");
+}
+
 TEST_F(Display, AServerThatDiesDuringARequestEndsTheProcessOnTheSpot) {
     startProbe({"ask-dead-server"});
     tool("xdotool", {"key", "a"});

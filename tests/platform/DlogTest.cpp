@@ -5,9 +5,13 @@
 #include <sstream>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <syslog.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -99,11 +103,74 @@ TEST_F(Dlog, ADashMeansStandardError) {
               std::string::npos);
 }
 
-TEST_F(Dlog, TheJournalTakesLinesToo) {
-    setenv("VIRTUAL_SET_LOG", "journal", 1);
-    EXPECT_GT(__dlog_print(LOG_ID_MAIN, DLOG_DEBUG, "A", "to the journal"), 0);
-    unsetenv("VIRTUAL_SET_LOG");
+// A log service of the test's own.
+class Journal : public Dlog {
+  protected:
+    Journal() {
+        setenv("VIRTUAL_SET_LOG", "journal", 1);
+        setenv("VIRTUAL_SET_JOURNAL", file("journal.sock").c_str(), 1);
+    }
+    ~Journal() override {
+        unsetenv("VIRTUAL_SET_LOG");
+        unsetenv("VIRTUAL_SET_JOURNAL");
+        if (m_socket >= 0) {
+            close(m_socket);
+        }
+    }
+
+    void listen() {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        file("journal.sock").copy(address.sun_path, sizeof address.sun_path - 1);
+        m_socket = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+        ASSERT_EQ(bind(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    }
+
+    // What has arrived first, or nothing: what is sent lies here before the sender returns.
+    std::string received() const {
+        std::string room(65536, '\0');
+        const ssize_t length = recv(m_socket, room.data(), room.size(), 0);
+        return room.substr(0, length > 0 ? static_cast<std::size_t>(length) : 0);
+    }
+
+  private:
+    int m_socket = -1;
+};
+
+TEST_F(Journal, TakesALineWithLevelTimeProgramAndProcess) {
+    listen();
+    EXPECT_GT(__dlog_print(LOG_ID_MAIN, DLOG_ERROR, "A", "to the\n%s", "journal"), 0);
+    const std::regex form(
+        "<(\\d+)>[A-Z][a-z]{2} [ \\d]\\d \\d\\d:\\d\\d:\\d\\d platform_tests\\[(\\d+)\\]: main E "
+        "A: "
+        "to the\\\\njournal");
+    std::smatch parts;
+    const std::string line = received();
+    ASSERT_TRUE(std::regex_match(line, parts, form)) << line;
+    EXPECT_EQ(parts[1], std::to_string(LOG_USER | LOG_ERR));
+    EXPECT_EQ(parts[2], std::to_string(getpid()));
+    EXPECT_EQ(received(), "");
     EXPECT_EQ(log(), "");
+}
+
+TEST_F(Journal, EachPriorityHasItsLevel) {
+    listen();
+    const std::vector<std::pair<log_priority, int>> levels = {{DLOG_DEBUG, LOG_DEBUG},
+                                                              {DLOG_INFO, LOG_INFO},
+                                                              {DLOG_WARN, LOG_WARNING},
+                                                              {DLOG_FATAL, LOG_CRIT}};
+    for (const auto& [priority, level] : levels) {
+        __dlog_print(LOG_ID_MAIN, priority, "A", "x");
+        const std::string head = "<" + std::to_string(LOG_USER | level) + ">";
+        EXPECT_EQ(received().substr(0, head.size()), head);
+    }
+}
+
+TEST_F(Journal, AServiceThatIsNotThereIsAnErrorAndOneThatComesIsUsed) {
+    EXPECT_LT(__dlog_print(LOG_ID_MAIN, DLOG_INFO, "A", "lost"), 0);
+    listen();
+    EXPECT_GT(__dlog_print(LOG_ID_MAIN, DLOG_INFO, "A", "kept"), 0);
+    EXPECT_NE(received().find("A: kept"), std::string::npos);
 }
 
 TEST_F(Dlog, AFolderThatIsNotThereIsAnErrorAndNoCrash) {

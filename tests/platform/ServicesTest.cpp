@@ -1,16 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-// Power notices, sounds, key grabs without a display, and event handlers.
-#include <cstdlib>
+// Power notices, key grabs without a display, and event handlers.
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "PrivateSet.h"
 #include "app.h"
 #include "device_power.h"
-#include "feedback.h"
 #include "host/DevicePower.h"
 #include "utilx.h"
 
@@ -61,47 +57,6 @@ TEST(DevicePower, ASubscriberMayUnsubscribeDuringTheNotice) {
     ASSERT_EQ(device_power_subscribe_poweroff(unsubscribeItself, nullptr), 0);
     Host::announcePoweroff(1);
     EXPECT_LT(device_power_unsubscribe_poweroff(unsubscribeItself), 0);
-}
-
-class Feedback : public PrivateSet {
-  protected:
-    Feedback() { setenv("CANBERRA_DRIVER", "null", 1); }
-    ~Feedback() override { unsetenv("CANBERRA_DRIVER"); }
-};
-
-TEST_F(Feedback, EachOfTheFiveSoundsSucceedsAndIsLogged) {
-    const std::vector<std::pair<feedback_pattern_e, std::string>> sounds = {
-        {FEEDBACK_PATTERN_MOVE, "Sound 40 move: "},
-        {FEEDBACK_PATTERN_BACK, "Sound 41 back: "},
-        {FEEDBACK_PATTERN_BLOCKED, "Sound 42 blocked: "},
-        {FEEDBACK_PATTERN_SELECT, "Sound 43 select: "},
-        {FEEDBACK_PATTERN_POPUP, "Sound 45 popup: "}};
-    for (const auto& [pattern, line] : sounds) {
-        EXPECT_EQ(feedback_initialize(), 0);
-        EXPECT_EQ(feedback_play(pattern), 0);
-        EXPECT_EQ(feedback_deinitialize(), 0);
-        const std::string wanted = line;
-        EXPECT_TRUE(waitFor([&] { return log().find(wanted) != std::string::npos; })) << wanted;
-    }
-}
-
-TEST_F(Feedback, APatternThatDoesNotExistIsAnError) {
-    EXPECT_EQ(feedback_initialize(), 0);
-    EXPECT_EQ(feedback_play(static_cast<feedback_pattern_e>(44)), FEEDBACK_ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(feedback_deinitialize(), 0);
-}
-
-TEST_F(Feedback, NothingPlaysBeforeTheServiceIsInitialized) {
-    EXPECT_EQ(feedback_play(FEEDBACK_PATTERN_MOVE), FEEDBACK_ERROR_NOT_INITIALIZED);
-    EXPECT_EQ(feedback_deinitialize(), FEEDBACK_ERROR_NOT_INITIALIZED);
-}
-
-TEST_F(Feedback, SoundsThatAreSwitchedOffStillSucceed) {
-    describe("[Sound]\nEnabled=false\n");
-    EXPECT_EQ(feedback_initialize(), 0);
-    EXPECT_EQ(feedback_play(FEEDBACK_PATTERN_MOVE), 0);
-    EXPECT_EQ(feedback_deinitialize(), 0);
-    EXPECT_TRUE(waitFor([&] { return log().find("Sound 40 move: off") != std::string::npos; }));
 }
 
 TEST(KeyGrab, FailsWithoutDisplayWindowOrKey) {

@@ -2,6 +2,7 @@
 // Settings by key, kept across processes, and notices of their changes.
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <thread>
@@ -189,6 +190,28 @@ TEST_F(Vconf, AFileThatIsReplacedInOneStepIsNoticed) {
     writeTo(file("draft"), "[Accessibility]\nFocusZoom=1\n");
     ASSERT_EQ(std::rename(file("draft").c_str(), file("set.ini").c_str()), 0);
     EXPECT_TRUE(waitFor([] { return s_notices == 1; }));
+}
+
+TEST_F(Vconf, AChangeBehindALinkToALinkIsNoticed) {
+    namespace fs = std::filesystem;
+    fs::create_directories(file("middle"));
+    fs::create_directories(file("far/away"));
+    writeTo(file("far/away/own.ini"), "");
+    fs::create_symlink(file("middle/next.ini"), file("set.ini"));
+    fs::create_symlink("../far/away/own.ini", file("middle/next.ini"));
+    ASSERT_EQ(vconf_notify_key_changed(kZoom, count, nullptr), 0);
+    writeTo(file("far/away/own.ini"), "[Accessibility]\nFocusZoom=1\n");
+    ASSERT_TRUE(waitFor([] { return s_notices == 1; }));
+
+    // The link in the middle is taken away, and comes back leading elsewhere.
+    fs::create_directories(file("near"));
+    writeTo(file("near/own.ini"), "[Accessibility]\nFocusZoom=2\n");
+    fs::remove(file("middle/next.ini"));
+    ASSERT_TRUE(waitFor([] { return s_notices == 2; }));
+    fs::create_symlink(file("near/own.ini"), file("middle/next.ini"));
+    ASSERT_TRUE(waitFor([] { return s_notices == 3; }));
+    writeTo(file("near/own.ini"), "[Accessibility]\nFocusZoom=11\n");
+    ASSERT_TRUE(waitFor([] { return s_notices == 4; }));
 }
 
 class RuntimeInfo : public Vconf {};

@@ -2,6 +2,7 @@
 // A small application for the tests of the virtual set: reports each callback in the log and does
 // what its arguments ask for.
 #include <algorithm>
+#include <array>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -21,11 +22,15 @@
 #include "app.h"
 #include "device_power.h"
 #include "dlog.h"
+#include "feedback.h"
 #include "runtime_info.h"
 #include "utilx.h"
 #include "vconf.h"
 
 namespace {
+
+// Seconds; the watchdog's limit of the tests that hold out longer is 10.
+constexpr int kLongerThanTheLimit = 13;
 
 struct Probe {
     std::vector<std::string> wishes;
@@ -156,17 +161,23 @@ void throwInJob(void*) {
     throw std::runtime_error("thrown by the toolkit's loop");
 }
 
-gboolean stall(gpointer) {
+[[noreturn]] void outliveEveryLimit() {
     say("stalling");
     while (true) {
-        usleep(10000);
+        pause();
     }
 }
 
+volatile sig_atomic_t s_told = 0;
+
+void onTold(int) {
+    s_told = 1;
+}
+
 gboolean beBusy(gpointer) {
+    std::signal(SIGUSR1, onTold);
     say("busy");
-    const gint64 end = g_get_monotonic_time() + G_TIME_SPAN_SECOND / 2;
-    while (g_get_monotonic_time() < end) {
+    while (s_told == 0) {
         usleep(10000);
     }
     elm_exit();
@@ -230,6 +241,9 @@ bool create(void* data) {
     if (probe->wants("raise-in-create")) {
         raise(SIGTERM);
     }
+    if (probe->wants("outlive-server-in-create")) {
+        outliveServer(false);
+    }
     return !probe->wants("refuse");
 }
 
@@ -246,6 +260,15 @@ void grabAsAnother(Evas_Object* window, const char* key) {
     const int result = utilx_grab_key(display, elm_win_xwindow_get(window), key, TOP_POSITION_GRAB);
     say(std::string("grab ") + key + " by another: " + (result == 0 ? "done" : "refused"));
     XCloseDisplay(display);
+}
+
+// Another of the five sounds at each launch.
+void playSound(int launch) {
+    constexpr std::array<feedback_pattern_e, 5> patterns = {
+        FEEDBACK_PATTERN_MOVE, FEEDBACK_PATTERN_BACK, FEEDBACK_PATTERN_BLOCKED,
+        FEEDBACK_PATTERN_SELECT, FEEDBACK_PATTERN_POPUP};
+    feedback_initialize();
+    feedback_play(patterns[static_cast<std::size_t>(launch - 1) % patterns.size()]);
 }
 
 void launch(app_control_h request, void* data) {
@@ -279,17 +302,20 @@ void launch(app_control_h request, void* data) {
         grab(probe->windows[0], "b");
         grabAsAnother(probe->windows[0], "b");
     }
+    if (probe->wants("sounds")) {
+        playSound(probe->launches);
+    }
     if (probe->wants("leave")) {
         elm_exit();
     }
-    if (probe->wants("stall")) {
-        g_idle_add(stall, nullptr);
+    if (probe->wants("stall") && probe->launches > 1) {
+        outliveEveryLimit();
     }
-    if (probe->wants("busy-for-a-while")) {
+    if (probe->wants("busy-until-told")) {
         g_idle_add(beBusy, nullptr);
     }
-    if (probe->wants("idle-for-three-seconds")) {
-        g_timeout_add_seconds(3, leave, nullptr);
+    if (probe->wants("idle")) {
+        g_timeout_add_seconds(kLongerThanTheLimit, leave, nullptr);
     }
     if (probe->wants("throw-source")) {
         g_idle_add(throwLater, nullptr);
@@ -317,7 +343,7 @@ void terminateProbe(void* data) {
         evas_object_del(static_cast<Probe*>(data)->windows.back());
     }
     if (static_cast<Probe*>(data)->wants("slow-end")) {
-        const gint64 end = g_get_monotonic_time() + 3 * G_TIME_SPAN_SECOND;
+        const gint64 end = g_get_monotonic_time() + kLongerThanTheLimit * G_TIME_SPAN_SECOND;
         while (g_get_monotonic_time() < end) {
             usleep(10000);
         }

@@ -10,6 +10,7 @@ import unittest
 # An id is a whole literal; a literal that merely holds one is a text of a log line.
 ID = re.compile(r'"((?:TV_|COM_|SID_)[A-Z0-9_]+|ZOLT_CONTENT_SPACER)"')
 LONGEST_MESSAGE = 488  # bytes that a message popup shows
+TAG = re.compile(r"<[^<>]*>")
 # Markup that the spoken form of a text leaves out.
 SPOKEN_WITHOUT = ("<br/>",)
 options = None
@@ -66,14 +67,24 @@ class Catalogues(unittest.TestCase):
                     self.assertGreater(len(comment), 20)
                     self.assertEqual(comment, self.template[name][1])
 
-    def test_a_message_fits_the_popup_and_holds_no_markup_but_line_breaks(self):
+    def test_a_message_fits_the_popup(self):
         for language, found in self.texts.items():
             for name, (text, _) in found.items():
                 with self.subTest(language=language, id=name):
                     self.assertLessEqual(len(text.encode("utf-8")), LONGEST_MESSAGE)
-                    for tag in SPOKEN_WITHOUT:
+
+    def test_a_text_holds_no_markup_but_what_its_comment_allows(self):
+        for language, found in self.texts.items():
+            for name, (text, _) in found.items():
+                with self.subTest(language=language, id=name):
+                    for tag in TAG.findall(self.template[name][1]):
                         text = text.replace(tag, " ")
                     self.assertNotRegex(text, "[<>&]")
+
+    def test_a_comment_allows_no_markup_that_would_be_spoken(self):
+        for name, (_, comment) in self.template.items():
+            with self.subTest(id=name):
+                self.assertLessEqual(set(TAG.findall(comment)), set(SPOKEN_WITHOUT))
 
     def test_no_text_starts_with_its_id(self):
         # Such a text would count as missing, and the text of the default language would show.
