@@ -272,8 +272,7 @@ class Options(SetCase):
         self.assertIn("xx_YY", ended.stderr)
 
     def test_a_description_or_a_scenario_that_cannot_be_read_is_refused(self):
-        for option, text in (("--set", "junk"), ("--set", "[Screen]\nWidth=wide"),
-                             ("--set", "[Screen]\nHeight=0"), ("--scenario", "junk"),
+        for option, text in (("--set", "junk"), ("--set", "Width=1280"), ("--scenario", "junk"),
                              ("--scenario", "[daemon]\ndelay=soon")):
             with self.subTest(option + text):
                 self.assert_told_in_one_line(
