@@ -412,8 +412,17 @@ class Ending(SetCase):
         held = self.hold()
         os.kill(self.one(held, "Xvfb"), signal.SIGTERM)
         self.assertEqual(0, held.process.wait(DEADLINE))
+        self.assertIn("The set was switched off", contents(held.output))
         self.assertNotIn("starting it again", contents(held.output))
         self.assert_all_gone(held)
+
+    def test_a_screen_that_is_closed_switches_the_set_off_whatever_the_program_made_of_it_first(self):
+        closed = VirtualSet(self.folder(), self.private, say=self.said.append)
+        closed.screen = types.SimpleNamespace(display="nowhere:7", status=None)
+        for status in (0, 1, -signal.SIGABRT):
+            closed.program = types.SimpleNamespace(status=status)
+            self.assertIsNone(closed.supervise())
+        self.assertEqual([], self.said)
 
     def test_an_orderly_end_of_the_program_ends_the_set(self):
         held = self.hold()

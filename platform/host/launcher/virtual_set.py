@@ -9,7 +9,7 @@ import time
 from folder import SetFolder
 from journal import Journal
 from private_folder import PrivateFolder
-from processes import Bus, Child, SetError, WindowManager, XServer, wait_until
+from processes import Bus, Child, SetError, WindowManager, XServer, display_answers, wait_until
 from remote import Camera, Remote
 
 _ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", "..", ".."))
@@ -132,15 +132,16 @@ class VirtualSet:
     def supervise(self, stay=lambda: True):
         """Runs the program, or goes on with the one that was started, until it ends in an orderly way,
         and starts it again after any other end, at most three times in a minute. Returns its exit
-        status."""
+        status; None when its screen was closed or STAY no longer holds."""
         if not self.program:
             self.start_program()
         while True:
             status = self._wait_for_end(stay)
-            if status in (0, None):
-                return status
-            if self._screen_goes():
+            # A program whose screen is closed may notice first, and end in one way or another.
+            if status is None or not display_answers(self.screen.display):
                 return None
+            if status == 0:
+                return status
             now = time.monotonic()
             self.restarts = [then for then in self.restarts if now - then < RESTART_WINDOW]
             how = f"status {status}" if status > 0 else f"signal {-status}"
@@ -158,14 +159,6 @@ class VirtualSet:
                 return None
             time.sleep(0.1)
         return self.program.status
-
-    def _screen_goes(self):
-        """A program whose screen is closed ends first, and ends abnormally."""
-        try:
-            self.screen.process.wait(1)
-        except subprocess.TimeoutExpired:
-            return False
-        return True
 
     def control(self, *words):
         """Sends a control verb to the running set; returns what it answers."""
