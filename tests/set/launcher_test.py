@@ -10,7 +10,8 @@ import subprocess
 import types
 import unittest
 
-from set_case import BUILD, DEADLINE, SOURCE, SetCase, contents, descendants, program_of, running
+from set_case import (BUILD, DEADLINE, SOURCE, SetCase, contents, descendants, program_of, running,
+                      with_variables)
 
 from folder import Description, SetFolder
 from processes import Child, SetError, WindowManager, XServer, wait_until
@@ -45,7 +46,7 @@ class RunCase(SetCase):
 
     def run_with(self, *arguments, **environment):
         return subprocess.run(self.run_command(*arguments), capture_output=True, text=True,
-                              timeout=DEADLINE, env={**os.environ, **environment}, check=False)
+                              timeout=DEADLINE, env=with_variables(environment), check=False)
 
     def assert_refused(self, *arguments, text="", **environment):
         self.assert_told_in_one_line(2, text, self.run_with(*arguments, **environment))
@@ -316,7 +317,7 @@ class Window(RunCase):
         process, output = self.open()
         started = descendants(process.pid)
         subprocess.run(["xdotool", "search", "--name", "^Virtual set", "windowkill"], check=True,
-                       env={**os.environ, "DISPLAY": self.screen.display})
+                       env=with_variables({"DISPLAY": self.screen.display}))
         self.assertEqual(0, process.wait(DEADLINE), contents(output))
         self.assertIn("The set was switched off", contents(output))
         self.assertNotIn("starting it again", contents(output))
@@ -335,7 +336,7 @@ class Window(RunCase):
 
     def test_without_a_display_the_set_is_walked_and_a_control_verb_reaches_it(self):
         out = os.path.join(self.private, "out")
-        process, output = self.begin(self.run_command("--out", out), DISPLAY="")
+        process, output = self.begin(self.run_command("--out", out), DISPLAY=None)
         wait_until(lambda: process.poll() is not None or "01-menu.png" in contents(output), DEADLINE,
                    "the first step")
         self.assertIsNone(process.poll(), contents(output))

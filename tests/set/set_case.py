@@ -72,6 +72,11 @@ def contents(path):
         return file.read()
 
 
+def with_variables(changes):
+    """The environment with CHANGES; None takes a variable away."""
+    return {name: value for name, value in {**os.environ, **changes}.items() if value is not None}
+
+
 class SetCase(unittest.TestCase):
     def setUp(self):
         self.private = tempfile.mkdtemp(prefix="zolt-test-")
@@ -128,7 +133,7 @@ class SetCase(unittest.TestCase):
                 "--state", os.path.join(self.private, "state"), *arguments]
 
     def launch(self, *arguments, **environment):
-        return subprocess.run(self.launcher(*arguments), env={**os.environ, **environment},
+        return subprocess.run(self.launcher(*arguments), env=with_variables(environment),
                               capture_output=True, text=True, timeout=DEADLINE, check=False)
 
     def begin(self, command, **environment):
@@ -137,7 +142,7 @@ class SetCase(unittest.TestCase):
         output = os.path.join(self.private, "output")
         with open(output, "wb") as file:
             process = subprocess.Popen(command, stdout=file, stderr=file, stdin=subprocess.DEVNULL,
-                                       env={**os.environ, **environment})
+                                       env=with_variables(environment))
         self.addCleanup(self.end, process)
         return process, output
 
@@ -145,7 +150,12 @@ class SetCase(unittest.TestCase):
     def end(process):
         if process.poll() is None:
             process.terminate()
-        process.wait(DEADLINE)
+        try:
+            process.wait(DEADLINE)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+            raise
 
     def assert_told_in_one_line(self, status, text, ended):
         self.assertEqual((status, ""), (ended.returncode, ended.stdout), ended.stderr)
