@@ -4,118 +4,19 @@
 import glob
 import os
 import re
-import shutil
 import signal
 import subprocess
-import sys
-import tempfile
+import time
 import types
 import unittest
 import xml.etree.ElementTree as ElementTree
 
-SOURCE = os.environ["ZOLT_SOURCE"]
-BUILD = os.environ["ZOLT_BUILD"]
-LAUNCHER = os.path.join(SOURCE, "platform", "host", "launcher")
-sys.path.insert(0, LAUNCHER)
+from set_case import BUILD, DEADLINE, SetCase, contents, descendants, program_of
 
-from folder import SetFolder  # noqa: E402
-from journal import Journal  # noqa: E402
-from processes import Child, wait_until  # noqa: E402
-from virtual_set import VirtualSet  # noqa: E402
-from walks import SOUND_MOVE, Walk, received_document  # noqa: E402
-
-DEADLINE = 240
-
-
-def processes_of(marker):
-    """Processes whose environment or command line names MARKER, without this one."""
-    found = []
-    for name in os.listdir("/proc"):
-        if not name.isdigit() or int(name) == os.getpid():
-            continue
-        try:
-            with open(f"/proc/{name}/environ", "rb") as file:
-                text = file.read()
-            with open(f"/proc/{name}/cmdline", "rb") as file:
-                text += file.read()
-            with open(f"/proc/{name}/stat", "rb") as file:
-                state = file.read().rsplit(b")", 1)[1].split()[0]
-        except OSError:
-            continue
-        if marker.encode() in text and state != b"Z":
-            found.append(int(name))
-    return found
-
-
-def contents(path):
-    """The text of a file; of one that is not there yet, nothing."""
-    if not os.path.exists(path):
-        return ""
-    with open(path, encoding="utf-8", errors="replace") as file:
-        return file.read()
-
-
-class SetCase(unittest.TestCase):
-    def setUp(self):
-        self.private = tempfile.mkdtemp(prefix="zolt-test-")
-        self.addCleanup(shutil.rmtree, self.private, ignore_errors=True)
-        self.said = []
-
-    def write(self, name, text):
-        path = os.path.join(self.private, name)
-        self.rewrite(path, text)
-        return path
-
-    def folder(self, **choices):
-        folder = SetFolder(os.path.join(self.private, "set"), BUILD)
-        folder.make(**choices)
-        return folder
-
-    @staticmethod
-    def key_file(groups):
-        return "".join(f"[{group}]\n" + "".join(f"{key}={value}\n" for key, value in values.items())
-                       for group, values in groups.items())
-
-    def start(self, scenario=None, **choices):
-        """A running set with a person in front of it; it ends with the test."""
-        path = scenario and self.write("scenario.ini", self.key_file(scenario))
-        running_set = VirtualSet(self.folder(**choices), os.path.join(BUILD, "test-state"),
-                                 scenario=path, say=self.said.append)
-        running_set.__enter__()
-        self.addCleanup(running_set.close)
-        return Walk(running_set, self.private, self.said.append)
-
-    def to_search(self, walk):
-        """From the first menu to the search in the local network."""
-        self.assertEqual("MainMenuUnregisteredScreen", walk.start())
-        walk.press("Down", SOUND_MOVE)
-        walk.press("Return", r"Called .*displayShopsFromLANRequested")
-
-    def configure(self, walk, key, value):
-        """Changes a KEY of the set's configuration; None takes it away."""
-        path = walk.set.folder.file("config.xml")
-        pattern = re.compile(rf'(<item name="{key}">)(.*?)(</item>)')
-        text = contents(path)
-        self.assertRegex(text, pattern)
-        text = pattern.sub("" if value is None else rf"\g<1>{value}\g<3>", text)
-        self.rewrite(path, text)
-
-    @staticmethod
-    def rewrite(path, text):
-        with open(path, "w", encoding="utf-8") as file:
-            file.write(text)
-
-    def launch(self, *arguments, **environment):
-        return subprocess.run(
-            ["/usr/bin/python3", "-B", os.path.join(LAUNCHER, "launch.py"), "--build", BUILD,
-             "--state", os.path.join(self.private, "state"), *arguments],
-            env={**os.environ, **environment}, capture_output=True, text=True, timeout=DEADLINE,
-            check=False)
-
-    def assert_told_in_one_line(self, status, text, ended):
-        self.assertEqual((status, ""), (ended.returncode, ended.stdout), ended.stderr)
-        self.assertEqual(1, len(ended.stderr.splitlines()), ended.stderr)
-        self.assertIn(text, ended.stderr)
+from folder import SetFolder
+from journal import Journal
+from processes import Child, wait_until
+from walks import SOUND_MOVE, received_document
 
 
 class Walking(SetCase):
@@ -138,7 +39,7 @@ class Walking(SetCase):
         self.assertTrue(pictures[-1].endswith("-completed.png"))
         numbers = [int(os.path.basename(path)[:2]) for path in pictures]
         self.assertEqual(list(range(1, len(pictures) + 1)), numbers)
-        self.assertIn(f"existing: {len(pictures)} steps", said)
+        self.assert_a_line_for_each(pictures, said)
         log = contents(os.path.join(out, "zolt.log"))
         self.assert_in_order(log, [
             "ZOLT GUI application: Initializing", "ZOLT GUI application: Starting",
@@ -152,6 +53,13 @@ class Walking(SetCase):
             "quitRequested", "calling Terminate", "Decreasing Vconf",
             "ZOLT GUI application: Closing", "Vconf is already changed"])
         self.assertNotIn("Exception", log)
+
+    def assert_a_line_for_each(self, pictures, said):
+        first, *steps, last = said.splitlines()
+        self.assertEqual("Walking 'existing' on a set of 1920x1080 in en_US.utf8", first)
+        for number, (line, picture) in enumerate(zip(steps, pictures, strict=True), 1):
+            self.assertRegex(line, rf"^ *{number} +[0-9.]+ s  \S.*\S +{os.path.basename(picture)}$")
+        self.assertRegex(last, rf"^existing: {len(pictures)} steps in [0-9.]+ s, all in ")
 
     def assert_in_order(self, log, texts):
         place = 0
@@ -240,177 +148,6 @@ class Walking(SetCase):
         self.assertIn("existing: FAILED after", ended.stdout)
 
 
-class Options(SetCase):
-    def run_with(self, *arguments):
-        return subprocess.run([os.path.join(SOURCE, "run"), *arguments], capture_output=True,
-                              text=True, timeout=DEADLINE, check=False)
-
-    def assert_refused(self, *arguments):
-        ended = self.run_with(*arguments)
-        self.assertEqual(2, ended.returncode, arguments)
-        self.assertEqual("", ended.stdout)
-        self.assertEqual(1, len(ended.stderr.strip().splitlines()), ended.stderr)
-
-    def test_a_wrong_option_is_one_clear_line_and_status_two(self):
-        for arguments in (["--fast"], ["--size"], ["--size", "1920"], ["--size", "0x0"],
-                          ["--size", "big"], ["--language", "english"], ["--language"],
-                          ["--scenario", "/nowhere/scenario.ini"], ["--set", "/nowhere/set.ini"],
-                          ["--set", "/"], ["--out"], ["--out", ""], ["--build", "cathedral"],
-                          ["--build", ".*"], ["--build", "base"], ["--build", "set"], ["extra"]):
-            with self.subTest(arguments):
-                self.assert_refused(*arguments)
-
-    def test_help_names_every_option(self):
-        ended = self.run_with("--help")
-        self.assertEqual(0, ended.returncode)
-        for option in ("--headless", "--out", "--size", "--language", "--scenario", "--set", "--help"):
-            self.assertIn(option, ended.stdout)
-
-    def test_a_language_that_no_locale_speaks_is_refused(self):
-        ended = self.launch("--headless", "--language", "xx_YY")
-        self.assertEqual(2, ended.returncode)
-        self.assertIn("xx_YY", ended.stderr)
-
-    def test_a_description_or_a_scenario_that_cannot_be_read_is_refused(self):
-        for option, text in (("--set", "junk"), ("--set", "[Screen]\nWidth=wide"),
-                             ("--set", "[Screen]\nHeight=0"), ("--scenario", "junk"),
-                             ("--scenario", "[daemon]\ndelay=soon")):
-            with self.subTest(option + text):
-                self.assert_told_in_one_line(
-                    2, "", self.launch("--headless", option, self.write("broken.ini", text + "\n")))
-
-    def test_a_folder_that_can_keep_nothing_is_refused(self):
-        for out in (self.write("file", ""), "/proc/zolt"):
-            self.assert_told_in_one_line(2, out, self.launch("--headless", "--out", out))
-
-    def test_a_folder_of_somebody_else_is_left_alone(self):
-        theirs = os.path.join(self.private, "set")
-        os.makedirs(theirs)
-        self.write("set/precious", "mine")
-        self.assert_told_in_one_line(2, theirs, self.launch("--headless", "--out", self.private))
-        self.assertEqual(["precious"], os.listdir(theirs))
-
-    def test_a_scenario_in_the_folder_that_a_walk_clears_is_refused(self):
-        out = os.path.join(self.private, "out")
-        SetFolder(os.path.join(out, "set"), BUILD).make()
-        scenario = self.write("out/set/scenario.ini", "")
-        self.assert_told_in_one_line(
-            2, scenario, self.launch("--headless", "--out", out, "--scenario", scenario))
-        self.assertTrue(os.path.exists(scenario))
-
-    def test_the_description_of_an_earlier_walk_may_be_used_again(self):
-        folder = self.folder(size=(1280, 720))
-        folder.make(fresh=True, description=folder.file("set.ini"))
-        self.assertEqual((1280, 720), folder.size)
-
-    def test_programs_that_are_missing_are_named(self):
-        tools = os.path.join(self.private, "bin")
-        os.makedirs(tools)
-        for name in ("dbus-daemon", "matchbox-window-manager", "xprop", "xdpyinfo", "localedef",
-                     "Xvfb", "import"):
-            os.symlink(shutil.which(name), os.path.join(tools, name))
-        self.assert_told_in_one_line(1, "these programs are missing: xdotool, convert",
-                                     self.launch("--headless", PATH=tools))
-
-    def test_an_unknown_walk_is_refused_and_the_list_names_the_known_ones(self):
-        self.assertEqual(2, self.launch("--headless", "--walk", "backwards").returncode)
-        self.assertIn("existing", self.launch("--headless", "--walk", "list").stdout)
-
-
-class Ending(SetCase):
-    def hold(self, scenario=None):
-        """A set that ./run keeps on until it is told to stop."""
-        state = os.path.join(self.private, "state")
-        arguments = ["/usr/bin/python3", "-B", os.path.join(LAUNCHER, "launch.py"), "--build", BUILD,
-                     "--state", state, "--hold"]
-        if scenario:
-            arguments += ["--set", scenario]
-        output = os.path.join(self.private, "output")
-        with open(output, "wb") as file:
-            process = subprocess.Popen(arguments, stdout=file, stderr=file, stdin=subprocess.DEVNULL)
-        self.addCleanup(process.wait)
-        self.addCleanup(process.kill)
-        log = os.path.join(state, "set", "zolt.log")
-        wait_until(lambda: "calling Resume" in contents(log), DEADLINE, "the set")
-        return process, state, output
-
-    def assert_all_gone(self, state):
-        wait_until(lambda: not processes_of(state), 60, f"the end of {processes_of(state)}")
-
-    def test_everything_ends_with_ctrl_c(self):
-        process, state, _ = self.hold()
-        self.assertGreaterEqual(len(processes_of(state)), 3)
-        process.send_signal(signal.SIGINT)
-        self.assertEqual(130, process.wait(DEADLINE))
-        self.assert_all_gone(state)
-        self.assertEqual([], [name for name in processes_of("zolt-") if name in processes_of(state)])
-
-    def test_everything_ends_with_each_way_of_asking_the_launcher_to_end(self):
-        for number in (signal.SIGTERM, signal.SIGHUP):
-            with self.subTest(number):
-                process, state, _ = self.hold()
-                process.send_signal(number)
-                self.assertEqual(128 + number, process.wait(DEADLINE))
-                self.assert_all_gone(state)
-                shutil.rmtree(state)
-
-    def test_a_daemon_that_is_stopped_ends_with_the_set(self):
-        process, state, _ = self.hold()
-        wait_until(lambda: " start " in contents(os.path.join(state, "set", "daemon.log")), DEADLINE,
-                   "the daemon")
-        daemon = [number for number in processes_of(state)
-                  if os.path.basename(os.readlink(f"/proc/{number}/exe")) == "zolt-daemon"]
-        os.kill(daemon[0], signal.SIGSTOP)
-        process.terminate()
-        self.assertEqual(143, process.wait(DEADLINE))
-        self.assert_all_gone(state)
-
-    def test_a_second_set_in_the_same_folder_is_refused_and_the_first_goes_on(self):
-        _, state, _ = self.hold()
-        self.assert_told_in_one_line(1, "another set is on in " + os.path.join(state, "set"),
-                                     self.launch("--hold"))
-        control = os.path.join(BUILD, "platform", "host", "virtual-set-control")
-        subprocess.run([control, "--set", os.path.join(state, "set"), "ping"], check=True,
-                       stdout=subprocess.DEVNULL)
-
-    def test_a_screen_that_is_closed_switches_the_set_off(self):
-        process, state, output = self.hold()
-        with open(f"/proc/{process.pid}/task/{process.pid}/children", encoding="utf-8") as file:
-            children = [int(number) for number in file.read().split()]
-        screens = [number for number in children
-                   if os.path.basename(os.readlink(f"/proc/{number}/exe")) == "Xvfb"]
-        os.kill(screens[0], signal.SIGTERM)
-        self.assertEqual(0, process.wait(DEADLINE))
-        self.assertNotIn("starting it again", contents(output))
-        self.assert_all_gone(state)
-
-    def test_everything_ends_with_a_launcher_that_is_killed(self):
-        process, state, _ = self.hold()
-        process.kill()
-        process.wait(DEADLINE)
-        self.assert_all_gone(state)
-
-    def test_an_orderly_end_of_the_program_ends_the_set(self):
-        process, state, _ = self.hold()
-        control = os.path.join(BUILD, "platform", "host", "virtual-set-control")
-        subprocess.run([control, "--set", os.path.join(state, "set"), "quit"], check=True)
-        self.assertEqual(0, process.wait(DEADLINE))
-        self.assert_all_gone(state)
-
-    def test_a_program_that_dies_is_started_again_three_times_in_a_minute(self):
-        process, state, output = self.hold()
-        log = os.path.join(state, "set", "zolt.log")
-        for life in range(1, 5):
-            wait_until(lambda: contents(log).count("calling Resume") >= life, DEADLINE, f"life {life}")
-            hub = [number for number in processes_of(state)
-                   if os.path.basename(os.readlink(f"/proc/{number}/exe")) == "zolt-hub"]
-            os.kill(hub[0], signal.SIGKILL)
-        self.assertEqual(137, process.wait(DEADLINE))
-        said = contents(output)
-        self.assertEqual(3, said.count("zolt-hub ended with signal 9; starting it again"))
-        self.assertIn("for the fourth time in a minute", said)
-
-
 class Registration(SetCase):
     def test_the_next_start_of_a_registered_set_shows_the_other_menu(self):
         walk = self.start()
@@ -433,10 +170,9 @@ class Trouble(SetCase):
     """What goes wrong around a set ends as it should, with its line in the log."""
 
     def kill_daemon(self, walk):
-        found = [number for number in processes_of(walk.set.folder.path)
-                 if os.path.basename(os.readlink(f"/proc/{number}/exe")) == "zolt-daemon"]
+        found = [one for one in descendants(walk.set.bus.process.pid) if program_of(one) == "zolt-daemon"]
         self.assertEqual(1, len(found))
-        os.kill(found[0], signal.SIGKILL)
+        os.kill(found[0].number, signal.SIGKILL)
 
     def test_a_daemon_that_dies_during_a_request_and_returns_leaves_a_program_that_answers(self):
         walk = self.start(scenario={"requestShopInfoList": {"outcome": "none"}})
@@ -496,6 +232,10 @@ class Trouble(SetCase):
         walk = self.start()
         self.configure(walk, "LayoutPath", "/nowhere")
         self.assertEqual("MainMenuUnregisteredScreen", walk.start())
+        # The widgets have no place and no size then; what is left of them lies in the corner.
+        below = walk.set.camera.settled()[1920 * 3 * 40:]
+        self.assertEqual({below[:3]}, {below[place:place + 3] for place in range(0, len(below), 3)})
+        self.assertEqual(f"process {walk.set.program.process.pid}", walk.set.control("ping"))
         walk.press("Escape", r"quitRequested")
         walk.end()
 
@@ -574,15 +314,21 @@ class Trouble(SetCase):
         self.assertFalse(os.path.exists(walk.set.folder.file("data", "registered")))
 
     def test_a_list_with_a_missing_level_is_noticed_by_the_watchdog_and_the_program_starts_again(self):
-        description = self.write("set.ini", self.key_file({"Framework": {"StallSeconds": 3}}))
+        description = self.write("set.ini", self.key_file({"Framework": {"StallSeconds": 20}}))
         path = self.write("list.xml", '<rsp stat="ok"><list level="1" name="R" is_fix="N" is_sub="Y">'
                           '<sub_list name="A" code="01"/></list>'
                           '<list level="2" name="S" is_fix="N" is_sub="N">'
                           '<sub_list name="B" code="010101"/></list></rsp>')
         walk = self.start(description=description, scenario={"getShopInfoList": {"reply-file": path}})
         self.to_search(walk)
-        self.assertEqual(-signal.SIGABRT, walk.set.wait_for_end(DEADLINE))
-        self.assertIsNotNone(walk.set.log.find(r"main loop"))
+        mark = walk.set.log.mark()
+        deadline = time.monotonic() + DEADLINE
+        self.assertIsNone(walk.set.supervise(
+            stay=lambda: time.monotonic() < deadline and not walk.set.log.find(r"calling Resume", mark)))
+        self.assertEqual([f"zolt-hub ended with signal {int(signal.SIGABRT)}; starting it again"],
+                         self.said)
+        self.assertIsNotNone(walk.set.log.find(r"main loop", mark))
+        self.assertIsNotNone(walk.set.log.find(r"MainMenuUnregisteredScreen::Main", mark))
 
 
 class Playing(SetCase):

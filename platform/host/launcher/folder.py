@@ -1,18 +1,20 @@
 # SPDX-License-Identifier: Apache-2.0
 """The folder in which one set lives: its configuration, its description, its data and its log."""
 
-import configparser
 import fcntl
-import io
 import os
 import re
 import shutil
 import subprocess
 
+from key_file import KeyFile, KeyFileError
 from processes import ChoiceError, SetError
 
 # Where each language of the catalogues is at home, so that a running set can be switched to it.
 LOCALES = {"ar": "ar_EG.utf8", "en": "en_US.utf8", "ko": "ko_KR.utf8"}
+# What the set itself takes for a side of its screen.
+SMALLEST_SIDE = 1
+LARGEST_SIDE = 16384
 _LAID_OUT = {"config.xml", "data", "etc", "home"}
 
 
@@ -26,62 +28,47 @@ def locale_source(locale):
 
 
 class Description:
-    """What kind of set it is: a key file, in which every value has a default."""
+    """What kind of set it is: a key file, in which every value has a default, and a bad value counts as
+    absent."""
 
-    def __init__(self, text=b"", name="set.ini"):
-        self._text = text
-        self._parser = configparser.RawConfigParser(
-            delimiters=("=",), comment_prefixes=("#",), strict=False, interpolation=None)
-        self._parser.optionxform = str
+    def __init__(self, path=None):
         try:
-            self._parser.read_string(text.decode("utf-8"), name)
-        except (configparser.Error, UnicodeDecodeError) as error:
-            reason = " ".join(str(error).split())
-            raise ChoiceError(f"the description of the set cannot be read: {reason}") from error
+            self._file = KeyFile(path)
+        except KeyFileError as error:
+            raise ChoiceError(f"the description of the set cannot be read: {error}") from error
 
     @classmethod
     def of(cls, path):
         """That of the file PATH, or the default one where there is no such file."""
-        if not os.path.exists(path):
-            return cls()
-        with open(path, "rb") as file:
-            return cls(file.read(), path)
+        return cls(path if os.path.exists(path) else None)
 
     def change(self, groups):
         """Changes values: group to key to value."""
         for group, values in groups.items():
-            if not self._parser.has_section(group):
-                self._parser.add_section(group)
             for key, value in values.items():
-                self._parser.set(group, key, value)
-        text = io.StringIO()
-        self._parser.write(text, space_around_delimiters=False)
-        self._text = text.getvalue().encode("utf-8")
+                self._file.set(group, key, value)
 
     def save(self, path):
-        with open(path + ".new", "wb") as file:
-            file.write(self._text)
+        with open(path + ".new", "w", encoding="utf-8", errors="surrogateescape") as file:
+            file.write(self._file.text)
         os.replace(path + ".new", path)
 
     def check(self):
-        """Raises ChoiceError for a value that no set can have."""
+        """Raises ChoiceError for a language that no set on this machine can have."""
         locale_source(self.language)
-        _ = self.size
 
     @property
     def size(self):
-        try:
-            size = (self._parser.getint("Screen", "Width", fallback=1920),
-                    self._parser.getint("Screen", "Height", fallback=1080))
-        except ValueError as error:
-            raise ChoiceError(f"the description of the set has no sound size: {error}") from error
-        if not all(100 <= side <= 9999 for side in size):
-            raise ChoiceError(f"the description of the set has no sound size: {size[0]}x{size[1]}")
-        return size
+        return self._side("Width", 1920), self._side("Height", 1080)
+
+    def _side(self, key, fallback):
+        given = self._file.get("Screen", key) or ""
+        sound = re.fullmatch(r"[0-9]{1,9}", given) and SMALLEST_SIDE <= int(given) <= LARGEST_SIDE
+        return int(given) if sound else fallback
 
     @property
     def language(self):
-        return self._parser.get("Language", "Language", fallback=LOCALES["en"])
+        return self._file.get("Language", "Language") or LOCALES["en"]
 
 
 class SetFolder:
@@ -132,8 +119,11 @@ class SetFolder:
         for name in ("data", "etc", "home"):
             os.makedirs(self.file(name), exist_ok=True)
         shutil.copyfile(os.path.join(self.build, "config", "config.xml"), self.file("config.xml"))
-        if description or overrides:
+        if description:
             wanted.save(self.file("set.ini"))
+        elif overrides:
+            # The description may be a link to a file elsewhere; that file changes, the link stays.
+            wanted.save(os.path.realpath(self.file("set.ini")))
 
     def _clear(self):
         """Empties the folder. The folder itself stays, since the claim is on it."""
@@ -171,9 +161,14 @@ class SetFolder:
             target = os.path.join(path, locale)
             if os.path.isdir(target):
                 return
-            made = subprocess.run(["localedef", "--no-archive", "-i", source, "-f", "UTF-8",
-                                   target + ".new"], capture_output=True, text=True, check=False)
+            draft = target + ".new"
+            # One that was interrupted is not whole.
+            if os.path.lexists(draft):
+                shutil.rmtree(draft)
+            made = subprocess.run(["localedef", "--no-archive", "-i", source, "-f", "UTF-8", draft],
+                                  capture_output=True, text=True, check=False)
             # Status 1 means warnings, which some of the distribution's own sources give.
-            if not os.path.isdir(target + ".new"):
-                raise SetError(f"the locale {locale} could not be built: {made.stderr.strip()}")
-            os.rename(target + ".new", target)
+            if made.returncode not in (0, 1) or not os.path.isdir(draft):
+                raise SetError(f"the locale {locale} could not be built: "
+                               f"{' '.join(made.stderr.split())}")
+            os.rename(draft, target)

@@ -14,7 +14,7 @@ import sys
 import threading
 import time
 
-from folder import SetFolder
+from folder import LARGEST_SIDE, SMALLEST_SIDE, SetFolder
 from journal import Journal
 from processes import ChoiceError, SetError, display_answers, require
 from virtual_set import VirtualSet
@@ -35,6 +35,7 @@ def options():
     parser.add_argument("--set")
     parser.add_argument("--patience", type=float, default=120, help="seconds to wait for a step")
     parser.add_argument("--log", action="store_true")
+    parser.add_argument("--check", action="store_true", help="only tell whether the options are good")
     choice = parser.parse_args()
     # The program's working folder is the set's.
     for name in ("build", "state", "out", "scenario", "set"):
@@ -72,10 +73,50 @@ def shown_log(path):
         reader.join(10)
 
 
+def check_options(choice):
+    """Refuses what could only be ignored, and what could only fail later."""
+    if choice.walk and choice.walk not in WALKS:
+        raise ChoiceError(f"there is no walk {choice.walk}; --walk list names them")
+    if choice.walk and choice.hold:
+        raise ChoiceError("--walk and --hold exclude each other: a set that is held is not walked")
+    if choice.out and choice.hold:
+        raise ChoiceError("--out is for the pictures of a walk, and with --hold there is none")
+    if choice.size and not all(SMALLEST_SIDE <= side <= LARGEST_SIDE for side in size_of(choice)):
+        raise ChoiceError(f"--size {choice.size} is no size from {SMALLEST_SIDE} to {LARGEST_SIDE}")
+    # Without the means to ask it is asked again when they have been installed.
+    if (choice.out and wants_window(choice) and shutil.which("xdpyinfo")
+            and not missing_display()):
+        raise ChoiceError("--out is for the pictures of a walk, which needs --headless or --walk here")
+
+
+def size_of(choice):
+    return tuple(int(side) for side in choice.size.split("x"))
+
+
+def list_walks(choice):
+    given = [name for name in ("headless", "hold", "out", "size", "language", "scenario", "set", "log")
+             if getattr(choice, name)]
+    if given:
+        raise ChoiceError(f"--walk list goes without --{given[0]}")
+    for known, function in WALKS.items():
+        say(f"{known:<12} {function.__doc__}")
+
+
+OWN_FILES = ("zolt.log", "registration.xml")
+
+
+def refuse_to_overwrite(out):
+    """In a folder in which no walk has been, such a file is somebody's own."""
+    for name in OWN_FILES:
+        path = os.path.join(out, name)
+        if os.path.lexists(path):
+            raise ChoiceError(f"{path} was left by no walk, and is left alone")
+
+
 def clear(out):
     """Takes away what an earlier walk left in OUT, and nothing else."""
     leftovers = glob.glob(os.path.join(glob.escape(out), "[0-9][0-9]-*.png"))
-    for path in leftovers + [os.path.join(out, name) for name in ("zolt.log", "registration.xml")]:
+    for path in leftovers + [os.path.join(out, name) for name in OWN_FILES]:
         if os.path.exists(path):
             os.remove(path)
 
@@ -90,7 +131,7 @@ def claim_folder(choice, path):
 
 
 def make_folder(choice, folder, fresh):
-    size = tuple(int(part) for part in choice.size.split("x")) if choice.size else None
+    size = size_of(choice) if choice.size else None
     folder.make(fresh=fresh, description=choice.set, size=size, language=choice.language)
 
 
@@ -114,6 +155,8 @@ def walk(choice, name):
             raise ChoiceError(f"{choice.scenario} lies in the folder that a walk clears")
         check_scenario(choice, choice.scenario)
     left_by_a_walk = folder.is_ours and bool(os.listdir(folder.path))
+    if folder.is_ours and not left_by_a_walk:
+        refuse_to_overwrite(out)
     make_folder(choice, folder, fresh=True)
     if left_by_a_walk:
         clear(out)
@@ -164,16 +207,16 @@ def live(choice, nested):
     return status if status >= 0 else 128 - status
 
 
-def has_display():
-    """Whether there is a display to open a window on; says so if not."""
+def missing_display():
+    """Why there is no display to open a window on; None where there is one."""
     display = os.environ.get("DISPLAY")
     if not display:
-        say("There is no display, so the set runs headless")
-    elif not display_answers(display):
-        say(f"The display {display} does not answer, so the set runs headless")
-    else:
-        return True
-    return False
+        return "There is no display"
+    return None if display_answers(display) else f"The display {display} does not answer"
+
+
+def wants_window(choice):
+    return not (choice.hold or choice.headless or choice.walk)
 
 
 def end_orderly(number, _frame):
@@ -187,20 +230,21 @@ def main():
     choice = options()
     for name in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
         signal.signal(name, end_orderly)
-    name = choice.walk or "existing"
-    if name == "list":
-        for known, function in WALKS.items():
-            say(f"{known:<12} {function.__doc__}")
+    if choice.walk == "list":
+        list_walks(choice)
         return 0
-    if name not in WALKS:
-        print(f"run: there is no walk {name}; --walk list names them", file=sys.stderr)
-        return 2
-    require(["dbus-daemon", "matchbox-window-manager", "xprop", "xdpyinfo", "localedef"])
-    nested = not (choice.hold or choice.headless or choice.walk) and has_display()
+    check_options(choice)
+    if choice.check:
+        return 0
+    require(["setpriv", "dbus-daemon", "matchbox-window-manager", "xprop", "xdpyinfo", "localedef"])
+    trouble = wants_window(choice) and missing_display()
+    if trouble:
+        say(f"{trouble}, so the set runs headless")
+    nested = wants_window(choice) and not trouble
     require(["Xephyr" if nested else "Xvfb"])
     if nested or choice.hold:
         return live(choice, nested)
-    return walk(choice, name)
+    return walk(choice, choice.walk or "existing")
 
 
 if __name__ == "__main__":

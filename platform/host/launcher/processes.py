@@ -1,15 +1,11 @@
 # SPDX-License-Identifier: Apache-2.0
 """Processes that belong to one set: each is started here, and none outlives the launcher."""
 
-import ctypes
 import os
 import shutil
 import signal
 import subprocess
 import time
-
-PR_SET_PDEATHSIG = 1
-_libc = ctypes.CDLL(None, use_errno=True)
 
 
 class SetError(Exception):
@@ -49,11 +45,6 @@ def display_answers(display, seconds=10):
     return asked.returncode == 0
 
 
-def _end_with_parent():
-    # Also a launcher that is killed outright takes its servers along.
-    _libc.prctl(PR_SET_PDEATHSIG, signal.SIGTERM)
-
-
 class Child:
     """One started process. It has a session of its own, so that a Ctrl-C in the terminal reaches the
     launcher alone, which then ends its children in order."""
@@ -61,11 +52,14 @@ class Child:
     def __init__(self, name, arguments, log=None, **options):
         self.name = name
         self.log = log
+        if not shutil.which(arguments[0]):
+            raise SetError(f"{name} could not be started: there is no program {arguments[0]}")
         output = open(log, "ab") if log else subprocess.DEVNULL
         try:
+            # Also a launcher that is killed outright takes its servers along.
             self.process = subprocess.Popen(
-                arguments, stdin=subprocess.DEVNULL, stdout=output, stderr=output,
-                start_new_session=True, preexec_fn=_end_with_parent, **options)
+                ["setpriv", "--pdeathsig", "TERM", *arguments], stdin=subprocess.DEVNULL,
+                stdout=output, stderr=output, start_new_session=True, **options)
         except OSError as error:
             raise SetError(f"{name} could not be started: {error}") from error
         finally:

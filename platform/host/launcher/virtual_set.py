@@ -3,14 +3,13 @@
 
 import contextlib
 import os
-import shutil
 import subprocess
-import tempfile
 import time
 
 from folder import SetFolder
 from journal import Journal
-from processes import Bus, Child, SetError, WindowManager, XServer, wait_until
+from private_folder import PrivateFolder
+from processes import Bus, Child, SetError, WindowManager, XServer, display_answers, wait_until
 from remote import Camera, Remote
 
 _ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", "..", ".."))
@@ -23,6 +22,9 @@ class VirtualSet:
     share. SCENARIO is what the daemon plays, in the place of the folder's own. Whoever holds the set may
     end single servers (bus, screen) to see what follows."""
 
+    _PASSED = ("PATH", "TERM", "USER", "LOGNAME", "PULSE_SERVER", "LD_LIBRARY_PATH", "ELM_MODULES",
+               "CANBERRA_DRIVER", "VIRTUAL_SET_STALL_SECONDS", "VIRTUAL_SET_SOUNDS")
+
     def __init__(self, folder: SetFolder, state, scenario=None, log=None, nested=False, say=print):
         self.folder = folder
         self.log = Journal(log or folder.file("zolt.log"))
@@ -32,7 +34,7 @@ class VirtualSet:
         self._scenario = scenario
         self._nested = nested
         self._say = say
-        self.private = None
+        self._private = None
         self.bus = self.screen = self.manager = self.program = None
 
     def __enter__(self):
@@ -47,12 +49,13 @@ class VirtualSet:
         self.close()
 
     def _start(self):
-        for journal in (self.log, self.daemon_log):
-            if os.path.exists(journal.path):
-                os.remove(journal.path)
+        # A log elsewhere is for whoever named it to clear.
+        for path in (self.folder.file("zolt.log"), self.folder.file("daemon.log")):
+            if os.path.exists(path):
+                os.remove(path)
         self.folder.make_locales(self._locales)
         # Sockets need short and plain names, which neither a build folder nor TMPDIR may have.
-        self.private = tempfile.mkdtemp(prefix="zolt-", dir="/tmp")
+        self._private = PrivateFolder()
         self.start_bus()
         width, height = self.folder.size
         servers = self.folder.file("servers.log")
@@ -60,6 +63,11 @@ class VirtualSet:
         self.manager = WindowManager(self.screen.display, servers)
         self.remote = Remote(self.screen.display)
         self.camera = Camera(self.screen.display, width, height)
+
+    @property
+    def private(self):
+        """The folder of the sockets, for as long as the set is on."""
+        return self._private and self._private.path
 
     def start_bus(self):
         self.bus = Bus(self.private, {"org.tizen.GDBus.ZoltContent.service": self._service()},
@@ -82,10 +90,10 @@ class VirtualSet:
 
     def environment(self):
         """What the set's processes see. A person's own settings reach a set only through its
-        description."""
+        description and what the virtual set's page offers."""
         environment = {name: value for name, value in os.environ.items()
-                       if name in ("PATH", "TERM", "USER", "LOGNAME", "PULSE_SERVER", "LD_LIBRARY_PATH")
-                       or name.startswith(("ASAN_", "UBSAN_", "LSAN_", "TSAN_", "VIRTUAL_SET_", "GCOV_"))}
+                       if name in self._PASSED
+                       or name.startswith(("ASAN_", "UBSAN_", "LSAN_", "TSAN_", "GCOV_"))}
         home = self.folder.file("home")
         environment.update({
             "HOME": home,
@@ -122,15 +130,18 @@ class VirtualSet:
                              cwd=self.folder.path, env=self.environment())
 
     def supervise(self, stay=lambda: True):
-        """Runs the program until it ends in an orderly way, and starts it again after any other end,
-        at most three times in a minute. Returns its exit status."""
-        self.start_program()
+        """Runs the program, or goes on with the one that was started, until it ends in an orderly way,
+        and starts it again after any other end, at most three times in a minute. Returns its exit
+        status; None when its screen was closed or STAY no longer holds."""
+        if not self.program:
+            self.start_program()
         while True:
             status = self._wait_for_end(stay)
-            if status in (0, None):
-                return status
-            if self._screen_goes():
+            # A program whose screen is closed may notice first, and end in one way or another.
+            if status is None or not display_answers(self.screen.display):
                 return None
+            if status == 0:
+                return status
             now = time.monotonic()
             self.restarts = [then for then in self.restarts if now - then < RESTART_WINDOW]
             how = f"status {status}" if status > 0 else f"signal {-status}"
@@ -148,14 +159,6 @@ class VirtualSet:
                 return None
             time.sleep(0.1)
         return self.program.status
-
-    def _screen_goes(self):
-        """A program whose screen is closed ends first, and ends abnormally."""
-        try:
-            self.screen.process.wait(1)
-        except subprocess.TimeoutExpired:
-            return False
-        return True
 
     def control(self, *words):
         """Sends a control verb to the running set; returns what it answers."""
@@ -185,9 +188,9 @@ class VirtualSet:
     def close(self):
         # One after the other, the last first, and all of them also when a signal comes in between.
         with contextlib.ExitStack() as steps:
-            if self.private:
-                steps.callback(shutil.rmtree, self.private, ignore_errors=True)
-                self.private = None
+            if self._private:
+                steps.callback(self._private.close)
+                self._private = None
             for child in (self.bus, self.screen, self.manager, self.program):
                 if child:
                     steps.callback(child.stop)
