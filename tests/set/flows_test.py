@@ -1,0 +1,460 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Every flow of the program on a whole set, step by step: what is shown and focused, what is heard, what
+the daemon is asked, and how it ends."""
+
+import os
+import re
+import signal
+import time
+import unittest
+
+from set_case import DEADLINE, SOURCE, SetCase, descendants, program_of
+
+from processes import SetError, wait_until
+from registration import document_of, register
+from screen import Screen
+
+MOVE, BACK, BLOCKED, SELECT, POPUP = range(5)
+
+UNREGISTERED_MENU = ["New registration*!", "Use existing registration*", "Cancel*"]
+REGISTERED_MENU = ["Change registration*!", "Deregister*", "Registration information*", "Cancel*"]
+FAILURES = {5: "The internet connection is not stable.\nCheck the connection and try again.",
+            6: "Cannot connect to the network.\nCheck the connection and try again.",
+            7: "Cannot connect to the server.\nTry again later.",
+            8: "The time limit for the PIN has expired.\nTry again.",
+            9: "No registration was found in the local network."}
+
+
+class FlowCase(SetCase):
+    """A person who looks, listens and presses keys, and a daemon whose events come one by one."""
+
+    SHOPS = "two-levels"
+    walk = None
+
+    def switch_on(self, registered=False, language=None, size=None, description=None, **scenario):
+        """Starts a set and sees its first menu."""
+        groups = {"daemon": {"hold": "true", "shops": self.SHOPS, **scenario.pop("daemon", {})}}
+        if self.walk:
+            self.walk.set.close()
+        self.walk = self.start(scenario={**groups, **scenario}, fresh=True, language=language,
+                               size=size, description=description)
+        if registered:
+            shops = os.path.join(SOURCE, "daemon", "shop-lists", "two-levels.xml")
+            register(self.walk.set.folder, document_of(shops))
+        self._heard = self._asked = self._read = 0
+        self._down = None
+        self.walk.set.remote.repeat(False)
+        self.walk.start()
+        self.sees(title="MainMenuRegisteredWindow" if registered else "MainMenuUnregisteredScreen",
+                  depth=1, buttons=REGISTERED_MENU if registered else UNREGISTERED_MENU, popup=None)
+
+    # --- doing
+
+    def press(self, key):
+        """Presses KEY and holds it until its effect is seen, as a finger does."""
+        self.release()
+        self.walk.set.remote.down(key)
+        self._down = key
+
+    def release(self):
+        if self._down:
+            self.walk.set.remote.up(self._down)
+            self._down = None
+
+    def event(self, expected):
+        """Lets the daemon send the event that waits, which is EXPECTED."""
+        self.release()
+        mark = self.walk.set.daemon_log.mark()
+        found = [one.number for one in descendants(os.getpid())
+                 if program_of(one) == "zolt-daemon"
+                 and self.walk.set.folder.path.encode() in self.command_of(one.number)]
+        self.assertEqual(1, len(found))
+        os.kill(found[0], signal.SIGUSR1)
+        self.walk.set.wait_for_log(f" event {expected}$", mark, journal=self.walk.set.daemon_log)
+
+    @staticmethod
+    def command_of(number):
+        with open(f"/proc/{number}/cmdline", "rb") as file:
+            return file.read()
+
+    # --- looking and listening
+
+    def screen(self):
+        return Screen(self.walk.set.control("look"))
+
+    @staticmethod
+    def seen(screen, **asked):
+        """Of SCREEN what ASKED asks for. Words are those that are asked for and stand there."""
+        found = {}
+        for name, wanted in asked.items():
+            if name == "title":
+                found[name] = screen.window.text
+            elif name == "depth":
+                found[name] = len(screen.windows)
+            elif name == "popup":
+                text = [] if screen.popup is None else screen.popup.words
+                found[name] = None if screen.popup is None else [word for word in wanted or text
+                                                                 if word in text]
+            elif name == "words":
+                found[name] = [word for word in wanted if word in screen.window.words]
+            else:
+                found[name] = getattr(screen, name)() if name == "buttons" else getattr(screen, name)
+        return found
+
+    def sees(self, **expected):
+        """Waits until the screen is as EXPECTED."""
+        last = {}
+
+        def matches():
+            last.update(self.seen(self.screen(), **expected))
+            return last == expected
+
+        try:
+            wait_until(matches, DEADLINE, "the screen")
+        except SetError:
+            self.assertEqual(expected, last)
+            raise
+        self.release()
+
+    def hears(self, *expected):
+        """These sounds and no others have come since it was last asked."""
+        self.release()
+        self.await_list(self.sounds, list(expected))
+        self._heard += len(expected)
+
+    def sounds(self):
+        pattern = re.compile(r"Playing AUI sound \[AUISoundType: (\d)\]")
+        found = [pattern.search(line) for line in self.walk.set.log.read()]
+        return [int(match.group(1)) for match in found if match][self._heard:]
+
+    def calls_of_the_daemon(self):
+        found = [re.search(r" call (\w+)", line) for line in self.walk.set.daemon_log.read()]
+        return [match.group(1) for match in found if match]
+
+    def asks(self, *expected):
+        """These calls and no others have reached the daemon since it was last asked."""
+        self.await_list(lambda: self.calls_of_the_daemon()[self._asked:], list(expected))
+        self._asked += len(expected)
+
+    def await_list(self, current, expected):
+        try:
+            wait_until(lambda: len(current()) >= len(expected), DEADLINE, "the list")
+        finally:
+            self.assertEqual(expected, current())
+
+    def reads(self, *patterns):
+        """The log has lines with these patterns, in this order, since it was last read."""
+        self.release()
+        for pattern in patterns:
+            self.walk.wait_for(pattern, self._read)
+            lines = self.walk.set.log.read()
+            self._read = next(number for number in range(self._read, len(lines))
+                              if re.search(pattern, lines[number])) + 1
+
+    def ends(self, status=0):
+        """The program ends, and tells the daemon so."""
+        self.release()
+        self.walk.end(expected=status)
+        self.reads(r"calling Terminate", r"Decreasing Vconf", "ZOLT GUI application: Closing")
+        self.asks("applicationCancelled")
+        # Buttons that go pass the focus on, each with its sound.
+        self.assertLessEqual(set(self.sounds()), {MOVE})
+
+    # --- steps that several flows share
+
+    def quits(self):
+        """The button that was pressed ends the program."""
+        self.reads("quitRequested")
+        wait_until(lambda: self.sounds(), DEADLINE, "the click")
+        self.assertEqual(SELECT, self.sounds()[0])
+        self._heard += 1
+        self.ends()
+
+    def choose_down_to_the_confirmation(self, depth):
+        """From the first list screen, which is DEPTH windows deep, to the confirmation."""
+        self.sees(title="ShopListScreen", depth=depth, buttons=["Select*!", "Next"], popup=None,
+                  words=["Chain"])
+        self.pick("Halden Electric", "Brightwell Vision", "Orchard TV Centre")
+        self.sees(buttons=["Halden Electric*", "Next*!"], popup=None)
+        self.press("Return")
+        self.sees(title="ShopListScreen", depth=min(depth + 1, 5),
+                  buttons=["Select*!", "Previous*", "Next"], words=["Shop", "Halden Electric"])
+        self.asks("getRegisteredShopInfo")
+        self.hears(SELECT)
+        self.pick("Camden High Street", "Market Street", "Princes Street", "Queen Street")
+        self.sees(buttons=["Camden High Street*", "Previous*", "Register*!"], popup=None)
+        self.press("Return")
+        self.sees(title="RegistrationInfoScreen", depth=min(depth + 2, 5),
+                  buttons=["Previous*", "Register*!"], popup=None,
+                  words=["Chain :", "Halden Electric", "Shop :", "Camden High Street",
+                         "Shop code :", "0101"])
+        # A sixth screen ends the oldest, and the focus that this one kept.
+        self.hears(*([SELECT, MOVE] if depth + 2 > 5 else [SELECT]))
+
+    def pick(self, *rows):
+        """Opens the drop-down, which offers ROWS, and confirms the first."""
+        self.press("Return")
+        self.sees(rows=list(rows), focus=rows[0], buttons=["OK", "Cancel*"])
+        self.hears(SELECT, POPUP)
+        self.press("Return")
+        self.sees(buttons=["OK*!", "Cancel*"])
+        self.hears(SELECT, MOVE)
+        self.press("Return")
+        self.sees(popup=None)
+        self.hears(SELECT, MOVE)
+
+    def register_and_quit(self):
+        """From the confirmation to the end of the program."""
+        self.press("Return")
+        self.sees(popup=["Connecting to the server…"], buttons=[], focus=None)
+        self.asks("requestRegistrationShopInfo")
+        self.hears(SELECT, MOVE, MOVE, POPUP)
+        self.event("0 3")
+        self.sees(popup=["Registration is complete.\nSee it under Registration information."],
+                  buttons=["OK*!"], title="RegistrationInfoScreen")
+        self.hears(MOVE, MOVE, POPUP, MOVE)
+        self.press("Return")
+        self.quits()
+
+
+class Flows(FlowCase):
+    def test_a_new_registration_shows_a_pin_and_ends_tied_to_a_shop(self):
+        self.switch_on()
+        self.press("Return")
+        self.sees(title="PinRequesting", depth=2, buttons=[], popup=None, focus=None,
+                  words=["Connecting to the server…", "Please wait."])
+        self.asks("requestPincode")
+        self.hears(SELECT)
+        self.event("0 0")
+        self.sees(title="PinDisplaying", depth=3, buttons=["Cancel*!"], popup=None,
+                  words=["48201573", "Not registered"])
+        self.asks("checkShopRegistration", "getPincode", "requestPincodeVerification")
+        self.hears(MOVE)
+        self.event("0 1")
+        self.sees(title="PinDisplaying", popup=["Connecting to the server…"], buttons=[])
+        self.asks("requestShopInfoList")
+        self.hears(POPUP)
+        self.event("0 2")
+        self.asks("getShopInfoList", "getRegisteredShopInfo")
+        self.hears(MOVE, MOVE)
+        self.choose_down_to_the_confirmation(4)
+        self.register_and_quit()
+        self.assertTrue(os.path.exists(self.walk.set.folder.file("data", "registered")))
+
+    def test_an_existing_registration_is_found_in_the_local_network(self):
+        self.switch_on()
+        self.press("Down")
+        self.sees(focus="Use existing registration")
+        self.hears(MOVE)
+        self.press("Return")
+        self.sees(title="MainMenuUnregisteredScreen", depth=1, buttons=[],
+                  popup=["Searching for a registration.\nPlease wait."])
+        self.asks("requestShopInfoList")
+        self.hears(SELECT, POPUP)
+        self.event("0 2")
+        self.asks("getShopInfoList", "getRegisteredShopInfo")
+        self.hears(MOVE, MOVE)
+        self.choose_down_to_the_confirmation(2)
+        self.register_and_quit()
+
+    def test_the_registration_can_be_looked_at_and_left_again(self):
+        self.switch_on(registered=True)
+        self.press("Down")
+        self.sees(focus="Deregister")
+        self.press("Down")
+        self.sees(focus="Registration information")
+        self.hears(MOVE, MOVE)
+        self.press("Return")
+        self.sees(title="RegistrationInfoScreen", depth=2, buttons=["OK*!"], popup=None,
+                  words=["Chain :", "Halden Electric", "Shop :", "Camden High Street", "Shop code :",
+                         "0101"])
+        self.asks("getRegisteredShopInfo")
+        self.hears()
+        self.press("Return")
+        self.sees(title="MainMenuRegisteredWindow", depth=1, focus="Registration information")
+        self.hears(SELECT, MOVE)
+        self.press("Down")
+        self.sees(focus="Cancel")
+        self.reads("goBackRequested", "We have some back screen history - let's return back")
+        self.hears(MOVE)
+        self.press("Return")
+        self.quits()
+
+    def change(self):
+        """To the new menu above the old one, whose popup stays with its buttons out of reach."""
+        self.switch_on(registered=True)
+        self.press("Return")
+        self.sees(title="MainMenuRegisteredWindow", depth=1, focus="OK", buttons=["OK*!", "Cancel*"],
+                  popup=["Do you want to change the registration?\n"
+                         "The current registration will be deleted."])
+        self.hears(SELECT, POPUP, MOVE)
+        self.press("Return")
+        self.sees(buttons=["OK", "Cancel"], focus=None)
+        self.asks("deleteRegistrationInfo")
+        self.hears(SELECT, MOVE)
+        self.event("0 12")
+        self.sees(title="MainMenuUnregisteredScreen", depth=2, buttons=UNREGISTERED_MENU, popup=None)
+        self.assertIsNotNone(self.screen().popup_of(1))
+        self.assertFalse(os.path.exists(self.walk.set.folder.file("data", "registered")))
+
+    def test_a_change_deletes_the_registration_and_lays_a_new_menu_above_the_old(self):
+        self.change()
+        self.press("Down")
+        self.sees(focus="Use existing registration")
+        self.press("Return")
+        self.sees(depth=2, popup=["Searching for a registration.\nPlease wait."])
+        self.assertIsNone(self.screen().popup_of(1), "the blocked popup below goes")
+        self.asks("requestShopInfoList")
+        self.event("0 2")
+        self.asks("getShopInfoList", "getRegisteredShopInfo")
+
+    def test_a_change_can_be_declined(self):
+        self.switch_on(registered=True)
+        self.press("Return")
+        self.sees(focus="OK")
+        self.press("Right")
+        self.sees(focus="Cancel")
+        self.press("Return")
+        self.sees(popup=None, depth=1, focus="Change registration", buttons=REGISTERED_MENU)
+        self.asks()
+
+    def test_a_deregistration_ends_the_program_with_a_word(self):
+        self.switch_on(registered=True)
+        self.press("Down")
+        self.sees(focus="Deregister")
+        self.press("Return")
+        self.sees(popup=["Do you want to deregister this TV?"], focus="OK", buttons=["OK*!", "Cancel*"])
+        self.hears(MOVE, SELECT, POPUP, MOVE)
+        self.press("Return")
+        self.sees(buttons=["OK", "Cancel"], focus=None)
+        self.asks("unregister")
+        self.hears(SELECT, MOVE)
+        self.event("0 4")
+        self.sees(popup=["This TV has been deregistered."], buttons=["OK*!"], depth=1)
+        self.hears(MOVE, POPUP, MOVE)
+        self.assertFalse(os.path.exists(self.walk.set.folder.file("data", "registered")))
+        self.press("Return")
+        self.quits()
+
+    def test_cancel_on_either_menu_quits(self):
+        for registered, steps in ((False, 2), (True, 3)):
+            with self.subTest(registered):
+                self.switch_on(registered=registered)
+                for _ in range(steps):
+                    self.press("Down")
+                    self.hears(MOVE)
+                self.sees(focus="Cancel")
+                self.press("Return")
+                self.quits()
+
+    def test_both_requests_of_the_daemon_to_close_end_the_program_without_a_word(self):
+        for reason in (10, 11):
+            with self.subTest(reason):
+                self.switch_on(requestShopInfoList={"outcome": f"1/{reason}"})
+                self.press("Down")
+                self.hears(MOVE)
+                self.press("Return")
+                self.sees(popup=["Searching for a registration.\nPlease wait."])
+                self.asks("requestShopInfoList")
+                self.hears(SELECT, POPUP)
+                self.event(f"1 {reason}")
+                self.ends()
+
+
+class Failures(FlowCase):
+    """Each reason of a failure at each moment at which a request is under way."""
+
+    SHOPS = "one-shop"
+
+    def fails(self, method, to_the_moment, registered=False):
+        for reason, text in FAILURES.items():
+            with self.subTest(reason):
+                self.switch_on(registered=registered, **{method: {"outcome": f"1/{reason}"}})
+                to_the_moment()
+                before = self.screen()
+                self.event(f"1 {reason}")
+                self.sees(title=before.window.text, depth=len(before.windows), popup=[text],
+                          buttons=["OK*!"])
+                self.reads(rf"callbackManager called \(Event: 1; Reason: {reason}\)",
+                           "showNetworkFailurePopup", r"AUISoundType: 4\]")
+                self.press("Return")
+                self.reads("quitRequested", r"AUISoundType: 3\]")
+                self.walk.end()
+                self.assertEqual("applicationCancelled", self.calls_of_the_daemon()[-1])
+
+    def to_the_pin(self):
+        self.press("Return")
+        self.sees(title="PinRequesting", words=["Please wait."])
+        self.asks("requestPincode")
+
+    def to_the_verification(self):
+        self.to_the_pin()
+        self.event("0 0")
+        self.sees(title="PinDisplaying", focus="Cancel")
+
+    def to_the_list_of_a_pin(self):
+        self.to_the_verification()
+        self.event("0 1")
+        self.sees(popup=["Connecting to the server…"])
+
+    def to_the_search(self):
+        self.press("Down")
+        self.sees(focus="Use existing registration")
+        self.press("Return")
+        self.sees(popup=["Searching for a registration.\nPlease wait."])
+
+    def to_the_registration(self):
+        self.to_the_search()
+        self.event("0 2")
+        self.sees(title="RegistrationInfoScreen", focus="Register")
+        self.press("Return")
+        self.sees(popup=["Connecting to the server…"])
+
+    def to_the_deregistration(self):
+        self.press("Down")
+        self.sees(focus="Deregister")
+        self.press("Return")
+        self.sees(focus="OK")
+        self.press("Return")
+        self.sees(buttons=["OK", "Cancel"])
+
+    def to_the_deletion(self):
+        self.press("Return")
+        self.sees(focus="OK")
+        self.press("Return")
+        self.sees(buttons=["OK", "Cancel"])
+
+    def test_while_a_pin_is_requested(self):
+        self.fails("requestPincode", self.to_the_pin)
+
+    def test_while_a_pin_waits_for_its_verification(self):
+        self.fails("requestPincodeVerification", self.to_the_verification)
+
+    def test_while_the_shops_are_fetched_behind_a_pin(self):
+        self.fails("requestShopInfoList", self.to_the_list_of_a_pin)
+
+    def test_while_the_local_network_is_searched(self):
+        self.fails("requestShopInfoList", self.to_the_search)
+
+    def test_while_a_registration_is_handed_over(self):
+        self.fails("requestRegistrationShopInfo", self.to_the_registration)
+
+    def test_while_the_registration_is_ended(self):
+        self.fails("unregister", self.to_the_deregistration, registered=True)
+
+    def test_while_the_registration_is_deleted_for_a_change(self):
+        self.fails("deleteRegistrationInfo", self.to_the_deletion, registered=True)
+
+    def test_a_failure_that_nobody_answers_ends_the_program_after_a_minute(self):
+        self.switch_on(requestPincode={"outcome": "1/6"})
+        self.to_the_pin()
+        self.event("1 6")
+        self.sees(popup=[FAILURES[6]], buttons=["OK*!"])
+        shown = time.monotonic()
+        self.reads("showNetworkFailurePopup", "quitRequested")
+        self.assertGreater(time.monotonic() - shown, 50)
+        self.walk.end()
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
