@@ -134,6 +134,11 @@ void Popup::deactivateButton(std::string part) {
     Evas_Object* button = elm_object_part_content_get(m_popup, part.c_str());
     elm_object_focus_allow_set(button, EINA_FALSE);
     elm_object_focus_set(button, EINA_FALSE);
+    if (button != nullptr) {
+        // A widget that may not have the focus is not told that it has lost it, and would go on
+        // looking as if it had it.
+        elm_layout_signal_emit(button, "elm,action,unfocus", "elm");
+    }
 }
 
 void Popup::blockAllButtons() {

@@ -208,6 +208,11 @@ std::vector<Evas_Object*> GuiFixture::childrenOf(Evas_Object* layout, const char
     return children;
 }
 
+bool GuiFixture::looksFocused(Evas_Object* button) {
+    return text(edje_object_part_state_get(elm_layout_edje_get(button), "ring", nullptr)) ==
+           "focused";
+}
+
 Evas_Object* GuiFixture::focusedIn(Evas_Object* object) {
     return elm_object_focused_object_get(elm_object_top_widget_get(object));
 }

@@ -67,6 +67,8 @@ class GuiFixture : public ::testing::Test {
     static std::string iconOf(Evas_Object* button);
     // The widgets in a box part of a layout, in order.
     static std::vector<Evas_Object*> childrenOf(Evas_Object* layout, const char* part);
+    // Whether BUTTON is drawn as one that has the focus.
+    static bool looksFocused(Evas_Object* button);
     // The widget that has the focus in the window of OBJECT.
     static Evas_Object* focusedIn(Evas_Object* object);
     static Box geometryOf(const Evas_Object* object);

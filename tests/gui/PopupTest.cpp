@@ -161,9 +161,11 @@ TEST_F(PopupTest, BlockingTakesAllButtonsOutOfReach) {
     activate(*m_screen);
     popup->show();
     popup->focusButton("button1");
-    settle();
+    EXPECT_TRUE(turnUntil([&] { return looksFocused(buttonOf(*popup, 1)); }));
     popup->blockAllButtons();
     settle();
+    EXPECT_FALSE(looksFocused(buttonOf(*popup, 1)));
+    EXPECT_FALSE(looksFocused(buttonOf(*popup, 2)));
     EXPECT_FALSE(takesFocus(buttonOf(*popup, 1)));
     EXPECT_FALSE(takesFocus(buttonOf(*popup, 2)));
     EXPECT_EQ(2, entered("deactivateButton"));
