@@ -9,14 +9,17 @@ import subprocess
 import time
 import types
 import unittest
+from unittest import mock
 import xml.etree.ElementTree as ElementTree
 
 from set_case import BUILD, DEADLINE, SetCase, contents, descendants, program_of
 
 from folder import SetFolder
 from journal import Journal
-from processes import Child, wait_until
-from walks import SOUND_MOVE, received_document
+import launch
+from processes import Child, SetError, wait_until
+from screen import Screen
+from walks import SOUND_MOVE, WALKS, Plan, quit_, received_document
 
 
 class Walking(SetCase):
@@ -96,6 +99,30 @@ class Walking(SetCase):
         self.assertEqual("1280x720", size)
         self.assertIn("Language set successfully to [ar_EG.utf8]",
                       contents(os.path.join(out, "zolt.log")))
+
+    def test_all_walks_go_through_each_in_a_folder_of_its_own(self):
+        out = os.path.join(self.private, "out")
+        command = self.launcher("--headless", "--walk", "all", "--size", "1280x720", "--out", out)
+        ended = subprocess.run(command, capture_output=True, text=True, timeout=800, check=False)
+        self.assertEqual(0, ended.returncode, ended.stdout + ended.stderr)
+        self.assertEqual(f"{len(WALKS)} of {len(WALKS)} walks went through",
+                         ended.stdout.splitlines()[-1])
+        self.assertEqual(set(WALKS), set(os.listdir(out)))
+        for name in WALKS:
+            self.assertTrue(glob.glob(os.path.join(out, name, "01-menu.png")), name)
+
+    def test_a_walk_that_fails_is_named_and_the_others_go_on(self):
+        said = []
+        with mock.patch.dict(launch.WALKS, {"broken": Plan(self.fail_here), "well": Plan(quit_)},
+                             clear=True), mock.patch.object(launch, "say", said.append):
+            status = launch.walk_all(launch.options(self.launcher("--headless", "--walk", "all")[3:]),
+                                     os.path.join(self.private, "out"))
+        self.assertEqual(1, status)
+        self.assertEqual("1 of 2 walks went through; failed: broken", said[-1])
+
+    @staticmethod
+    def fail_here(_walk):
+        raise SetError("broken on purpose")
 
     def test_a_display_that_does_not_answer_is_told_and_the_set_runs_headless(self):
         out = os.path.join(self.private, "out")
@@ -353,6 +380,23 @@ class Playing(SetCase):
         walk.set.wait_for_log(r"calling Resume", mark)
         walk.set.control("app-control")
         walk.set.wait_for_log(r"MainMenuUnregisteredScreen::MainMenuUnregisteredScreen\(", mark)
+
+    def places(self, language):
+        """Where the buttons of the first menu and their icons stand on a set of 1280x720."""
+        walk = self.start(fresh=True, size=(1280, 720), language=language)
+        walk.start()
+        walk.set.camera.settled()
+        window = Screen(walk.set.control("look")).window
+        walk.set.close()
+        return [(piece.x, piece.y, piece.width, piece.height)
+                for button in window.all("button") for piece in button.all() if piece.kind != "text"]
+
+    def test_in_arabic_the_menu_is_the_mirror_image_of_the_english_one(self):
+        english, arabic = self.places("en_US"), self.places("ar_EG")
+        self.assertEqual(6, len(english))
+        self.assertEqual([(1280 - x - width, y, width, height) for x, y, width, height in english],
+                         arabic)
+        self.assertNotEqual(english, arabic)
 
     def test_a_change_of_the_language_renews_the_texts_of_the_screen_that_stands(self):
         walk = self.start()

@@ -17,11 +17,12 @@ import time
 from folder import LARGEST_SIDE, SMALLEST_SIDE, SetFolder
 from journal import Journal
 from processes import ChoiceError, SetError, display_answers, require
+from registration import document_of, register
 from virtual_set import VirtualSet
 from walks import WALKS, Walk, received_document
 
 
-def options():
+def options(arguments=None):
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--build", required=True, help="build folder of a preset")
     parser.add_argument("--state", required=True, help="folder for sets, locales and pictures")
@@ -36,7 +37,7 @@ def options():
     parser.add_argument("--patience", type=float, default=120, help="seconds to wait for a step")
     parser.add_argument("--log", action="store_true")
     parser.add_argument("--check", action="store_true", help="only tell whether the options are good")
-    choice = parser.parse_args()
+    choice = parser.parse_args(arguments)
     # The program's working folder is the set's.
     for name in ("build", "state", "out", "scenario", "set"):
         if getattr(choice, name):
@@ -75,8 +76,10 @@ def shown_log(path):
 
 def check_options(choice):
     """Refuses what could only be ignored, and what could only fail later."""
-    if choice.walk and choice.walk not in WALKS:
+    if choice.walk and choice.walk not in (*WALKS, "all"):
         raise ChoiceError(f"there is no walk {choice.walk}; --walk list names them")
+    if choice.walk == "all" and choice.scenario:
+        raise ChoiceError("--walk all goes without --scenario: each walk has its own")
     if choice.walk and choice.hold:
         raise ChoiceError("--walk and --hold exclude each other: a set that is held is not walked")
     if choice.out and choice.hold:
@@ -98,8 +101,9 @@ def list_walks(choice):
              if getattr(choice, name)]
     if given:
         raise ChoiceError(f"--walk list goes without --{given[0]}")
-    for known, function in WALKS.items():
-        say(f"{known:<12} {function.__doc__}")
+    for known, plan in WALKS.items():
+        say(f"{known:<12} {plan.meaning}")
+    say(f"{'all':<12} Each of them, in a folder of its own.")
 
 
 OWN_FILES = ("zolt.log", "registration.xml")
@@ -146,9 +150,26 @@ def check_scenario(choice, scenario):
         raise ChoiceError(reason or f"the scenario {scenario} cannot be played")
 
 
-def walk(choice, name):
+def lay_out_course(plan, folder):
+    """What the walk PLAN begins with: the daemon's course, and the shop that the set is tied to."""
+    if plan.scenario:
+        with open(folder.file("scenario.ini"), "w", encoding="utf-8") as file:
+            file.write(plan.scenario_text())
+    if plan.registered:
+        shops = os.path.join(folder.build, "daemon", "shop-lists", "retail.xml")
+        register(folder, document_of(shops))
+
+
+def walk_all(choice, out):
+    failed = [name for name in WALKS if walk(choice, name, os.path.join(out, name)) != 0]
+    say(f"{len(WALKS) - len(failed)} of {len(WALKS)} walks went through"
+        + (f"; failed: {', '.join(failed)}" if failed else ""))
+    return 1 if failed else 0
+
+
+def walk(choice, name, out):
     require(["xdotool", "import", "convert"])
-    out = choice.out or os.path.join(choice.state, "run")
+    plan = WALKS[name]
     folder = claim_folder(choice, os.path.join(out, "set"))
     if choice.scenario:
         if os.path.realpath(choice.scenario).startswith(os.path.realpath(folder.path) + os.sep):
@@ -160,6 +181,8 @@ def walk(choice, name):
     make_folder(choice, folder, fresh=True)
     if left_by_a_walk:
         clear(out)
+    if not choice.scenario:
+        lay_out_course(plan, folder)
     log = os.path.join(out, "zolt.log")
     width, height = folder.size
     say(f"Walking {name!r} on a set of {width}x{height} in {folder.language}")
@@ -171,7 +194,7 @@ def walk(choice, name):
             stack.enter_context(shown_log(log))
         steps = Walk(running_set, out, say, choice.patience)
         try:
-            WALKS[name](steps)
+            plan.function(steps)
             problem = None
         except SetError as error:
             problem = str(error)
@@ -244,7 +267,10 @@ def main():
     require(["Xephyr" if nested else "Xvfb"])
     if nested or choice.hold:
         return live(choice, nested)
-    return walk(choice, choice.walk or "existing")
+    out = choice.out or os.path.join(choice.state, "run")
+    if choice.walk == "all":
+        return walk_all(choice, out)
+    return walk(choice, choice.walk or "existing", out)
 
 
 if __name__ == "__main__":

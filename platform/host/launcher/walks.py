@@ -102,26 +102,239 @@ def _walk_down(walk, screen):
         raise SetError(f"the walk came to {screen}, where the confirmation should be")
 
 
-def existing(walk):
-    """An existing registration: found in the local network, chosen level by level, confirmed."""
+def _first_menu(walk, expected="MainMenuUnregisteredScreen"):
+    """Starts the program and looks at its first menu."""
     screen = walk.start()
-    if screen != "MainMenuUnregisteredScreen":
-        raise SetError(f"the first screen is {screen}: the set is tied to a shop already")
-    walk.look("menu", "the menu of a set that is not tied to a shop")
+    if screen != expected:
+        raise SetError(f"the first screen is {screen}, where {expected} should be")
+    tied = expected == "MainMenuRegisteredScreen"
+    walk.look("menu", f"the menu of a set that is {'' if tied else 'not '}tied to a shop")
+
+
+def _search(walk):
+    """From the first menu to the search in the local network. Returns the place in the log."""
     walk.press("Down", SOUND_MOVE)
     walk.look("menu-existing", "the existing registration has the focus")
     mark = walk.set.log.mark()
     walk.press("Return", r"Called .*displayShopsFromLANRequested", r"Called .*requestShopInfoList")
     walk.look("searching", "the set searches in the local network")
-    _walk_down(walk, walk.wait_for_screen(mark))
+    return mark
+
+
+def _request_pin(walk):
+    """From the first menu to the wait for a PIN. Returns the place in the log."""
+    mark = walk.set.log.mark()
+    walk.press("Return", r"Called .*pinRequestingScreenRequested", r"Called .*requestPincode\(")
+    walk.look("pin-requested", "the set asks for a PIN")
+    return mark
+
+
+def _show_pin(walk):
+    """From the first menu to the PIN. Returns the place in the log."""
+    mark = _request_pin(walk)
+    walk.wait_for(r"Called .*requestPincodeVerification", mark)
+    walk.look("pin", "the set shows the PIN and waits for its verification")
+    return mark
+
+
+def _confirm(walk):
+    """From the confirmation to the end."""
     walk.look("confirmation", "the set shows what will be registered")
     mark = walk.set.log.mark()
     walk.press("Return", r"Called .*shopRegistrationRequested", r"Called .*requestRegistrationShopInfo")
     walk.look("registering", "the set hands the registration over")
     walk.wait_for(r"Called .*showCompletionPopup", mark)
     walk.look("completed", "the registration is complete")
+    _quit(walk)
+
+
+def _quit(walk):
     walk.press("Return", r"Called .*quitRequested")
     walk.end()
 
 
-WALKS = {"existing": existing}
+def _fail(walk, mark, text):
+    """The failure popup that comes after the place MARK, and its button."""
+    walk.wait_for(r"Called .*showNetworkFailurePopup", mark)
+    walk.look("failed", text)
+    _quit(walk)
+
+
+def existing(walk):
+    """An existing registration: found in the local network, chosen level by level, confirmed."""
+    _first_menu(walk)
+    _walk_down(walk, walk.wait_for_screen(_search(walk)))
+    _confirm(walk)
+
+
+def new(walk):
+    """A new registration: a PIN, verified by the service, then chosen level by level and confirmed."""
+    _first_menu(walk)
+    mark = _show_pin(walk)
+    walk.wait_for(r"callbackManager called \(Event: 0; Reason: 1\)", mark)
+    walk.look("pin-verified", "the PIN is verified, and the shops are fetched")
+    mark = walk.set.log.mark()
+    if not walk.set.log.find(r"Called ZOLT::GUI::ShopListScreen::ShopListScreen\("):
+        walk.wait_for(r"Called ZOLT::GUI::ShopListScreen::ShopListScreen\(", mark)
+    _walk_down(walk, "ShopListScreen")
+    _confirm(walk)
+
+
+def information(walk):
+    """The registration looked at, and back to the menu."""
+    _first_menu(walk, "MainMenuRegisteredScreen")
+    for name, text in (("menu-deregister", "the deregistration has the focus"),
+                       ("menu-information", "the registration information has the focus")):
+        walk.press("Down", SOUND_MOVE)
+        walk.look(name, text)
+    walk.press("Return", r"Called .*showRegistrationInformationScreen")
+    walk.look("information", "the set shows its registration")
+    walk.press("Return", r"let's return back")
+    walk.look("menu-again", "the menu again")
+    walk.press("Escape", r"Called .*quitRequested")
+    walk.end()
+
+
+def change(walk):
+    """A change: the registration is deleted, and the menu of a new one lies above the old menu."""
+    _first_menu(walk, "MainMenuRegisteredScreen")
+    walk.press("Return", r"Called .*RegistrationInfoDeletionPopup")
+    walk.look("question", "the set asks whether to delete the registration")
+    mark = walk.set.log.mark()
+    walk.press("Return", r"Called .*deleteRegistrationInfo")
+    walk.look("deleting", "the registration is being deleted")
+    walk.wait_for(r"Called .*showMainMenuUnregisteredScreen", mark)
+    walk.look("new-menu", "the menu of a set that is not tied to a shop")
+    _walk_down(walk, walk.wait_for_screen(_search(walk)))
+    _confirm(walk)
+
+
+def deregister(walk):
+    """A deregistration, asked for and carried out."""
+    _first_menu(walk, "MainMenuRegisteredScreen")
+    walk.press("Down", SOUND_MOVE)
+    walk.press("Return", r"Called .*showDeregistrationPopup")
+    walk.look("question", "the set asks whether to deregister")
+    mark = walk.set.log.mark()
+    walk.press("Return", r"Called .*unregister\(")
+    walk.look("deregistering", "the registration is being ended")
+    walk.wait_for(r"Called .*showDeregistrationSucceededPopup", mark)
+    walk.look("deregistered", "the set is not tied to a shop any more")
+    _quit(walk)
+
+
+def declined(walk):
+    """Both questions of the menu, declined with Back."""
+    _first_menu(walk, "MainMenuRegisteredScreen")
+    for steps, popup, name in ((0, "RegistrationInfoDeletionPopup", "change"),
+                               (1, "showDeregistrationPopup", "deregister")):
+        for _ in range(steps):
+            walk.press("Down", SOUND_MOVE)
+        walk.press("Return", rf"Called .*{popup}")
+        walk.look(name, "the set asks")
+        walk.press("Escape", r"Called .*popupHideRequested")
+        walk.look(f"{name}-declined", "nothing has happened")
+    walk.press("Escape", r"Called .*quitRequested")
+    walk.end()
+
+
+def quit_(walk):
+    """Cancel on the first menu."""
+    _first_menu(walk)
+    for _ in range(2):
+        walk.press("Down", SOUND_MOVE)
+    walk.look("menu-cancel", "Cancel has the focus")
+    _quit(walk)
+
+
+def not_found(walk):
+    """No registration in the local network."""
+    _first_menu(walk)
+    _fail(walk, _search(walk), "no registration was found in the local network")
+
+
+def pin_expired(walk):
+    """A PIN that nobody verifies in time."""
+    _first_menu(walk)
+    _fail(walk, _show_pin(walk), "the time for the PIN has run out")
+
+
+def no_network(walk):
+    """No network when the PIN is asked for."""
+    _first_menu(walk)
+    _fail(walk, _request_pin(walk), "there is no network")
+
+
+def no_server(walk):
+    """No server when the registration is ended."""
+    _first_menu(walk, "MainMenuRegisteredScreen")
+    walk.press("Down", SOUND_MOVE)
+    walk.press("Return", r"Called .*showDeregistrationPopup")
+    mark = walk.set.log.mark()
+    walk.press("Return", r"Called .*unregister\(")
+    _fail(walk, mark, "the server does not answer")
+
+
+def unstable(walk):
+    """A connection that is lost while the registration is handed over."""
+    _first_menu(walk)
+    mark = _search(walk)
+    walk.wait_for(r"Called ZOLT::GUI::RegistrationInfoScreen::RegistrationInfoScreen\(", mark)
+    walk.look("confirmation", "one shop is all there is, and the set shows it")
+    mark = walk.set.log.mark()
+    walk.press("Return", r"Called .*requestRegistrationShopInfo")
+    _fail(walk, mark, "the connection is not stable")
+
+
+def unanswered(walk):
+    """A failure that nobody answers: the program ends after a minute."""
+    _first_menu(walk)
+    mark = _request_pin(walk)
+    walk.wait_for(r"Called .*showNetworkFailurePopup", mark)
+    walk.look("failed", "there is no network, and nobody is there")
+    walk.wait_for(r"Called .*quitRequested", mark)
+    walk.end()
+
+
+def closed(walk):
+    """The daemon asks the program to close."""
+    _first_menu(walk)
+    _search(walk)
+    walk.end()
+
+
+class Plan:
+    """A walk, the course that the daemon plays for it, and whether the set begins tied to a shop."""
+
+    def __init__(self, function, registered=False, **scenario):
+        self.function = function
+        self.registered = registered
+        self.scenario = scenario
+
+    @property
+    def meaning(self):
+        return self.function.__doc__
+
+    def scenario_text(self):
+        """The key file of the daemon's course; empty for the ordinary one."""
+        return "".join(f"[{group}]\n" + "".join(f"{key}={value}\n" for key, value in values.items())
+                       for group, values in self.scenario.items())
+
+
+WALKS = {
+    "existing": Plan(existing),
+    "new": Plan(new),
+    "information": Plan(information, registered=True),
+    "change": Plan(change, registered=True),
+    "deregister": Plan(deregister, registered=True),
+    "declined": Plan(declined, registered=True),
+    "quit": Plan(quit_),
+    "not-found": Plan(not_found, daemon={"found-in-lan": "false"}),
+    "pin-expired": Plan(pin_expired, pincode={"expires": "true"}),
+    "no-network": Plan(no_network, requestPincode={"outcome": "REASON_NO_NETWORK"}),
+    "no-server": Plan(no_server, registered=True, unregister={"outcome": "REASON_NO_SERVER"}),
+    "unstable": Plan(unstable, daemon={"shops": "one-shop"},
+                     requestRegistrationShopInfo={"outcome": "REASON_NETWORK_UNSTABLE"}),
+    "unanswered": Plan(unanswered, requestPincode={"outcome": "REASON_NO_NETWORK"}),
+    "closed": Plan(closed, requestShopInfoList={"outcome": "REASON_CLOSE_REQUESTED"}),
+}
