@@ -7,12 +7,14 @@ import re
 import signal
 import time
 import unittest
+import xml.etree.ElementTree as ElementTree
 
 from set_case import DEADLINE, SOURCE, SetCase, descendants, program_of
 
 from processes import SetError, wait_until
 from registration import document_of, register
 from screen import Screen
+from walks import received_document
 
 MOVE, BACK, BLOCKED, SELECT, POPUP = range(5)
 
@@ -204,10 +206,16 @@ class FlowCase(SetCase):
         self.hears(SELECT, MOVE)
 
     def register_and_quit(self):
-        """From the confirmation to the end of the program."""
+        """From the confirmation to the end of the program: what was shown is what the daemon gets."""
+        shown = self.screen().window.words
         self.press("Return")
         self.sees(popup=["Connecting to the server…"], buttons=[], focus=None)
         self.asks("requestRegistrationShopInfo")
+        document = ElementTree.fromstring(received_document(self.walk.set))
+        for level in document.iter("list"):
+            self.assertIn(f"{level.get('name')} :", shown)
+            self.assertIn(level.find("sub_list").get("name"), shown)
+        self.assertIn(document.findall(".//sub_list")[-1].get("code"), shown)
         self.hears(SELECT, MOVE, MOVE, POPUP)
         self.event("0 3")
         self.sees(popup=["Registration is complete.\nSee it under Registration information."],
