@@ -16,9 +16,9 @@ class Remote:
     def __init__(self, display):
         self._environment = dict(os.environ, DISPLAY=display)
 
-    def press(self, key):
-        """Presses and releases KEY, an X keysym name such as Down or Return."""
-        self._tool("key", "--clearmodifiers", key)
+    def press(self, *keys):
+        """Presses and releases KEYS, X keysym names such as Down or Return, one right after the other."""
+        self._tool("key", "--clearmodifiers", "--delay", "0", *keys)
 
     def down(self, key):
         """Presses KEY and holds it."""

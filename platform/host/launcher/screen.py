@@ -86,13 +86,16 @@ class Screen:
 
     @property
     def focus(self):
-        """The text of what has the focus: of a list that of its row. None when nothing has it."""
-        for piece in self.window.all():
-            if piece.focused and piece.kind == "row":
-                return piece.text
+        """The text of what has the focus: of a list that of its row. None when nothing has it that a
+        person could press."""
+        for each in self.window.all("genlist"):
+            if each.focused:
+                return next((row.text for row in each.all("row") if row.focused), None)
         for piece in self.window.all():
             if piece.focused and piece.kind in _PRESSED:
                 return " ".join(piece.words)
+            if piece.focused and piece.kind == "scroller":
+                return "(scroller)"
         return None
 
     @property
