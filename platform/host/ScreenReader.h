@@ -1,15 +1,22 @@
 // SPDX-License-Identifier: Apache-2.0
-// Makes the toolkit's screen reader follow a remote control.
+// Reads the screen to a person with a remote control.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include <Ecore.h>
+#include <Elementary.h>
 #include <Evas.h>
+
+#include "host/SpeechProgram.h"
 
 namespace Host {
 
-// The toolkit's reader is made for a finger: it reads what is touched and wants two taps to press a
-// button. While this object lives and the reader is on, a move of the focus reads the widget that
-// has it, and one OK presses it.
+// The toolkit's own reader is made for a finger: it reads what is touched, wants two taps to press
+// a button, and lets the focus walk onto texts. It stays off. While this object lives and the set's
+// reader is on, each move of the focus reads the widget that has it, or the row of a list, once;
+// and what the program itself has said is spoken. Every text is a line in the log.
 class ScreenReader {
   public:
     ScreenReader();
@@ -17,15 +24,24 @@ class ScreenReader {
     ScreenReader(const ScreenReader&) = delete;
     ScreenReader& operator=(const ScreenReader&) = delete;
 
+    // The one that lives, or null.
+    static ScreenReader* running();
+
+    void say(const std::string& text);
+
   private:
     static Eina_Bool onIdle(void* self);
-    static void onKeyDown(void* self, Evas* canvas, Evas_Object* widget, void* event);
     static void onDeleted(void* self, Evas* canvas, Evas_Object* widget, void* event);
+    Evas_Object* focusedWidget();
     void follow(Evas_Object* widget);
     void leave();
 
-    Ecore_Idle_Enterer* m_idle;        // deleted by this class
-    Evas_Object* m_current = nullptr;  // the widget that was read; belongs to the program
+    Ecore_Idle_Enterer* m_idle;              // deleted by this class
+    Evas_Object* m_widget = nullptr;         // what was read; belongs to the program
+    const Elm_Object_Item* m_row = nullptr;  // its row, to be compared only: it may be gone
+    Evas_Object* m_keyboard = nullptr;       // the window that has it, to be compared only
+    std::vector<Evas_Object*> m_windows;     // those that were shown then, likewise
+    SpeechProgram m_program;
 };
 
 }  // namespace Host
