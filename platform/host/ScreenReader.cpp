@@ -15,6 +15,11 @@ namespace Host {
 
 namespace {
 
+// Between two ticks the main loop is idle, and draws, at least once: what appears has its place by
+// then, and the focus has gone where it belongs.
+constexpr double kTick = 0.025;
+constexpr int kTicksAtRest = 3;
+
 ScreenReader* s_running = nullptr;
 
 bool isA(const Evas_Object* widget, const char* wanted) {
@@ -64,7 +69,7 @@ ScreenReader::ScreenReader() : m_idle(ecore_idle_enterer_add(onIdle, this)) {
 ScreenReader::~ScreenReader() {
     s_running = nullptr;
     ecore_idle_enterer_del(m_idle);
-    leave();
+    rest();
 }
 
 ScreenReader* ScreenReader::running() {
@@ -79,13 +84,13 @@ void ScreenReader::say(const std::string& text) {
     m_program.speak(text);
 }
 
-// A focus that only passed while the program worked has moved on by then.
 Eina_Bool ScreenReader::onIdle(void* self) {
     auto* reader = static_cast<ScreenReader*>(self);
     if (Description::flag(Field::ScreenReader)) {
-        reader->follow(reader->focusedWidget());
+        reader->follow(reader->focusedPlace());
     } else {
-        reader->leave();
+        reader->rest();
+        reader->m_place = reader->m_read = {};
     }
     return ECORE_CALLBACK_RENEW;
 }
@@ -114,36 +119,46 @@ Evas_Object* ScreenReader::focusedWidget() {
     return elm_object_focused_object_get(keyboard);
 }
 
-void ScreenReader::follow(Evas_Object* widget) {
-    const bool isList = widget != nullptr && isA(widget, "elm_genlist");
-    const Elm_Object_Item* row = isList ? focusedRow(widget) : nullptr;
-    if (widget == m_widget && row == m_row) {
+ScreenReader::Place ScreenReader::focusedPlace() {
+    Evas_Object* widget = focusedWidget();
+    return {widget, widget != nullptr && isA(widget, "elm_genlist") ? focusedRow(widget) : nullptr};
+}
+
+void ScreenReader::follow(const Place& place) {
+    if (place == m_place) {
         return;
     }
-    leave();
-    if (widget == nullptr) {
-        return;
-    }
-    m_widget = widget;
-    m_row = row;
-    evas_object_event_callback_add(widget, EVAS_CALLBACK_DEL, onDeleted, this);
-    if (!isList) {
-        say(widgetText(widget));
-    } else if (row != nullptr) {
-        say(rowText(row));
+    m_place = place;
+    m_ticks = 0;
+    if (m_timer == nullptr) {
+        m_timer = ecore_timer_add(kTick, onTick, this);
     }
 }
 
-void ScreenReader::leave() {
-    if (m_widget != nullptr) {
-        evas_object_event_callback_del_full(m_widget, EVAS_CALLBACK_DEL, onDeleted, this);
-        m_widget = nullptr;
-        m_row = nullptr;
+Eina_Bool ScreenReader::onTick(void* self) {
+    auto* reader = static_cast<ScreenReader*>(self);
+    const Place place = reader->focusedPlace();
+    reader->follow(place);
+    if (++reader->m_ticks < kTicksAtRest) {
+        return ECORE_CALLBACK_RENEW;
     }
+    reader->m_timer = nullptr;
+    if (!(place == reader->m_read)) {
+        reader->m_read = place;
+        if (place.row != nullptr) {
+            reader->say(rowText(place.row));
+        } else if (place.widget != nullptr) {
+            reader->say(widgetText(place.widget));
+        }
+    }
+    return ECORE_CALLBACK_CANCEL;
 }
 
-void ScreenReader::onDeleted(void* self, Evas*, Evas_Object*, void*) {
-    static_cast<ScreenReader*>(self)->leave();
+void ScreenReader::rest() {
+    if (m_timer != nullptr) {
+        ecore_timer_del(m_timer);
+        m_timer = nullptr;
+    }
 }
 
 }  // namespace Host

@@ -30,17 +30,29 @@ class ScreenReader {
     void say(const std::string& text);
 
   private:
-    static Eina_Bool onIdle(void* self);
-    static void onDeleted(void* self, Evas* canvas, Evas_Object* widget, void* event);
-    Evas_Object* focusedWidget();
-    void follow(Evas_Object* widget);
-    void leave();
+    // What has the focus; both belong to the program, and may be gone.
+    struct Place {
+        Evas_Object* widget = nullptr;
+        const Elm_Object_Item* row = nullptr;  // of a list
+        bool operator==(const Place& other) const {
+            return widget == other.widget && row == other.row;
+        }
+    };
 
-    Ecore_Idle_Enterer* m_idle;              // deleted by this class
-    Evas_Object* m_widget = nullptr;         // what was read; belongs to the program
-    const Elm_Object_Item* m_row = nullptr;  // its row, to be compared only: it may be gone
-    Evas_Object* m_keyboard = nullptr;       // the window that has it, to be compared only
-    std::vector<Evas_Object*> m_windows;     // those that were shown then, likewise
+    static Eina_Bool onIdle(void* self);
+    static Eina_Bool onTick(void* self);
+    Evas_Object* focusedWidget();
+    Place focusedPlace();
+    void follow(const Place& place);
+    void rest();
+
+    Ecore_Idle_Enterer* m_idle;           // deleted by this class
+    Ecore_Timer* m_timer = nullptr;       // while the focus comes to rest; deleted by this class
+    int m_ticks = 0;                      // of the timer, since the focus moved
+    Place m_place;                        // where it was seen last
+    Place m_read;                         // where it rested last
+    Evas_Object* m_keyboard = nullptr;    // the window that has it; to be compared only
+    std::vector<Evas_Object*> m_windows;  // those that were shown then, likewise
     SpeechProgram m_program;
 };
 
