@@ -44,7 +44,10 @@ SpeechProgram::SpeechProgram()
 SpeechProgram::~SpeechProgram() {
     ecore_event_handler_del(m_ended);
     if (m_speaking != nullptr) {
+        // Given back at once: the toolkit, which is about to be shut down, would leak the news of
+        // its end.
         ecore_exe_kill(m_speaking);
+        ecore_exe_free(m_speaking);
     }
 }
 

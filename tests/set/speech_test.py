@@ -190,6 +190,8 @@ class Speech(SpeechCase):
         os.symlink(shutil.which("setpriv"), os.path.join(folder, "setpriv"))
         self.listen("en_US", path=folder)
         self.listens(", " + self.text("TV_SID_NEW_REGISTRATION"))
+        # Whatever had been started in vain would have told so by now.
+        self.screen()
         self.press_and_listen("Down", self.text("TV_SID_EXISTING_REGISTRATION"))
         self.press_and_listen("Down", self.text("SID_CANCEL"))
         self.press("Return")
