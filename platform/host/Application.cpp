@@ -162,7 +162,6 @@ void Application::watchDescription() {
     };
     watch(Field::Language, [] { deliverEvent(APP_EVENT_LANGUAGE_CHANGED); });
     watch(Field::Country, [] { deliverEvent(APP_EVENT_REGION_FORMAT_CHANGED); });
-    watch(Field::ScreenReader, [] { Toolkit::followScreenReader(); });
 }
 
 }  // namespace Host

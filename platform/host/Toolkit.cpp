@@ -49,6 +49,7 @@ void settle() {
     elm_config_context_menu_disabled_set(EINA_TRUE);
     elm_config_magnifier_enable_set(EINA_FALSE);
     elm_config_atspi_mode_set(EINA_FALSE);
+    elm_config_access_set(EINA_FALSE);
 }
 
 }  // namespace
@@ -73,7 +74,6 @@ Toolkit::Toolkit(int argc, char** argv) {
         return;
     }
     settle();
-    followScreenReader();
 }
 
 void Toolkit::close() {
@@ -85,10 +85,6 @@ void Toolkit::close() {
         ecore_x_shutdown();
         m_display = false;
     }
-}
-
-void Toolkit::followScreenReader() {
-    elm_config_access_set(Description::flag(Field::ScreenReader) ? EINA_TRUE : EINA_FALSE);
 }
 
 }  // namespace Host

@@ -17,9 +17,6 @@ class Toolkit {
     // are destroyed by the unwinding, after this object, and need the toolkit until then.
     void close();
 
-    // Turns the screen reader on or off as the description says.
-    static void followScreenReader();
-
   private:
     bool m_display = false;  // a connection to the X server is held
     bool m_ready = false;

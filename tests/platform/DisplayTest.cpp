@@ -128,7 +128,7 @@ TEST_F(Display, OneOkPressesAButton) {
 TEST_F(Display, WithTheScreenReaderTheFocusIsReadOnceAndEachOkPressesAButtonOnce) {
     describe("[Accessibility]\nScreenReader=true\n");
     startProbe({"button"});
-    ASSERT_TRUE(logHas("access text asked"));
+    ASSERT_TRUE(logHas("Screen reader: says \"press me\""));
     tool("xdotool", {"key", "--delay", "1", "Return", "Return"});
     EXPECT_TRUE(logHas("key up Return Return", 2));
     EXPECT_THAT(said(), testing::Contains("button clicked").Times(2));
@@ -139,7 +139,18 @@ TEST_F(Display, WithTheScreenReaderTheFocusIsReadOnceAndEachOkPressesAButtonOnce
 TEST_F(Display, TheScreenReaderCanBeSwitchedOnWhileTheSetRuns) {
     startProbe({"button"});
     EXPECT_EQ(control({"set", "Accessibility", "ScreenReader", "true"}).status, 0);
-    EXPECT_TRUE(logHas("access text asked"));
+    EXPECT_TRUE(logHas("Screen reader: says \"press me\""));
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Display, WhatTheProgramHasTheToolkitSayIsSpokenOnceWhileTheScreenReaderIsOn) {
+    startProbe({"say"});
+    ASSERT_TRUE(logHas("PROBE: had something said"));
+    EXPECT_EQ(control({"set", "Accessibility", "ScreenReader", "true"}).status, 0);
+    EXPECT_EQ(control({"app-control"}).status, 0);
+    ASSERT_TRUE(logHas("PROBE: had something said", 2));
+    EXPECT_TRUE(logHas("Screen reader: says \"launch 2\""));
+    EXPECT_EQ(log().find("launch 1"), std::string::npos);
     EXPECT_EQ(quit(), 0);
 }
 

@@ -294,6 +294,10 @@ void launch(app_control_h request, void* data) {
     if (probe->wants("button")) {
         addButton(probe->windows[0]);
     }
+    if (probe->wants("say")) {
+        elm_access_say(("launch " + std::to_string(probe->launches)).c_str());
+        say("had something said");
+    }
     if (probe->wants("grab")) {
         grab(probe->windows[0], "a");
         grab(probe->windows[0], "XF86NoSuchKey");
