@@ -73,10 +73,21 @@ void sleepForLong() {
     boost::this_thread::sleep(boost::posix_time::hours(1));
 }
 
-// The library keeps what it allocates here until the thread ends.
-template <typename Action>
-void atThreadExit(Action action) {
-    boost::this_thread::at_thread_exit(action);  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
+// Runs ACTION when the thread that asks for it ends.
+void atThreadExit(std::function<void()> action) {
+    struct AtExit {
+        AtExit() = default;
+        AtExit(const AtExit&) = delete;
+        AtExit& operator=(const AtExit&) = delete;
+        ~AtExit() {
+            if (run) {
+                run();
+            }
+        }
+        std::function<void()> run;
+    };
+    static thread_local AtExit exit;
+    exit.run = std::move(action);
 }
 
 // What dump tells of a job.

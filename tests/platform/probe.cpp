@@ -14,6 +14,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <Ecore_Evas.h>
 #include <Ecore_X.h>
 #include <Elementary.h>
 #include <X11/Xlib.h>
@@ -55,6 +56,11 @@ void say(const std::string& text) {
 void outliveServer(bool askIt) {
     auto* display = static_cast<Display*>(ecore_x_display_get());
     pollfd connection = {ConnectionNumber(display), 0, 0};
+    for (Eina_List* at = ecore_evas_ecore_evas_list_get(); at != nullptr;
+         at = eina_list_remove_list(at, at)) {
+        // What is drawn meanwhile would be a request.
+        ecore_evas_manual_render_set(static_cast<Ecore_Evas*>(eina_list_data_get(at)), EINA_TRUE);
+    }
     say("waiting for the server's end");
     poll(&connection, 1, -1);
     if (askIt) {
