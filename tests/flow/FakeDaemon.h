@@ -20,6 +20,11 @@ class FakeDaemon {
 
     // METHOD, one that gives a text, gives this one from now on.
     void answer(const std::string& method, const std::string& text);
+    // METHOD gives this tuple, in the notation of values, which may be of a type that is not its
+    // own.
+    void answerTuple(const std::string& method, const std::string& tuple) {
+        m_service.answer(method, tuple);
+    }
     void setRegistered(bool registered);
     // METHOD fails with a D-Bus error of this text from now on.
     void fail(const std::string& method, const std::string& message);
