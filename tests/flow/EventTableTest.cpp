@@ -342,7 +342,8 @@ class EventFixture : public FlowFixture {
     Picture look() {
         Picture picture;
         int status = 0;
-        char* const name = abi::__cxa_demangle(typeid(screen()).name(), nullptr, nullptr, &status);
+        const ZOLT::GUI::Screen& shown = screen();
+        char* const name = abi::__cxa_demangle(typeid(shown).name(), nullptr, nullptr, &status);
         picture.screen = name;
         std::free(name);
         picture.screen.erase(0, picture.screen.rfind(':') + 1);
