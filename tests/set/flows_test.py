@@ -172,6 +172,13 @@ class FlowCase(SetCase):
         self._heard += 1
         self.ends()
 
+    def to_the_search(self):
+        """From the menu of a set that is not tied to the search in the local network."""
+        self.press("Down")
+        self.sees(focus="Use existing registration")
+        self.press("Return")
+        self.sees(popup=["Searching for a registration.\nPlease wait."])
+
     def choose_down_to_the_confirmation(self, depth):
         """From the first list screen, which is DEPTH windows deep, to the confirmation."""
         self.sees(title="ShopListScreen", depth=depth, buttons=["Select*!", "Next"], popup=None,
@@ -404,12 +411,6 @@ class Failures(FlowCase):
         self.to_the_verification()
         self.event("0 1")
         self.sees(popup=["Connecting to the server…"])
-
-    def to_the_search(self):
-        self.press("Down")
-        self.sees(focus="Use existing registration")
-        self.press("Return")
-        self.sees(popup=["Searching for a registration.\nPlease wait."])
 
     def to_the_registration(self):
         self.to_the_search()

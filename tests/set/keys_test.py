@@ -80,10 +80,7 @@ class Reach(FlowCase):
                 self.assertLessEqual(len(found), 6, f"from {start} to {goal}")
 
     def to_the_list(self):
-        self.press("Down")
-        self.sees(focus="Use existing registration")
-        self.press("Return")
-        self.sees(popup=["Searching for a registration.\nPlease wait."])
+        self.to_the_search()
         self.event("0 2")
         self.sees(title="ShopListScreen", focus="Select")
 
@@ -224,10 +221,7 @@ class Keys(FlowCase):
 
     def test_back_on_a_loading_popup_does_nothing(self):
         self.switch_on()
-        self.press("Down")
-        self.sees(focus="Use existing registration")
-        self.press("Return")
-        self.sees(popup=["Searching for a registration.\nPlease wait."])
+        self.to_the_search()
         self.hears(MOVE, SELECT, POPUP)
         for key in ("Escape", "XF86Close", "Return", "Up", "5"):
             self.press(key)
@@ -267,10 +261,7 @@ class Keys(FlowCase):
 
     def test_the_selection_popup_keeps_a_pick_out_of_force_until_it_is_confirmed(self):
         self.switch_on()
-        self.press("Down")
-        self.sees(focus="Use existing registration")
-        self.press("Return")
-        self.sees(popup=["Searching for a registration.\nPlease wait."])
+        self.to_the_search()
         self.event("0 2")
         self.sees(title="ShopListScreen", focus="Select")
         self.press("Return")
