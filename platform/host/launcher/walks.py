@@ -173,9 +173,7 @@ def new(walk):
     mark = _show_pin(walk)
     walk.wait_for(r"callbackManager called \(Event: 0; Reason: 1\)", mark)
     walk.look("pin-verified", "the PIN is verified, and the shops are fetched")
-    mark = walk.set.log.mark()
-    if not walk.set.log.find(r"Called ZOLT::GUI::ShopListScreen::ShopListScreen\("):
-        walk.wait_for(r"Called ZOLT::GUI::ShopListScreen::ShopListScreen\(", mark)
+    walk.wait_for(r"Called ZOLT::GUI::ShopListScreen::ShopListScreen\(", mark)
     _walk_down(walk, "ShopListScreen")
     _confirm(walk)
 
