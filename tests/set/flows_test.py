@@ -94,9 +94,11 @@ class FlowCase(SetCase):
             elif name == "depth":
                 found[name] = len(screen.windows)
             elif name == "popup":
-                text = [] if screen.popup is None else screen.popup.words
-                found[name] = None if screen.popup is None else [word for word in wanted or text
-                                                                 if word in text]
+                popups = list(screen.window.all("popup"))
+                # One that stayed below another shows in the number.
+                found[name] = (None if not popups else f"{len(popups)} popups" if len(popups) > 1
+                               else [word for word in wanted or popups[0].words
+                                     if word in popups[0].words])
             elif name == "words":
                 found[name] = [word for word in wanted if word in screen.window.words]
             else:
