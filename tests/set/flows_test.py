@@ -312,6 +312,7 @@ class Flows(FlowCase):
         self.event("0 12")
         self.sees(title="MainMenuUnregisteredScreen", depth=2, buttons=UNREGISTERED_MENU, popup=None)
         self.assertIsNotNone(self.screen().popup_of(1))
+        self.hears()
         self.assertFalse(os.path.exists(self.walk.set.folder.file("data", "registered")))
 
     def test_a_change_deletes_the_registration_and_lays_a_new_menu_above_the_old(self):
@@ -322,8 +323,13 @@ class Flows(FlowCase):
         self.sees(depth=2, popup=["Searching for a registration.\nPlease wait."])
         self.assertIsNone(self.screen().popup_of(1), "the blocked popup below goes")
         self.asks("requestShopInfoList")
+        self.hears(MOVE, SELECT, MOVE, POPUP)
         self.event("0 2")
         self.asks("getShopInfoList", "getRegisteredShopInfo")
+        self.hears(MOVE, MOVE)
+        self.choose_down_to_the_confirmation(3)
+        self.register_and_quit()
+        self.assertTrue(os.path.exists(self.walk.set.folder.file("data", "registered")))
 
     def test_a_change_can_be_declined(self):
         self.switch_on(registered=True)
