@@ -9,6 +9,7 @@ import time
 import unittest
 import xml.etree.ElementTree as ElementTree
 
+import golden_log
 from set_case import DEADLINE, SOURCE, SetCase, descendants, program_of
 
 from processes import SetError, wait_until
@@ -164,6 +165,11 @@ class FlowCase(SetCase):
         # Buttons that go pass the focus on, each with its sound.
         self.assertLessEqual(set(self.sounds()), {MOVE})
 
+    def told(self, name):
+        """The log of the whole run is that which was agreed to under NAME."""
+        lines = golden_log.lines_of(self.walk.set.log.read(), self.walk.set.folder.path)
+        self.assertEqual("", golden_log.differences(name, lines))
+
     # --- steps that several flows share
 
     def quits(self):
@@ -256,6 +262,7 @@ class Flows(FlowCase):
         self.hears(MOVE, MOVE)
         self.choose_down_to_the_confirmation(4)
         self.register_and_quit()
+        self.told("new")
         self.assertTrue(os.path.exists(self.walk.set.folder.file("data", "registered")))
 
     def test_an_existing_registration_is_found_in_the_local_network(self):
@@ -273,6 +280,7 @@ class Flows(FlowCase):
         self.hears(MOVE, MOVE)
         self.choose_down_to_the_confirmation(2)
         self.register_and_quit()
+        self.told("existing")
 
     def test_the_registration_can_be_looked_at_and_left_again(self):
         self.switch_on(registered=True)
@@ -296,6 +304,7 @@ class Flows(FlowCase):
         self.hears(MOVE)
         self.press("Return")
         self.quits()
+        self.told("information")
 
     def change(self):
         """To the new menu above the old one, whose popup stays with its buttons out of reach."""
@@ -329,6 +338,7 @@ class Flows(FlowCase):
         self.hears(MOVE, MOVE)
         self.choose_down_to_the_confirmation(3)
         self.register_and_quit()
+        self.told("change")
         self.assertTrue(os.path.exists(self.walk.set.folder.file("data", "registered")))
 
     def test_a_change_can_be_declined(self):
@@ -358,6 +368,7 @@ class Flows(FlowCase):
         self.assertFalse(os.path.exists(self.walk.set.folder.file("data", "registered")))
         self.press("Return")
         self.quits()
+        self.told("deregister")
 
     def test_cancel_on_either_menu_quits(self):
         for registered, steps in ((False, 2), (True, 3)):

@@ -1,0 +1,48 @@
+# SPDX-License-Identifier: Apache-2.0
+"""The log of a whole run, held against the one that was read and agreed to.
+
+A file in logs/ has a line for each line of the program: buffer, priority, file, function, text. What
+differs from one run or build to the next (time, process, place in the file, the compiler's spelling of a
+function, the folder of the set) is left out, and so are the keys that the keyboard of the display does
+not have. Threads other than the main one write when they get to it, so that their lines stand at the
+end."""
+
+import difflib
+import os
+import re
+
+FOLDER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "logs")
+HEAD = ["# SPDX-License-Identifier: Apache-2.0", "# What a whole run writes; golden_log.py tells how."]
+LINE = re.compile(r"^\S+ \S+ +(?P<process>\d+) +(?P<thread>\d+) (?P<buffer>\w+) (?P<priority>\w) "
+                  r"(?P<tag>\w+): (?P<place>\S+: [^(]+)\(\d+\) > (?P<text>.*)$")
+
+
+def lines_of(log, folder):
+    """What the program wrote to LOG, a list of lines, when its set lived in FOLDER."""
+    main, others, current = [], [], None
+    for line in log:
+        match = LINE.match(line)
+        if match:
+            own = match["tag"] == "ZOLT" and "Error caught during grabbing" not in match["text"]
+            current = (main if match["process"] == match["thread"] else others) if own else None
+            text = re.sub(r"^Called .*", "Called", match["text"])
+            line = f"{match['buffer']} {match['priority']} {match['place']} > {text}"
+        elif re.match(r"^\d\d-\d\d \d\d:\d\d:", line):
+            current = None  # not the program's
+        if current is not None:
+            line = re.sub(r"(Compilation timestamp:\s+).*", r"\1WHEN", line)
+            current.append(line.replace(folder, "FOLDER").rstrip())
+    return main + sorted(others)
+
+
+def differences(name, lines):
+    """How LINES differ from the agreed log NAME, as a text; empty if they do not. With
+    ZOLT_WRITE_LOGS in the environment they become the agreed log."""
+    path = os.path.join(FOLDER, name + ".log")
+    if os.environ.get("ZOLT_WRITE_LOGS"):
+        os.makedirs(FOLDER, exist_ok=True)
+        with open(path, "w", encoding="utf-8") as file:
+            file.write("\n".join(HEAD + lines) + "\n")
+    with open(path, encoding="utf-8") as file:
+        agreed = file.read().splitlines()[len(HEAD):]
+    return "\n".join(difflib.unified_diff(agreed, lines, "agreed", "written", lineterm=""))
