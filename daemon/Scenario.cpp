@@ -37,10 +37,12 @@ int Scenario::delayOf(const std::string& method) const {
 
 MethodScript Scenario::scriptFor(const std::string& method, int call) const {
     const auto script = scripts.find(method);
-    if (script == scripts.end() || (script->second.first > 0 && call > script->second.first)) {
+    if (script == scripts.end() || call <= script->second.skip) {
         return {};
     }
-    return script->second;
+    const bool ended =
+        script->second.first > 0 && call - script->second.skip > script->second.first;
+    return ended ? MethodScript{} : script->second;
 }
 
 }  // namespace standin

@@ -38,7 +38,8 @@ const Method* findMethod(const std::string& name);
 
 // How one method departs from the ordinary course.
 struct MethodScript {
-    int first = 0;                     // only the first so many calls; 0: all
+    int skip = 0;                      // calls that come before the script begins
+    int first = 0;                     // only the first so many calls from there; 0: all
     std::optional<int> delayMs;        // from the reply to the event
     bool silent = false;               // no event follows
     std::optional<Event> outcome;      // event in the place of the success

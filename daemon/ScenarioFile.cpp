@@ -192,6 +192,7 @@ const Key PINCODE_KEYS[] = {
 };
 
 const Key METHOD_KEYS[] = {
+    {"skip", [](const Assignment& at) { at.script.skip = parseCount(at.value); }},
     {"first", [](const Assignment& at) { at.script.first = parseCount(at.value); }},
     {"delay",
      [](const Assignment& at) {

@@ -90,6 +90,15 @@ TEST(Scenario, AScriptForTheFirstCallsEndsWithThem) {
     EXPECT_FALSE(scenario.scriptFor("getPincode", 3).abort);
 }
 
+TEST(Scenario, AScriptMayLetCallsPassBeforeItBegins) {
+    const Scenario scenario = read("[getPincode]\nabort=true\nskip=1\nfirst=2\n");
+    EXPECT_FALSE(scenario.scriptFor("getPincode", 1).abort);
+    EXPECT_TRUE(scenario.scriptFor("getPincode", 2).abort);
+    EXPECT_TRUE(scenario.scriptFor("getPincode", 3).abort);
+    EXPECT_FALSE(scenario.scriptFor("getPincode", 4).abort);
+    EXPECT_TRUE(read("[getPincode]\nabort=true\nskip=1\n").scriptFor("getPincode", 100).abort);
+}
+
 TEST(Scenario, AShopListMayBeAFileBesideTheScenario) {
     EXPECT_EQ(read("[daemon]\nshops=own.xml\n").shopList, "<own/>");
     EXPECT_EQ(read("[daemon]\nshops=./own.xml\n").shopList, "<own/>");
