@@ -165,6 +165,11 @@ class FlowCase(SetCase):
         # Buttons that go pass the focus on, each with its sound.
         self.assertLessEqual(set(self.sounds()), {MOVE})
 
+    def counter_lines(self):
+        """What the program said of the screensaver counter."""
+        return [line.rsplit("> ", 1)[1] for line in self.walk.set.log.read()
+                if "Vconf" in line or "vconf is" in line]
+
     def told(self, name):
         """The log of the whole run is that which was agreed to under NAME."""
         lines = golden_log.lines_of(self.walk.set.log.read(), self.walk.set.folder.path)

@@ -8,11 +8,6 @@ from flows_test import REGISTERED_MENU, FlowCase
 
 
 class Life(FlowCase):
-    def counter_lines(self):
-        """What the program said of the screensaver counter."""
-        return [line.rsplit("> ", 1)[1] for line in self.walk.set.log.read()
-                if "Vconf" in line or "vconf is" in line]
-
     def pauses_and_resumes(self):
         for verb, call, change, before in (("pause", "calling Pause", "Decreasing Vconf", 1),
                                            ("resume", "calling Resume", "increasing Vconf", 0)):

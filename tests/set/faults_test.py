@@ -1,0 +1,232 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Each call of the daemon, in each flow, answered late, with an error, with a value of another type or
+with the daemon's death."""
+
+import os
+import unittest
+
+from flows_test import BACK, FAILURES, FlowCase, MOVE, POPUP, SELECT
+
+from set_case import SOURCE
+
+from registration import document_of
+
+SEARCHING = ["Searching for a registration.\nPlease wait."]
+CONNECTING = ["Connecting to the server…"]
+
+# What the daemon does in the call, and how the toolkit's bus library puts it.
+FAULTS = {
+    "an error": ({"error": "org.example.Error.Busy", "error-message": "busy"},
+                 r"GDBus\.Error:org\.example\.Error\.Busy: busy$"),
+    "another type": ({"wrong-type": "true"}, r"Method .* returned type .\(i\)., but expected .\("),
+    "its death": ({"abort": "true"}, r"GDBus\.Error:org\.freedesktop\.DBus\.Error\.NoReply: "),
+}
+LATE = {"reply-delay": "400"}
+
+
+class Fault(FlowCase):
+    """Starts of the flows, up to the press or the event that makes the program call."""
+
+    def on(self, method, fault, registered=False, shops="one-shop", skip=0, **scenario):
+        """A set at whose first menu METHOD is going to fail as FAULT says."""
+        self.switch_on(registered=registered, daemon={"shops": shops},
+                       **{method: {**fault, "skip": str(skip), **scenario.pop(method, {})}}, **scenario)
+
+    def returned(self, method):
+        """Waits for the answer to METHOD that comes late, and for what the program makes of it."""
+        self.walk.set.wait_for_log(rf" reply {method}", 0, journal=self.walk.set.daemon_log)
+
+    def to_the_second_item(self):
+        self.press("Down")
+        self.hears(MOVE)
+
+    def to_the_question(self, *keys):
+        for key in keys:
+            self.press(key)
+        self.press("Return")
+        self.sees(focus="OK", buttons=["OK*!", "Cancel*"])
+
+    def to_the_pin_request(self):
+        self.press("Return")
+        self.sees(title="PinRequesting", depth=2)
+
+    def to_the_pin(self):
+        self.to_the_pin_request()
+        self.event("0 0")
+        self.sees(title="PinDisplaying", depth=3, focus="Cancel")
+
+    def to_the_search(self):
+        super().to_the_search()
+        self.asks("requestShopInfoList")
+
+
+class InAPress(Fault):
+    """A call that a button makes: nothing above the button catches the failure, so the program ends in
+    order with status 1."""
+
+    def fails(self, method, prefix, to_the_press, after=None, **start):
+        for name, (fault, told) in FAULTS.items():
+            with self.subTest(name):
+                self.on(method, fault, **start)
+                to_the_press()
+                self.press("Return")
+                self.walk.end(expected=1)
+                self.release()
+                self.reads(f"Exception caught: {prefix}{told}", "Decreasing Vconf")
+                self.assertEqual(["Decreasing Vconf", "current vconf is: 1"],
+                                 self.counter_lines()[-2:])
+                # A flow that was left in the middle says nothing to the daemon any more.
+                self.assertEqual(method, self.calls_of_the_daemon()[-1])
+        with self.subTest("late"):
+            self.on(method, LATE, **start)
+            to_the_press()
+            self.press("Return")
+            self.returned(method)
+            self.sees(**after)
+            self.assertIsNone(self.walk.set.log.find("Exception caught"))
+
+    def test_a_pin_is_requested(self):
+        self.fails("requestPincode", "Failed to request pincode: ", lambda: None,
+                   after={"title": "PinRequesting", "depth": 2, "popup": None})
+
+    def test_the_search_in_the_local_network_is_requested(self):
+        self.fails("requestShopInfoList", "Failed to request shop info list: ",
+                   self.to_the_second_item, after={"depth": 1, "popup": SEARCHING})
+
+    def test_the_lower_list_asks_which_shop_is_registered(self):
+        def to_the_press():
+            self.to_the_search()
+            self.event("0 2")
+            self.sees(title="ShopListScreen", depth=2)
+            self.asks("getShopInfoList", "getRegisteredShopInfo")
+            self._heard = len(self.all_sounds())
+            self.pick("Halden Electric", "Brightwell Vision", "Orchard TV Centre")
+            self.sees(focus="Next")
+
+        self.fails("getRegisteredShopInfo", "Failed to get registered shop info: ", to_the_press,
+                   shops="two-levels", skip=1,
+                   after={"title": "ShopListScreen", "depth": 3, "words": ["Halden Electric"]})
+
+    def test_a_registration_is_handed_over(self):
+        def to_the_press():
+            self.to_the_search()
+            self.event("0 2")
+            self.sees(title="RegistrationInfoScreen", focus="Register")
+
+        self.fails("requestRegistrationShopInfo", "Failed to request registration: ", to_the_press,
+                   after={"title": "RegistrationInfoScreen", "popup": CONNECTING})
+
+    def test_the_registration_is_looked_at(self):
+        def to_the_press():
+            self.press("Down")
+            self.press("Down")
+            self.sees(focus="Registration information")
+
+        self.fails("getRegisteredShopInfo", "Failed to get registered shop info: ", to_the_press,
+                   registered=True, after={"title": "RegistrationInfoScreen", "depth": 2})
+
+    def test_the_registration_is_ended(self):
+        self.fails("unregister", "Failed to unregister: ", lambda: self.to_the_question("Down"),
+                   registered=True, after={"depth": 1, "buttons": ["OK", "Cancel"]})
+
+    def test_the_registration_is_deleted_for_a_change(self):
+        self.fails("deleteRegistrationInfo", "Failed to delete registration info: ",
+                   self.to_the_question, registered=True,
+                   after={"depth": 1, "buttons": ["OK", "Cancel"]})
+
+    def all_sounds(self):
+        self._heard = 0
+        return self.sounds()
+
+
+class InAnEvent(Fault):
+    """A call that an event of the daemon leads to: the failure becomes a popup, and its button ends the
+    program. A daemon that died cannot be told of the end, which is then one with status 1."""
+
+    def fails(self, method, prefix, to_the_event, event, title, depth, after=None, **start):
+        for name, (fault, told) in FAULTS.items():
+            with self.subTest(name):
+                self.on(method, fault, **start)
+                to_the_event()
+                self.event(event)
+                self.sees(title=title, depth=depth, popup=[FAILURES[5]], buttons=["OK*!"])
+                self.reads(r"callbackManager called \(Event: 0",
+                           f"Exception caught during event handling: {prefix}{told}",
+                           rf"AUISoundType: {POPUP}\]")
+                self.assertEqual(method, self.calls_of_the_daemon()[-1])
+                self.press("Return")
+                self.reads("quitRequested", rf"AUISoundType: {SELECT}\]")
+                if "abort" in fault:
+                    self.walk.end(expected=1)
+                    self.reads("Exception caught: Failed to find GUI proxy object")
+                else:
+                    self.walk.end()
+                    self.assertEqual("applicationCancelled", self.calls_of_the_daemon()[-1])
+        with self.subTest("late"):
+            self.on(method, LATE, **start)
+            to_the_event()
+            self.event(event)
+            self.returned(method)
+            self.sees(**after)
+            self.assertIsNone(self.walk.set.log.find("Exception caught"))
+
+    def test_whether_the_set_is_registered(self):
+        self.fails("checkShopRegistration", "Failed to check shop registration: ",
+                   self.to_the_pin_request, "0 0", "PinRequesting", 2,
+                   after={"title": "PinDisplaying", "depth": 3, "words": ["48201573"]})
+
+    def test_the_pin(self):
+        self.fails("getPincode", "Failed to get pincode: ", self.to_the_pin_request, "0 0",
+                   "PinRequesting", 2,
+                   after={"title": "PinDisplaying", "depth": 3, "words": ["48201573"]})
+
+    def test_the_verification_of_the_pin(self):
+        self.fails("requestPincodeVerification", "Failed to request pincode verification: ",
+                   self.to_the_pin_request, "0 0", "PinDisplaying", 3,
+                   after={"title": "PinDisplaying", "depth": 3, "words": ["48201573"]})
+
+    def test_the_request_of_the_list_behind_a_pin(self):
+        self.fails("requestShopInfoList", "Failed to request shop info list: ", self.to_the_pin,
+                   "0 1", "PinDisplaying", 3,
+                   after={"title": "PinDisplaying", "depth": 3, "popup": CONNECTING})
+
+    def test_the_list(self):
+        self.fails("getShopInfoList", "Failed to get shop list: ", self.to_the_search, "0 2",
+                   "MainMenuUnregisteredScreen", 1,
+                   after={"title": "RegistrationInfoScreen", "depth": 2})
+
+    def test_which_shop_is_registered(self):
+        self.fails("getRegisteredShopInfo", "Failed to get registered shop info: ",
+                   self.to_the_search, "0 2", "MainMenuUnregisteredScreen", 1, shops="two-levels",
+                   after={"title": "ShopListScreen", "depth": 2})
+
+    def test_the_shop_that_the_pin_is_for(self):
+        shops = os.path.join(SOURCE, "daemon", "shop-lists", "one-shop.xml")
+        document = document_of(shops).replace("\n", "")
+        self.fails("getRegisteredShopInfo", "Failed to get registered shop info: ",
+                   self.to_the_pin_request, "0 0", "PinRequesting", 2,
+                   checkShopRegistration={"reply": "true"},
+                   getRegisteredShopInfo={"reply": document},
+                   after={"title": "PinDisplaying", "depth": 3, "words": ["Harbour Electric, Republic Street : 010101"]})
+
+
+class AtTheEnd(Fault):
+    def test_a_daemon_that_does_not_take_the_end_makes_it_one_with_status_one(self):
+        for name, (fault, told) in FAULTS.items():
+            with self.subTest(name):
+                self.on("applicationCancelled", fault)
+                self.press("Escape")
+                self.release()
+                self.walk.end(expected=1)
+                self.reads("quitRequested", "calling Terminate",
+                           f"Exception caught: Failed inform that application quited: {told}")
+
+    def test_a_daemon_that_is_slow_to_take_the_end_is_waited_for(self):
+        self.on("applicationCancelled", LATE)
+        self.press("Escape")
+        self.hears(BACK, SELECT)
+        self.ends()
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
