@@ -962,7 +962,7 @@ void EventHandler::selectionPopupListOnKeyPress(void* data, Evas* /*evas*/, Evas
     } else if (key == "Up") {
         play(moveUp(*popup) ? AUI_SOUND_MOVE : AUI_SOUND_BLOCKED);
     } else if (key == "Right") {
-        play(AUI_SOUND_MOVE);  // Right always leads from the list to the buttons, ...
+        play(AUI_SOUND_MOVE);  // leads from the list to the buttons, ...
     } else if (key == "Left") {
         play(AUI_SOUND_BLOCKED);  // ... and Left never leads anywhere: the difference is wanted
     } else if (isReturnKey(key)) {

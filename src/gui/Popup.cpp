@@ -77,7 +77,8 @@ void Popup::hide() {
     // The toolkit hands the focus back to the widget that had it before the popup, also when
     // another one has been given it since, as the button for the next step has. Who may not take it
     // is left out.
-    const bool movedOn = hasFocusMovedOn();
+    Evas_Object* const focused = focusedOutside();
+    const bool movedOn = focused != nullptr && m_focusBefore != nullptr && focused != m_focusBefore;
     if (movedOn) {
         elm_object_focus_allow_set(m_focusBefore, EINA_FALSE);
     }
@@ -86,30 +87,33 @@ void Popup::hide() {
     if (movedOn) {
         elm_object_focus_allow_set(m_focusBefore, EINA_TRUE);
     }
+    // It forgets to do so when the popup was given the focus before it was shown.
+    if (Evas_Object* const heir = movedOn ? focused : m_focusBefore) {
+        elm_object_focus_set(heir, EINA_TRUE);
+    }
     unwatchHandle(m_focusBefore);
 }
 
 void Popup::rememberFocus() {
-    unwatchHandle(m_focusBefore);
-    m_focusBefore = elm_object_focused_object_get(m_popup);
-    if (m_focusBefore != nullptr) {
-        watchHandle(m_focusBefore);
+    Evas_Object* const focused = focusedOutside();
+    if (focused == nullptr) {
+        return;
     }
+    unwatchHandle(m_focusBefore);
+    m_focusBefore = focused;
+    watchHandle(m_focusBefore);
 }
 
-bool Popup::hasFocusMovedOn() const {
+Evas_Object* Popup::focusedOutside() const {
     Evas_Object* const focused =
         m_popup != nullptr ? elm_object_focused_object_get(m_popup) : nullptr;
-    if (focused == nullptr || m_focusBefore == nullptr || focused == m_focusBefore) {
-        return false;
-    }
     for (Evas_Object* widget = focused; widget != nullptr;
          widget = elm_object_parent_widget_get(widget)) {
         if (widget == m_popup) {
-            return false;
+            return nullptr;
         }
     }
-    return true;
+    return focused;
 }
 
 void Popup::destroy() {

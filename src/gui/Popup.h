@@ -49,7 +49,7 @@ class Popup {
   protected:
     // Counts BUTTON and puts it in the part of its number, which owns it from then on.
     void appendButton(Evas_Object* button);
-    // Notes who has the focus, before the popup takes it.
+    // Notes who has the focus, before the popup takes it; once it has, nothing changes.
     void rememberFocus();
 
     Evas_Object* m_popup;       // deleted by destroy, or with its window
@@ -60,8 +60,8 @@ class Popup {
     bool m_visible;
 
   private:
-    // Whether the focus has gone on to a widget outside of the popup since it was shown.
-    bool hasFocusMovedOn() const;
+    // The widget of the window that has the focus; null if there is none, or it is of this popup.
+    Evas_Object* focusedOutside() const;
 
     Evas_Object* m_focusBefore = nullptr;  // not owned; cleared when its widget goes
 };

@@ -43,7 +43,8 @@ SelectionPopup::SelectionPopup(Evas_Object* parent, char const* style, int width
       m_previousShop(nullptr),
       m_shopSelected(false),
       m_region{},
-      m_focusJob(nullptr) {
+      m_focusJob(nullptr),
+      m_onButtons(false) {
     ZOLT_TRACE();
     elm_win_focus_highlight_style_set(m_popup, "default");
 }
@@ -74,6 +75,9 @@ void SelectionPopup::prepare() {
     fill(m_list);
     elm_genlist_select_mode_set(m_list, ELM_OBJECT_SELECT_MODE_ALWAYS);
     evas_object_smart_callback_add(m_list, "realized", onRowDrawn, this);
+    evas_object_smart_callback_add(m_list, "unfocused", onListLeft, this);
+    evas_object_smart_callback_add(m_list, "focused", onListFocused, this);
+    evas_object_event_callback_add(m_list, EVAS_CALLBACK_KEY_DOWN, onListKeyDown, this);
     elm_table_pack(table, m_list, 0, 0, 1, 11);
     elm_object_focus_allow_set(m_list, EINA_TRUE);
     elm_object_focus_set(m_list, EINA_TRUE);
@@ -158,6 +162,47 @@ void SelectionPopup::focusFirstRow(void* data) {
     }
 }
 
+// The arrows lead where the sounds of the list say: Right to the buttons, and Down no further than
+// the last row.
+void SelectionPopup::onListKeyDown(void* data, Evas* /*evas*/, Evas_Object* list, void* eventInfo) {
+    auto* const popup = static_cast<SelectionPopup*>(data);
+    auto* const event = static_cast<Evas_Event_Key_Down*>(eventInfo);
+    const std::string key = event->key != nullptr ? event->key : "";
+    if (key == "Right") {
+        popup->focusFirstButton();
+        event->event_flags = EVAS_EVENT_FLAG_ON_HOLD;
+    } else if (key == "Down" &&
+               elm_object_focused_item_get(list) == elm_genlist_last_item_get(list)) {
+        event->event_flags = EVAS_EVENT_FLAG_ON_HOLD;
+    }
+}
+
+void SelectionPopup::focusFirstButton() {
+    for (const char* part : {"button1", "button2"}) {
+        Evas_Object* const button = elm_object_part_content_get(m_popup, part);
+        if (button != nullptr && elm_object_focus_allow_get(button) != EINA_FALSE) {
+            elm_object_focus_set(button, EINA_TRUE);
+            return;
+        }
+    }
+}
+
+void SelectionPopup::onListLeft(void* data, Evas_Object* /*list*/, void* /*eventInfo*/) {
+    auto* const popup = static_cast<SelectionPopup*>(data);
+    popup->m_onButtons = popup->m_visible;
+}
+
+// Only Up leads from the buttons back to the list. Its release comes here yet and counts as a step
+// up from the row below.
+void SelectionPopup::onListFocused(void* data, Evas_Object* list, void* /*eventInfo*/) {
+    auto* const popup = static_cast<SelectionPopup*>(data);
+    Elm_Object_Item* const row = elm_object_focused_item_get(list);
+    if (popup->m_onButtons && popup->m_visible && row != nullptr) {
+        popup->m_position = static_cast<unsigned int>(elm_genlist_item_index_get(row));
+    }
+    popup->m_onButtons = false;
+}
+
 char* SelectionPopup::itemGetLabel(void* data, Evas_Object* /*object*/, char const* part) {
     ZOLT_TRACE();
     char label[64] = {};
@@ -178,6 +223,7 @@ void SelectionPopup::restoreSelectedItemSetting() {
     }
     ZOLT_DEBUG("Setting focus m_region to previour m_region: %d %d %d %d", m_region.x, m_region.y,
                m_region.width, m_region.height);
+    rememberFocus();
     elm_object_focus_allow_set(m_list, EINA_TRUE);
     elm_object_focus_set(m_list, EINA_TRUE);
     elm_scroller_region_show(m_list, m_region.x, m_region.y, m_region.width, m_region.height);

@@ -63,7 +63,14 @@ class SelectionPopup : public Popup {
     // follows to the row that they choose: puts both back to the picked row.
     void returnToSelection();
 
+    static void onListKeyDown(void* data, Evas* evas, Evas_Object* list, void* eventInfo);
+    static void onListLeft(void* data, Evas_Object* list, void* eventInfo);
+    static void onListFocused(void* data, Evas_Object* list, void* eventInfo);
+    // Gives the focus to the first button that may have it.
+    void focusFirstButton();
+
     Ecore_Job* m_focusJob;  // deleted here, or by itself once it has run
+    bool m_onButtons;       // the focus has left the list while the popup is shown
 };
 
 }  // namespace ZOLT::GUI

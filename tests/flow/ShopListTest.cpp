@@ -36,6 +36,17 @@ class ShopListTest : public FlowFixture {
         callback(nullptr, nullptr, nullptr);
         settle();
     }
+    Evas_Object* list() { return popup<SelectionPopup>()->m_list; }
+    // Only what is drawn has a place, and only by their places do arrows find widgets and rows.
+    void drawList() {
+        draw(windowOf(screen()));
+        settle();
+    }
+    // The row that has the focus.
+    Elm_Object_Item* row() { return elm_object_focused_item_get(list()); }
+    Evas_Object* popupButton(int number) {
+        return partOf(widgetOf(*popup()), ("button" + std::to_string(number)).c_str());
+    }
 };
 
 // --- the automatic descent
@@ -356,6 +367,90 @@ TEST_F(ShopListTest, ReopeningThePopupRestoresTheConfirmedPick) {
     EXPECT_EQ("North", list->m_selectedShop->name);
     EXPECT_TRUE(elm_genlist_item_selected_get(confirmed));
     EXPECT_TRUE(list->getVisible());
+}
+
+TEST_F(ShopListTest, EachWayOutOfAReopenedPopupLeavesTheFocusInSight) {
+    start();
+    serve(TWO_TOPS);
+    choose("North");
+    for (const char* other : {"", "North", "South"}) {
+        SCOPED_TRACE(other);
+        draw(windowOf(screen()));
+        press(windowOf(screen()), "Up");
+        ASSERT_TRUE(waitForFocus(button("selectBtn")));
+        press(windowOf(screen()), "Return");
+        ASSERT_TRUE(popup()->getVisible());
+        if (*other == '\0') {
+            click(EventHandler::popupHideRequested);
+            EXPECT_TRUE(waitForFocus(button("selectBtn")));
+            press(windowOf(screen()), "Down");
+        } else {
+            choose(other);
+        }
+        EXPECT_FALSE(popup()->getVisible());
+        EXPECT_TRUE(waitForFocus(button("singleBtn")));
+    }
+}
+
+TEST_F(ShopListTest, RightLeadsFromTheListToTheFirstButtonThatMayHaveTheFocus) {
+    start();
+    serve(TWO_TOPS);
+    press(windowOf(screen()), "Return");
+    ASSERT_TRUE(waitForFocus(list()));
+    press(windowOf(screen()), "Right");
+    EXPECT_TRUE(waitForFocus(popupButton(2)));
+    press(windowOf(screen()), "Up");
+    EXPECT_TRUE(waitForFocus(list()));
+    pick("South");
+    press(windowOf(screen()), "Up");
+    EXPECT_TRUE(waitForFocus(list()));
+    press(windowOf(screen()), "Right");
+    EXPECT_TRUE(waitForFocus(popupButton(1)));
+}
+
+TEST_F(ShopListTest, RightLeadsOutOfAnEmptyList) {
+    start();
+    serve({{"Country", {}}});
+    press(windowOf(screen()), "Return");
+    ASSERT_TRUE(waitForFocus(list()));
+    press(windowOf(screen()), "Down");
+    EXPECT_TRUE(waitForFocus(list()));
+    press(windowOf(screen()), "Right");
+    EXPECT_TRUE(waitForFocus(popupButton(2)));
+}
+
+TEST_F(ShopListTest, DownStaysOnTheLastRow) {
+    start();
+    serve(TWO_TOPS);
+    activate(screen());
+    press(windowOf(screen()), "Return");
+    drawList();
+    ASSERT_EQ(elm_genlist_first_item_get(list()), row());
+    const unsigned& position = popup<SelectionPopup>()->m_position;
+    press(windowOf(screen()), "Down");
+    for (int time = 0; time < 2; ++time) {
+        press(windowOf(screen()), "Down");
+        EXPECT_EQ(elm_genlist_last_item_get(list()), row());
+        EXPECT_EQ(2U, position);
+    }
+    EXPECT_EQ(list(), focusedIn(list()));
+}
+
+TEST_F(ShopListTest, ThePositionFollowsTheRowOnTheWayBackFromTheButtons) {
+    start();
+    serve(TWO_TOPS);
+    activate(screen());
+    press(windowOf(screen()), "Return");
+    drawList();
+    ASSERT_EQ(elm_genlist_first_item_get(list()), row());
+    for (const unsigned row : {0U, 1U, 2U}) {
+        press(windowOf(screen()), "Right");
+        ASSERT_TRUE(waitForFocus(popupButton(2)));
+        press(windowOf(screen()), "Up");
+        ASSERT_TRUE(waitForFocus(list()));
+        EXPECT_EQ(row, popup<SelectionPopup>()->m_position);
+        press(windowOf(screen()), "Down");
+    }
 }
 
 // --- on and back
