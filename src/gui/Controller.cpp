@@ -619,6 +619,17 @@ void EventHandler::buttonClickedCb() {
     play(AUI_SOUND_SELECT);
 }
 
+// Keys of one frame, and those of the time in which a call of the daemon kept the program waiting,
+// all go to the window that was on top then. A second screen of the same kind, and a second request
+// to the daemon, would be what comes of them.
+void EventHandler::dropIfCovered(void* /*data*/, Evas_Object* object, void* /*eventInfo*/) {
+    const Controller* const flow = Controller::m_self;
+    const Screen* const screen = flow != nullptr ? flow->current() : nullptr;
+    if (screen != nullptr && !screen->holds(object)) {
+        efl_event_callback_stop(object);
+    }
+}
+
 void EventHandler::quitRequested(void* /*data*/, Evas_Object* /*object*/, void* /*eventInfo*/) {
     ZOLT_TRACE();
     buttonClickedCb();

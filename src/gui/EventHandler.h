@@ -25,6 +25,9 @@ class EventHandler {
     EventHandler() = delete;
 
     // --- buttons and popups, in the form of a smart callback
+    // Comes before what a button does, and keeps a press from it that reached the button only when
+    // a newer screen lay over its own.
+    static void dropIfCovered(void* data, Evas_Object* object, void* eventInfo);
     static void quitRequested(void* data, Evas_Object* object, void* eventInfo);
     // Deletes the current screen: nothing may touch it after the call.
     static void goBackRequested(void* data, Evas_Object* object, void* eventInfo);

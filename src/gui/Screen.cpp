@@ -243,6 +243,10 @@ bool Screen::getIfMirrored() const {
     return m_mirrored;
 }
 
+bool Screen::holds(const Evas_Object* widget) const {
+    return m_window != nullptr && elm_object_top_widget_get(widget) == m_window;
+}
+
 void Screen::destroyPopup() {
     ZOLT_TRACE();
     if (m_popup == nullptr) {
@@ -329,6 +333,8 @@ Evas_Object* Screen::createButton(Evas_Object* parent, char const* text, Evas_Sm
     evas_object_size_hint_min_set(button, 1080, 720);
     setTranslatable(button, nullptr, text);
     elm_access_info_cb_set(button, ELM_ACCESS_INFO, EventHandler::accessCallback, translated(text));
+    evas_object_smart_callback_priority_add(button, "clicked", EVAS_CALLBACK_PRIORITY_BEFORE,
+                                            EventHandler::dropIfCovered, nullptr);
     evas_object_smart_callback_add(button, "clicked", callback, data);
     evas_object_smart_callback_add(button, "focused", EventHandler::focusedItemCb, nullptr);
     evas_object_smart_callback_add(button, "unfocused", EventHandler::unfocusedItemCb, nullptr);

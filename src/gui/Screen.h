@@ -55,6 +55,9 @@ class Screen {
     // Whether the user interface ran right to left when this screen was made.
     bool getIfMirrored() const;
 
+    // Whether WIDGET stands in this screen's window, on the screen itself or on its popup.
+    bool holds(const Evas_Object* widget) const;
+
     // Takes the popup off the screen, if there is one.
     void destroyPopup();
 

@@ -140,6 +140,36 @@ TEST_F(EventHandlerTest, AButtonMayDeleteTheScreenThatItStandsOn) {
     EXPECT_THAT(steps, ElementsAre("destroyPopup", "~RegistrationInfoScreen", "show"));
 }
 
+TEST_F(EventHandlerTest, APressOnACoveredScreenIsDropped) {
+    start();
+    Evas_Object* const button = partOf(layoutOf(screen()), "newRegBtn");
+    const auto pressIt = [button] {
+        evas_object_smart_callback_call(button, "clicked", nullptr);
+        settle();
+    };
+    pressIt();
+    ASSERT_EQ(2U, history().size());
+    listen();
+    pressIt();
+    EXPECT_EQ(2U, history().size());
+    EXPECT_THAT(heard(), IsEmpty());
+    EXPECT_EQ(1U, callsSince().size());
+    click(EventHandler::goBackRequested);
+    pressIt();
+    EXPECT_EQ(2U, history().size());
+}
+
+TEST_F(EventHandlerTest, APressOnAPopupOfACoveredScreenIsDroppedToo) {
+    start(true);
+    click(EventHandler::deregistrationPopupRequested);
+    Evas_Object* const yes = partOf(widgetOf(*popup()), "button1");
+    m_flow->callbackManager(0, 12);
+    callsSince();
+    evas_object_smart_callback_call(yes, "clicked", nullptr);
+    settle();
+    EXPECT_THAT(callsSince(), IsEmpty());
+}
+
 TEST_F(EventHandlerTest, HidingDestroysAMessagePopup) {
     start().showCompletionPopup();
     click(EventHandler::popupHideRequested);

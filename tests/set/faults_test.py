@@ -210,6 +210,58 @@ class InAnEvent(Fault):
                    after={"title": "PinDisplaying", "depth": 3, "words": ["Harbour Electric, Republic Street : 010101"]})
 
 
+class Waiting(Fault):
+    """A call that is answered late keeps the program from doing anything else."""
+
+    def presses_meanwhile(self, method, *keys, **start):
+        """OK makes METHOD wait for its answer, and KEYS are pressed before that comes: on a machine
+        that is slow itself, with a slower answer."""
+        for delay in (1500, 6000, 24000):
+            self.to_the_call(method, {"reply-delay": str(delay)}, **start)
+            for key in keys:
+                self.walk.set.remote.press(key)
+            if self.walk.set.daemon_log.find(f" reply {method}") is None:
+                return
+        self.fail("the answer came first")
+
+    def to_the_call(self, method, fault, **start):
+        self.on(method, fault, **start)
+        if start.get("registered"):
+            self.press("Down")
+            self.press("Down")
+            self.sees(focus="Registration information")
+        self.standing = self.walk.set.camera.settled()
+        self.press("Return")
+        self.walk.set.wait_for_log(f" call {method}", 0, journal=self.walk.set.daemon_log)
+        self.release()
+
+    def test_the_last_picture_stands(self):
+        self.to_the_call("requestPincode", {"no-reply": "true"})
+        self.assertEqual(self.standing, self.walk.set.camera.look())
+
+    def test_what_a_press_asked_for_comes_once_however_often_it_was_pressed_meanwhile(self):
+        # The information is shown without a click.
+        for method, start, title, sounds in (
+                ("requestPincode", {}, "PinRequesting", [SELECT]),
+                ("getRegisteredShopInfo", {"registered": True}, "RegistrationInfoScreen",
+                 [MOVE, MOVE])):
+            with self.subTest(method):
+                self.presses_meanwhile(method, "Return", "Return", "Return", **start)
+                self.returned(method)
+                self.sees(title=title, depth=2)
+                self.hears(*sounds)
+                self.asks(method)
+
+    def test_the_way_back_is_taken_when_the_answer_is_there(self):
+        self.presses_meanwhile("requestPincode", "Escape")
+        self.asks("requestPincode")
+        self.reads("requestPincode", "quitRequested", "calling Terminate")
+        self.assertEqual([SELECT, BACK, SELECT], self.sounds()[:3])
+        self._heard += 3
+        self.walk.end()
+        self.asks("applicationCancelled")
+
+
 class AtTheEnd(Fault):
     def test_a_daemon_that_does_not_take_the_end_makes_it_one_with_status_one(self):
         for name, (fault, told) in FAULTS.items():
