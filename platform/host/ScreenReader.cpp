@@ -9,6 +9,7 @@
 
 #include "host/Description.h"
 #include "host/HostLog.h"
+#include "host/ScreenReport.h"
 #include "host/ToolkitWindows.h"
 
 namespace Host {
@@ -52,10 +53,14 @@ std::string rowText(const Elm_Object_Item* row) {
     return text != nullptr ? text : "";
 }
 
-// A drop-down tells its text as it was set, with the markup in it.
-std::string widgetText(const Evas_Object* widget) {
+// A drop-down draws its text as it was set, whatever looks like markup in it.
+std::string widgetText(Evas_Object* widget) {
     if (isA(widget, "elm_hoversel")) {
-        return taken(evas_textblock_text_markup_to_utf8(nullptr, elm_object_text_get(widget)));
+        const char* text = elm_object_text_get(widget);
+        return text != nullptr ? text : "";
+    }
+    if (isA(widget, "elm_scroller")) {
+        return textsWithin(widget);
     }
     return taken(elm_access_info_get(widget, ELM_ACCESS_INFO));
 }

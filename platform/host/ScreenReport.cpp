@@ -52,6 +52,35 @@ bool isDrawn(const Evas_Object* object) {
     return true;
 }
 
+// What OBJECT itself draws as text, without markup; empty for all that draws none.
+std::string drawnText(Evas_Object* object) {
+    const std::string type = orNothing(evas_object_type_get(object));
+    std::string text;
+    if (type == "text") {
+        text = orNothing(evas_object_text_text_get(object));
+    } else if (type == "textblock") {
+        char* plain = evas_textblock_text_markup_to_utf8(
+            object, evas_object_textblock_text_markup_get(object));
+        text = orNothing(plain);
+        std::free(plain);
+    }
+    return text;
+}
+
+void read(Evas_Object* object, std::string& told) {
+    if (orNothing(evas_object_type_get(object)) == "elm_label" && !told.empty()) {
+        told += ",";
+    }
+    if (const std::string text = drawnText(object); !text.empty()) {
+        told += (told.empty() ? "" : " ") + text;
+    }
+    Eina_List* members = evas_object_smart_members_get(object);
+    void* member = nullptr;
+    EINA_LIST_FREE(members, member) {
+        read(static_cast<Evas_Object*>(member), told);
+    }
+}
+
 class Report {
   public:
     explicit Report(Evas_Object* window)
@@ -90,13 +119,9 @@ class Report {
     }
 
     void tellOf(Evas_Object* object, const std::string& type) {
-        if (type == "text") {
-            tellText(object, orNothing(evas_object_text_text_get(object)));
-        } else if (type == "textblock") {
-            char* plain = evas_textblock_text_markup_to_utf8(
-                object, evas_object_textblock_text_markup_get(object));
-            tellText(object, orNothing(plain));
-            std::free(plain);
+        // A part may hold a text object that has nothing to say.
+        if (const std::string text = drawnText(object); !text.empty()) {
+            tell("text", object, "", text);
         } else if (object != m_window && type.rfind(kWidgetPrefix, 0) == 0) {
             tell(type.substr(std::strlen(kWidgetPrefix)), object, stateOf(object));
             ++m_depth;
@@ -109,13 +134,6 @@ class Report {
     std::string stateOf(const Evas_Object* widget) const {
         return std::string(elm_widget_can_focus_get(widget) != EINA_FALSE ? " focusable" : "") +
                (widget == m_focused ? " focus" : "");
-    }
-
-    // A part may hold a text object that has nothing to say.
-    void tellText(const Evas_Object* object, const std::string& text) {
-        if (!text.empty()) {
-            tell("text", object, "", text);
-        }
     }
 
     void tellRows(Evas_Object* list) {
@@ -151,6 +169,12 @@ class Report {
 };
 
 }  // namespace
+
+std::string textsWithin(Evas_Object* widget) {
+    std::string told;
+    read(widget, told);
+    return told;
+}
 
 std::string screenReport() {
     std::vector<Report> reports;

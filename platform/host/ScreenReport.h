@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include <Evas.h>
+
 namespace Host {
 
 // The program's windows, the one that has the keyboard first, and under each what it shows, in the
@@ -16,5 +18,9 @@ namespace Host {
 // text is its title. Coordinates are in pixels of the screen. Quotes and backslashes in a text have
 // a backslash before them, and the end of a line is \n.
 std::string screenReport();
+
+// The texts that WIDGET shows or would show if it were scrolled, in one line: those of a label with
+// blanks between them, labels with commas.
+std::string textsWithin(Evas_Object* widget);
 
 }  // namespace Host

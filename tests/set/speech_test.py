@@ -7,12 +7,20 @@ import shutil
 import stat
 import unittest
 from unittest import mock
+from xml.sax.saxutils import quoteattr
 
 from flows_test import FlowCase
 from set_case import DEADLINE, SOURCE, contents, running
 
 from processes import wait_until
+from registration import document_of, register
 
+LANGUAGES = ("en_US", "ko_KR", "ar_EG")
+FAILURES = {5: "SID_INTERNET_CONNECTION_NOT_STABLE_MSG",
+            6: "COM_CANNOT_CONNECT_TO_THE_NETWORK",
+            7: "COM_CANNOT_CONNECT_TO_SERVER",
+            8: "COM_MAPP_SID_PIN_ENTRY_TIME_LIMIT_EXPIRED",
+            9: "TV_SID_UNABLE_TO_FIND_REGISTRATION_INFORMATION_IN_THE_LOCAL_NETWORK"}
 READER_ON = "[Accessibility]\nScreenReader=true\n"
 PIN = "48201573"
 
@@ -53,12 +61,19 @@ def catalogue(language):
 class SpeechCase(FlowCase):
     """A person who listens to the screen reader."""
 
-    def listen(self, language, path=None):
+    SHOPS = FlowCase.SHOPS
+
+    def listen(self, language, path=None, registered=False, shops=SHOPS, **scenario):
         """Starts a set that speaks LANGUAGE, with what is on PATH."""
         self.texts = catalogue(language[:2])
         description = self.write("reader.ini", READER_ON)
-        self.walk = self.start(scenario={"daemon": {"hold": "true", "shops": self.SHOPS}}, fresh=True,
-                               language=language, description=description)
+        if self.walk:
+            self.walk.set.close()
+        self.walk = self.start(scenario={"daemon": {"hold": "true", "shops": shops}, **scenario},
+                               fresh=True, language=language, description=description)
+        if registered:
+            shops = os.path.join(SOURCE, "daemon", "shop-lists", "two-levels.xml")
+            register(self.walk.set.folder, document_of(shops))
         self._heard = self._asked = self._read = self._listened = 0
         self._down = None
         self.walk.set.remote.repeat(False)
@@ -68,7 +83,7 @@ class SpeechCase(FlowCase):
     def stand_in(self):
         """A PATH with a speech program of this test's own."""
         folder = os.path.join(self.private, "bin")
-        os.mkdir(folder)
+        os.makedirs(folder, exist_ok=True)
         self.heard = os.path.join(self.private, "heard")
         program = self.write("bin/espeak-ng", STAND_IN.format(heard=self.heard))
         os.chmod(program, stat.S_IRWXU)
@@ -167,6 +182,79 @@ class Speech(SpeechCase):
 
     def test_an_existing_registration_is_heard_in_arabic(self):
         self.hears_an_existing_registration("ar_EG")
+
+    def test_the_questions_of_a_tied_set_are_heard(self):
+        for language in LANGUAGES:
+            with self.subTest(language):
+                self.listen(language, registered=True)
+                self.listens(", " + self.text("TV_SID_REGISTRATION_CHANGE"))
+                self.press_and_listen("Return", self.text("TV_SID_SURE_CHANGE_REGISTRATION_INFO_DELETED") + ", " + self.text("SID_OK"))
+                self.press_and_listen("Left" if language.startswith("ar") else "Right",
+                                      self.text("SID_CANCEL"))
+                self.press_and_listen("Return", self.text("TV_SID_REGISTRATION_CHANGE"))
+                self.press_and_listen("Down", self.text("TV_SID_DEREGISTRATION"))
+                self.press_and_listen("Return", self.text("TV_SID_ARE_YOU_SURE_YOU_WANT_TO_DEREGISTER") + ", " +
+                                      self.text("SID_OK"))
+                self.press("Return")
+                self.asks("unregister")
+                self.event("0 4")
+                self.listens(self.text("COM_SID_DEREGISTERED_SUCCESSFULLY") + ", " + self.text("SID_OK"))
+                self.press("Return")
+                self.walk.end()
+
+    def test_the_registration_is_heard_line_by_line(self):
+        rows = [("Chain", "Halden Electric"), ("Shop", "Camden High Street"), (None, "0101")]
+        for language in LANGUAGES:
+            with self.subTest(language):
+                self.listen(language, registered=True)
+                self.listens(", " + self.text("TV_SID_REGISTRATION_CHANGE"))
+                self.press_and_listen("Down", self.text("TV_SID_DEREGISTRATION"))
+                self.press_and_listen("Down", self.text("COM_REGISTRATION_INFORMATION"))
+                self.press_and_listen("Return", self.text("SID_OK"))
+                lines = []
+                for name, value in rows:
+                    # The code's line keeps its colon on one side.
+                    ahead = language.startswith("ar") and name
+                    name = name or self.text("TV_SID_SHOP_CODE")
+                    lines.append(f": {name} {value}" if ahead else f"{name} : {value}")
+                self.press_and_listen("Up", ", ".join(lines))
+                self.press_and_listen("Down", self.text("SID_OK"))
+                self.press_and_listen("Return", self.text("COM_REGISTRATION_INFORMATION"))
+
+    def test_each_failure_is_heard(self):
+        for reason, name in FAILURES.items():
+            with self.subTest(reason):
+                self.listen("en_US", requestPincode={"outcome": f"1/{reason}"})
+                self.listens(", " + self.text("TV_SID_NEW_REGISTRATION"))
+                self.press_and_listen("Return", self.text("SID_CONNECTING_TO_NETWORK_SERVER") +
+                                      self.text("SID_PLEASE_WAIT_DOT_KR_DIFF"))
+                self.asks("requestPincode")
+                self.event(f"1 {reason}")
+                self.listens(self.text(name) + ", " + self.text("SID_OK"))
+
+    def test_a_name_is_heard_as_it_is_drawn(self):
+        names = ["B & C <b>Best</b>", "\"Quoted\" 5 < 6", "x<br/>y"]
+        # An entry without any below it is not offered when it is the first of all.
+        entries = "".join(f"<sub_list name={quoteattr(name)} code=\"0{number}\"/>"
+                          for number, name in enumerate(["Not offered"] + names, 1))
+        shops = self.write("shops.xml", '<?xml version="1.0" encoding="UTF-8"?><rsp stat="ok">'
+                           '<list level="1" name="Chain" is_fix="Y" is_sub="N">' + entries +
+                           "</list></rsp>")
+        self.listen("en_US", shops=shops)
+        self.listens(", " + self.text("TV_SID_NEW_REGISTRATION"))
+        self.press_and_listen("Down", self.text("TV_SID_EXISTING_REGISTRATION"))
+        self.press_and_listen("Return", self.text("TV_SID_SEARCHING_FOR_REGISTRATION_INFORMATION_WAIT"))
+        self.asks("requestShopInfoList")
+        self.event("0 2")
+        self.listens(self.text("TV_SID_SELECT_M_MSG"))
+        self.press_and_listen("Return", names[0])
+        self.sees(rows=names)
+        for name in names[1:]:
+            self.press_and_listen("Down", name)
+        self.press_and_listen("Return", self.text("SID_OK"))
+        self.press_and_listen("Return", self.text("SID_REGISTER"))
+        self.press_and_listen("Up", names[-1])
+        self.assertIn(names[-1], self.screen().window.words)
 
     def test_the_speech_program_gets_text_and_voice_and_a_new_text_cuts_off_the_old(self):
         self.listen("ko_KR")
