@@ -180,8 +180,8 @@ void SelectionPopup::onListKeyDown(void* data, Evas* /*evas*/, Evas_Object* list
 void SelectionPopup::focusFirstButton() {
     for (const char* part : {"button1", "button2"}) {
         Evas_Object* const button = elm_object_part_content_get(m_popup, part);
-        if (button != nullptr && elm_object_focus_allow_get(button) != EINA_FALSE) {
-            elm_object_focus_set(button, EINA_TRUE);
+        elm_object_focus_set(button, EINA_TRUE);
+        if (elm_object_focused_object_get(m_popup) == button) {
             return;
         }
     }

@@ -160,6 +160,12 @@ TEST_F(ControllerTest, ASecondFlowThatReplacesTheFirstCannotBeFound) {
     EXPECT_EQ(nullptr, Controller::m_self);
 }
 
+TEST_F(ControllerTest, ItsEndLeavesTheBindingOfTheEvents) {
+    start();
+    m_flow.reset();
+    EXPECT_TRUE(static_cast<bool>(ZOLT::GuiProxy::m_sendEventCallback));
+}
+
 TEST_F(ControllerTest, CancelTellsTheDaemonThatTheApplicationStopped) {
     start().cancel();
     EXPECT_THAT(callsSince(), ElementsAre("applicationCancelled"));

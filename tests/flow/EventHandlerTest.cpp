@@ -234,6 +234,27 @@ TEST_F(EventHandlerTest, ButtonsThatFindNoFlowSayThat) {
     EXPECT_THAT(callsSince(), IsEmpty());
 }
 
+TEST_F(EventHandlerTest, KeysAndLanguagesThatFindNoFlowSayThatToo) {
+    start();
+    makeFlow().initialize();
+    ASSERT_EQ(nullptr, Controller::m_self);
+    listen();
+    for (const char* name : {"XF86Back", "XF86Close", "Down"}) {
+        EXPECT_THROW(listKey(name), ZOLT::Exception) << name;
+    }
+    EXPECT_THAT(heard(), IsEmpty());
+    for (const char* name : {"XF86Back", "XF86Close"}) {
+        EXPECT_THROW(key(name), ZOLT::Exception) << name;
+    }
+    // The sound of a key comes before what it does.
+    EXPECT_THAT(heard(), ElementsAre(BACK, BACK));
+    std::string id = "SID_SOFTWARE_VERSION";
+    EXPECT_THROW(EventHandler::languageChanged(id.data(), nullptr, nullptr), ZOLT::Exception);
+    int shop = 0;
+    EXPECT_THROW(EventHandler::selectionPopupItemSelectionCb(&shop, nullptr, nullptr),
+                 ZOLT::Exception);
+}
+
 TEST_F(EventHandlerTest, ButtonsThatFindNoScreenSayThat) {
     makeFlow();
     EXPECT_THROW(click(EventHandler::popupHideRequested), ZOLT::Exception);
@@ -448,7 +469,29 @@ TEST_F(EventHandlerTest, ALanguageChangeWithoutATextIsRefused) {
 TEST_F(EventHandlerTest, ALanguageChangeWithoutAScreenDoesNothing) {
     makeFlow();
     std::string id = "SID_SOFTWARE_VERSION";
-    EventHandler::languageChanged(id.data(), nullptr, nullptr);
+    EXPECT_NO_THROW(EventHandler::languageChanged(id.data(), nullptr, nullptr));
+    EXPECT_EQ(1, entered("languageChanged"));
+}
+
+TEST_F(EventHandlerTest, ALanguageChangeOfAnotherScreenOrTextChangesNothing) {
+    daemon().answer("getRegisteredShopInfo", document({{"Store", {{"N1", "01"}}}}));
+    translate({{"SID_SOFTWARE_VERSION", "Software"}, {"TV_SID_SHOP_CODE", "Code"}});
+    std::string version = "SID_SOFTWARE_VERSION";
+    std::string code = "TV_SID_SHOP_CODE";
+    start();
+    Evas_Object* const label = elm_label_add(windowOf(screen()));
+    elm_object_style_set(label, "RegistrationRecord");
+    const auto texts = [label] {
+        return textOf(label, "SoftwareVersion") + textOf(label, "leftText");
+    };
+    EventHandler::languageChanged(version.data(), label, nullptr);
+    EventHandler::languageChanged(code.data(), label, nullptr);
+    EXPECT_EQ("", texts());
+    m_flow->showRegistrationInformationScreen();
+    EventHandler::languageChanged(version.data(), label, nullptr);
+    EXPECT_EQ("", texts());
+    EventHandler::languageChanged(code.data(), label, nullptr);
+    EXPECT_EQ("Code :", texts());
 }
 
 TEST_F(EventHandlerTest, ALanguageChangeRenewsTheVersionOfThePinScreen) {

@@ -164,6 +164,16 @@ TEST_F(RegistrationTest, ANewRegistrationTakesThePopupOffTheScreenBelowToo) {
     EXPECT_EQ(3U, history().size());
 }
 
+TEST_F(RegistrationTest, ANewRegistrationFromALoneMenuLeavesThePopupOnIt) {
+    start();
+    m_flow->showCompletionPopup();
+    Screen* const menu = &screen();
+    click(EventHandler::pinRequestingScreenRequested);
+    EXPECT_EQ(2U, history().size());
+    EXPECT_EQ(nullptr, popup());
+    EXPECT_NE(nullptr, menu->getPopup());
+}
+
 TEST_F(RegistrationTest, ASearchThatFindsNothingSaysSoOnTheMenu) {
     start();
     click(EventHandler::displayShopsFromLANRequested);
@@ -368,6 +378,40 @@ TEST_F(RegistrationTest, ADeregistrationAsksFirstAndEndsWithItsPopup) {
     event(0, 4);
     EXPECT_EQ("COM_SID_DEREGISTERED_SUCCESSFULLY", labelText());
     EXPECT_EQ(1U, history().size());
+}
+
+TEST_F(RegistrationTest, TheButtonsOfAQuestionAreOutOfReachBeforeTheDaemonIsAsked) {
+    const struct {
+        void (*ask)(void*, Evas_Object*, void*);
+        void (*consent)(void*, Evas_Object*, void*);
+        const char* method;
+    } questions[] = {{EventHandler::deregistrationPopupRequested,
+                      EventHandler::deregistrationRequested, "unregister"},
+                     {EventHandler::reRegistrationScreenRequested, EventHandler::RegistrationChange,
+                      "deleteRegistrationInfo"}};
+    for (const auto& question : questions) {
+        SCOPED_TRACE(question.method);
+        start(true);
+        daemon().fail(question.method, "busy");
+        click(question.ask);
+        EXPECT_THROW(click(question.consent), ZOLT::Exception);
+        ASSERT_NE(nullptr, popup());
+        EXPECT_EQ(1, entered("blockAllButtons"));
+        for (const char* part : {"button1", "button2"}) {
+            EXPECT_FALSE(takesFocus(partOf(widgetOf(*popup()), part)));
+        }
+        m_flow.reset();
+        platform().clearLog();
+    }
+}
+
+TEST_F(RegistrationTest, TheButtonsOfAConfirmationAreOutOfReachBeforeTheDaemonIsAsked) {
+    start();
+    serve(ONE_SHOP);
+    daemon().fail("requestRegistrationShopInfo", "busy");
+    EXPECT_THROW(click(EventHandler::shopRegistrationRequested), ZOLT::Exception);
+    EXPECT_EQ("SID_REGISTER", describe("singleBtn"));
+    EXPECT_EQ(nullptr, popup());
 }
 
 TEST_F(RegistrationTest, TheOkOfEachQuestionIsItsConsent) {

@@ -78,6 +78,8 @@ void GuiFixture::TearDown() {
     std::vector<std::string> warnings;
     for (const LogLine& line : platform().log()) {
         if (line.priority >= DLOG_WARN) {
+            EXPECT_EQ(LOG_ID_SYSTEM, line.buffer) << line.message;
+            EXPECT_EQ(DLOG_WARN, line.priority) << line.message;
             warnings.push_back(line.message);
         }
     }
