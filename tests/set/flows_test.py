@@ -619,6 +619,7 @@ class Failures(FlowCase):
         self.sees(popup=[FAILURES[6]], buttons=["OK*!"])
         self.hears(POPUP, MOVE)
         self.reads("showNetworkFailurePopup")
+        self.walk.set.wait_for_log("quitRequested", self._read, 60 + DEADLINE)
         self.quits(screens=2)
         self.assertGreaterEqual(time.monotonic() - begun, 60)
 
