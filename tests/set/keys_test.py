@@ -2,19 +2,206 @@
 """Every key of the remote control on every screen and popup of a whole set: where the focus goes, what is
 heard, and what a key does that is not meant for the screen."""
 
+import os
+import signal
 import unittest
 
 from set_case import DEADLINE
 
 from flows_test import BACK, BLOCKED, MOVE, POPUP, REGISTERED_MENU, SELECT, FlowCase
-from processes import wait_until
+from processes import SetError, wait_until
 
 ARROWS = ("Up", "Down", "Left", "Right")
+RETURN_KEYS = ("Escape", "XF86Close")
+IDLE_KEYS = ("5", "XF86Red", "XF86Home", "x")
 SCROLLER = "(scroller)"
 KEY_SEEN = r"Called .*EventHandler::(onKeyPress|selectionPopupListOnKeyPress)\("
+CONNECTING = "Connecting to the server…"
+SEARCHING = "Searching for a registration.\nPlease wait."
 
 
-class Reach(FlowCase):
+class Ways(FlowCase):
+    """The way to each screen and popup: at_NAME switches a set on and leads there, and hears and asks for
+    all that comes on the way."""
+
+    def at(self, place, *arguments):
+        getattr(self, "at_" + place)(*arguments)
+
+    def go(self, keys, *sounds, **seen):
+        """Presses KEYS, with "+" between those that come in one frame, until what is expected is seen, and
+        hears just SOUNDS."""
+        try:
+            if "+" in keys:
+                self.press_at_once(*keys.split("+"))
+            elif keys in RETURN_KEYS:  # work when they come up
+                self.walk.set.remote.press(keys)
+            else:
+                self.press(keys)
+            self.sees(**seen)
+            self.hears(*sounds)
+        except (AssertionError, SetError) as error:
+            raise AssertionError(f"{keys}: {error}") from error
+
+    def press_at_once(self, *keys):
+        """Presses and releases KEYS while the program does not look, so that it finds them all at once."""
+        self.release()
+        program = self.walk.set.program.process.pid
+        os.kill(program, signal.SIGSTOP)
+        try:
+            self.walk.set.remote.press(*keys)
+        finally:
+            os.kill(program, signal.SIGCONT)
+
+    def press_idle_keys(self):
+        """Keys that mean nothing to the program. What is heard and seen next shows that they do nothing."""
+        self.release()
+        self.walk.set.remote.press(*IDLE_KEYS)
+
+    def at_menu(self):
+        self.switch_on()
+
+    def at_tied_menu(self):
+        self.switch_on(registered=True)
+
+    def at_pin_request(self, **scenario):
+        self.switch_on(**scenario)
+        self.go("Return", SELECT, title="PinRequesting", depth=2, focus=None)
+        self.asks("requestPincode")
+
+    def at_pin(self):
+        self.at_pin_request()
+        self.event("0 0")
+        self.sees(title="PinDisplaying", focus="Cancel")
+        self.asks("checkShopRegistration", "getPincode", "requestPincodeVerification")
+        self.hears(MOVE)
+
+    def at_loading_on_pin(self):
+        self.at_pin()
+        self.event("0 1")
+        self.sees(title="PinDisplaying", popup=[CONNECTING], focus=None)
+        self.asks("requestShopInfoList")
+        self.hears(POPUP)
+
+    def at_failure(self):
+        self.at_pin_request(requestPincode={"outcome": "1/7"})
+        self.event("1 7")
+        self.sees(focus="OK", buttons=["OK*!"])
+        self.hears(POPUP, MOVE)
+
+    def at_loading_on_menu(self, **scenario):
+        self.switch_on(**scenario)
+        self.go("Down", MOVE, focus="Use existing registration")
+        self.go("Return", SELECT, POPUP, popup=[SEARCHING], focus=None, depth=1)
+        self.asks("requestShopInfoList")
+
+    def at_list(self, **scenario):
+        self.at_loading_on_menu(**scenario)
+        self.event("0 2")
+        self.sees(title="ShopListScreen", focus="Select", buttons=["Select*!", "Next"])
+        self.asks("getShopInfoList", "getRegisteredShopInfo")
+        self.hears(MOVE, MOVE)
+
+    def at_rows(self):
+        self.at_list()
+        self.go("Return", SELECT, POPUP, focus="Halden Electric", buttons=["OK", "Cancel*"])
+
+    def at_pick(self):
+        self.at_rows()
+        self.go("Return", SELECT, MOVE, buttons=["OK*!", "Cancel*"])
+
+    def at_cancel_of_a_pick(self):
+        self.at_pick()
+        self.go("Right", MOVE, buttons=["OK*", "Cancel*!"])
+
+    def at_choice(self):
+        self.at_pick()
+        self.go("Return", SELECT, MOVE, popup=None, buttons=["Halden Electric*", "Next*!"])
+
+    def at_rows_again(self):
+        self.at_choice()
+        self.go("Up", MOVE, focus="Halden Electric")
+        self.go("Return", SELECT, SELECT, MOVE, focus="Halden Electric", buttons=["OK*", "Cancel*"])
+
+    def at_lower_list(self):
+        self.at_choice()
+        self.go("Return", SELECT, depth=3, buttons=["Select*!", "Previous*", "Next"])
+        self.asks("getRegisteredShopInfo")
+
+    def at_lower_choice(self):
+        self.at_lower_list()
+        self.go("Return", SELECT, POPUP, focus="Camden High Street")
+        self.go("Return", SELECT, MOVE, focus="OK")
+        self.go("Return", SELECT, MOVE, popup=None,
+                buttons=["Camden High Street*", "Previous*", "Register*!"])
+
+    def at_confirmation(self):
+        self.at_lower_choice()
+        self.go("Return", SELECT, title="RegistrationInfoScreen", depth=4,
+                buttons=["Previous*", "Register*!"])
+
+    def at_only_shop(self):
+        self.at_loading_on_menu(daemon={"shops": "one-shop"})
+        self.event("0 2")
+        self.sees(title="RegistrationInfoScreen", depth=2, buttons=["Register*!"])
+        self.asks("getShopInfoList")
+        self.hears(MOVE)
+
+    def at_loading_on_confirmation(self):
+        self.at_confirmation()
+        self.go("Return", SELECT, MOVE, MOVE, POPUP, popup=[CONNECTING], focus=None, buttons=[])
+        self.asks("requestRegistrationShopInfo")
+
+    def at_completion(self):
+        self.at_loading_on_confirmation()
+        self.event("0 3")
+        self.sees(title="RegistrationInfoScreen", focus="OK", buttons=["OK*!"])
+        self.hears(MOVE, MOVE, POPUP, MOVE)
+
+    def at_information(self):
+        self.at_tied_menu()
+        self.go("Down", MOVE, focus="Deregister")
+        self.go("Down", MOVE, focus="Registration information")
+        self.go("Return", title="RegistrationInfoScreen", depth=2, buttons=["OK*!"])
+        self.asks("getRegisteredShopInfo")
+
+    def at_rows_of_information(self):
+        self.at_information()
+        self.go("Up", focus=SCROLLER)
+
+    def at_question(self):
+        self.at_tied_menu()
+        self.go("Return", SELECT, POPUP, MOVE, buttons=["OK*!", "Cancel*"])
+
+    def at_deregistration(self):
+        self.at_tied_menu()
+        self.go("Down", MOVE, focus="Deregister")
+        self.go("Return", SELECT, POPUP, MOVE, buttons=["OK*!", "Cancel*"])
+
+    def at_cancel_of_a_question(self):
+        self.at_deregistration()
+        self.go("Right", MOVE, buttons=["OK*", "Cancel*!"])
+
+    def at_blocked_question(self):
+        self.at_deregistration()
+        self.go("Return", SELECT, MOVE, buttons=["OK", "Cancel"], focus=None)
+        self.asks("unregister")
+
+    def at_deregistered(self):
+        self.at_blocked_question()
+        self.event("0 4")
+        self.sees(popup=["This TV has been deregistered."], buttons=["OK*!"])
+        self.hears(MOVE, POPUP, MOVE)
+
+    def at_new_menu(self):
+        self.at_question()
+        self.go("Return", SELECT, MOVE, buttons=["OK", "Cancel"], focus=None)
+        self.asks("deleteRegistrationInfo")
+        self.event("0 12")
+        self.sees(title="MainMenuUnregisteredScreen", depth=2, focus="New registration")
+        self.hears()
+
+
+class Reach(Ways):
     """The arrows lead to everything that can be pressed and away from it again."""
 
     def step(self, arrow):
@@ -79,207 +266,278 @@ class Reach(FlowCase):
                 self.assertIsNotNone(found, f"from {start} to {goal}")
                 self.assertLessEqual(len(found), 6, f"from {start} to {goal}")
 
-    def to_the_list(self):
-        self.to_the_search()
-        self.event("0 2")
-        self.sees(title="ShopListScreen", focus="Select")
+    def in_reach(self, table):
+        for place, names in table.items():
+            with self.subTest(place):
+                self.at(place)
+                self.assert_all_in_reach(*names)
 
-    def to_the_lower_list(self):
-        self.to_the_list()
-        self.pick_first("Halden Electric")
-        self.press("Return")
-        self.sees(focus="Select", buttons=["Select*!", "Previous*", "Next"])
+    def test_on_the_menus(self):
+        new = ("New registration", "Use existing registration", "Cancel")
+        tied = ("Change registration", "Deregister", "Registration information", "Cancel")
+        self.in_reach({"menu": new, "tied_menu": tied, "new_menu": new})
 
-    def pick_first(self, name):
-        self.press("Return")
-        self.sees(focus=name)
-        self.press("Return")
-        self.sees(focus="OK")
-        self.press("Return")
-        self.sees(popup=None)
+    def test_on_popups(self):
+        both = ("OK", "Cancel")
+        self.in_reach({"question": both, "deregistration": both, "deregistered": ("OK",),
+                       "failure": ("OK",), "completion": ("OK",)})
 
-    def to_the_confirmation(self):
-        self.to_the_lower_list()
-        self.pick_first("Camden High Street")
-        self.press("Return")
-        self.sees(title="RegistrationInfoScreen", focus="Register")
+    def test_on_the_pin_and_the_information(self):
+        self.in_reach({"pin": ("Cancel",), "information": ("OK", SCROLLER),
+                       "only_shop": ("Register", SCROLLER),
+                       "confirmation": ("Previous", "Register", SCROLLER)})
 
-    def settled(self):
-        """Nothing that was begun makes a sound any more."""
-        self.release()
-        self.walk.set.camera.settled()
-        self._heard += len(self.sounds())
+    def test_on_the_lists(self):
+        self.in_reach({"list": ("Select",), "choice": ("Halden Electric", "Next"),
+                       "lower_list": ("Select", "Previous"),
+                       "lower_choice": ("Camden High Street", "Previous", "Register")})
 
-    def test_on_the_menu_of_a_set_that_is_not_tied(self):
-        self.switch_on()
-        self.settled()
-        self.assert_all_in_reach("New registration", "Use existing registration", "Cancel")
-
-    def test_on_the_menu_of_a_set_that_is_tied(self):
-        self.switch_on(registered=True)
-        self.settled()
-        self.assert_all_in_reach("Change registration", "Deregister", "Registration information",
-                                 "Cancel")
-
-    def test_on_a_question(self):
-        self.switch_on(registered=True)
-        self.press("Return")
-        self.sees(focus="OK")
-        self.settled()
-        self.assert_all_in_reach("OK", "Cancel")
-
-    def test_on_the_pin(self):
-        self.switch_on()
-        self.press("Return")
-        self.sees(title="PinRequesting")
-        self.event("0 0")
-        self.sees(focus="Cancel")
-        self.settled()
-        self.assert_all_in_reach("Cancel")
-
-    def test_on_a_list_screen_before_and_after_a_choice(self):
-        self.switch_on()
-        self.to_the_lower_list()
-        self.settled()
-        self.assert_all_in_reach("Select", "Previous")
-        self.press_to("Select")
-        self.pick_first("Camden High Street")
-        self.settled()
-        self.assert_all_in_reach("Camden High Street", "Previous", "Register")
-
-    def press_to(self, place):
-        for _ in range(6):
-            if self.screen().focus == place:
-                return
-            self.step("Up")
-        self.fail(f"{place} is out of reach")
-
-    def test_on_the_confirmation(self):
-        self.switch_on()
-        self.to_the_confirmation()
-        self.settled()
-        self.assert_all_in_reach("Previous", "Register", SCROLLER)
-
-    def test_on_the_information(self):
-        self.switch_on(registered=True)
-        self.press("Down")
-        self.sees(focus="Deregister")
-        self.press("Down")
-        self.sees(focus="Registration information")
-        self.press("Return")
-        self.sees(focus="OK")
-        self.settled()
-        self.assert_all_in_reach("OK", SCROLLER)
+    def test_on_the_rows_of_a_list(self):
+        rows = ("Halden Electric", "Brightwell Vision", "Orchard TV Centre")
+        self.in_reach({"rows": (*rows, "Cancel"), "pick": (*rows, "OK", "Cancel"),
+                       "rows_again": (*rows, "OK", "Cancel")})
 
 
-class Keys(FlowCase):
-    """The keys that are no arrows."""
+class ReturnKeys(Ways):
+    """Back and Close, after keys that do nothing."""
 
-    def quits_with(self, key, *clicks):
+    def ends_with(self, key, *expected):
+        self.press_idle_keys()
         self.press(key)
-        self.reads("return button pressed", "quit is requested", "Called .*quitRequested")
-        wait_until(lambda: len(self.sounds()) > len(clicks), DEADLINE, "the sounds")
-        self.assertEqual([BACK, *clicks], self.sounds()[:len(clicks) + 1])
-        self._heard += len(clicks) + 1
+        self.reads(*(["return button pressed", "quit is requested"] if BACK in expected else []),
+                   "Called .*quitRequested")
+        wait_until(lambda: len(self.sounds()) >= len(expected), DEADLINE, "the sounds")
+        self.assertEqual(list(expected), self.sounds()[:len(expected)])
+        self._heard += len(expected)
         self.ends()
 
-    def test_back_and_close_on_a_screen_end_the_program(self):
-        for key in ("Escape", "XF86Close"):
-            for registered in (False, True):
-                with self.subTest(key=key, registered=registered):
-                    self.switch_on(registered=registered)
-                    self.quits_with(key, SELECT)
+    def both_end(self, *places, back=(BACK, SELECT)):
+        for place in places:
+            for key, sounds in (("Escape", back), ("XF86Close", (BACK, SELECT))):
+                with self.subTest(place=place, key=key):
+                    self.at(place)
+                    self.ends_with(key, *sounds)
 
-    def test_back_on_a_popup_of_one_button_ends_the_program(self):
-        self.switch_on(requestPincode={"outcome": "1/7"})
-        self.press("Return")
-        self.sees(title="PinRequesting")
-        self.asks("requestPincode")
-        self.event("1 7")
-        self.sees(focus="OK")
-        self.walk.set.camera.settled()
-        self._heard += len(self.sounds())
-        # The key goes on from the button to the popup, which takes it for a "no".
-        self.quits_with("Escape", SELECT, SELECT)
+    def test_on_the_menus_and_the_pin_both_end_the_program(self):
+        self.both_end("menu", "tied_menu", "new_menu", "pin")
 
-    def test_back_on_a_question_takes_it_away_and_nothing_else_happens(self):
-        for steps, menu in ((0, "Change registration"), (1, "Deregister")):
-            with self.subTest(menu):
-                self.switch_on(registered=True)
-                for _ in range(steps):
-                    self.press("Down")
-                    self.hears(MOVE)
-                self.sees(focus=menu)
-                self.press("Return")
-                self.sees(focus="OK")
-                self.hears(SELECT, POPUP, MOVE)
-                self.press("Escape")
-                self.reads("just go to its popup OnKeyPress", "Called .*popupHideRequested")
-                self.sees(popup=None, depth=1, focus=menu)
+    def test_on_the_list_screen_both_end_the_program(self):
+        # The third one has a popup that is hidden.
+        self.both_end("list", "lower_list", "choice")
+
+    def test_on_the_confirmation_and_the_information_both_end_the_program(self):
+        self.both_end("confirmation", "only_shop", "information", "rows_of_information")
+
+    def test_on_a_popup_of_one_button_both_end_the_program(self):
+        # Back goes on from the button to the popup, which takes it for a "no".
+        self.both_end("failure", "deregistered", "completion", back=(BACK, SELECT, SELECT))
+
+    def test_while_a_pin_is_requested_only_back_ends_the_program(self):
+        self.at_pin_request()
+        self.press_idle_keys()
+        self.press("XF86Close")
+        self.ends_with("Escape", SELECT)
+        self.assertEqual(0, self.walk.set.log.count("return button pressed"))
+
+    def test_back_takes_a_question_away_and_close_does_not(self):
+        for place, steps in (("question", 0), ("deregistration", 1), ("cancel_of_a_question", 1)):
+            with self.subTest(place):
+                menu = REGISTERED_MENU[steps].rstrip("*!")
+                self.at(place)
+                before = self.screen()
+                self.press_idle_keys()
+                self.go("XF86Close", BACK, focus=before.focus, popup=before.popup.words)
+                self.press_idle_keys()
+                self.go("Escape", BACK, SELECT, MOVE, MOVE, popup=None, depth=1, focus=menu)
+                self.reads("just go to its popup OnKeyPress", "just go to its popup OnKeyPress",
+                           "Called .*popupHideRequested")
                 self.asks()
-                self.hears(BACK, SELECT, MOVE, MOVE)
+                self.ends_with("Escape", BACK, SELECT)
 
-    def test_back_on_a_loading_popup_does_nothing(self):
-        self.switch_on()
-        self.to_the_search()
-        self.hears(MOVE, SELECT, POPUP)
-        for key in ("Escape", "XF86Close", "Return", "Up", "5"):
-            self.press(key)
-            self.reads("Return on Key Press for Loading Popup")
-        self.sees(popup=["Searching for a registration.\nPlease wait."], depth=1)
-        self.hears()
-        self.asks("requestShopInfoList")
+    def test_back_takes_a_question_away_whose_request_is_under_way(self):
+        self.at_blocked_question()
+        self.press_idle_keys()
+        # Its buttons can be pressed no more.
+        self.go("Return", buttons=["OK", "Cancel"], focus=None)
+        self.go("XF86Close", BACK, buttons=["OK", "Cancel"], focus=None)
+        self.go("Down", BLOCKED, buttons=["OK", "Cancel"], focus=None)
+        self.go("Escape", BACK, SELECT, MOVE, popup=None, depth=1, focus="Deregister")
+        self.asks()
+        # What was asked for is told all the same.
+        self.event("0 4")
+        self.sees(popup=["This TV has been deregistered."], buttons=["OK*!"])
 
-    def test_a_digit_and_a_colour_change_nothing(self):
-        self.switch_on()
-        for key in ("5", "XF86Red", "XF86Home", "x"):
-            self.press(key)
-        self.press("Down")
-        self.sees(focus="Use existing registration", buttons=["New registration*",
-                                                             "Use existing registration*!", "Cancel*"])
-        self.hears(MOVE)
+    def test_both_leave_the_rows_of_a_list_and_keep_what_was_chosen(self):
+        for key in ("Escape", "XF86Close"):
+            with self.subTest(key):
+                self.at_rows()
+                self.press_idle_keys()
+                self.go(key, SELECT, MOVE, MOVE, popup=None, buttons=["Select*!", "Next"])
+                self.reads("popup hide called", "Called .*popupHideRequested")
+                self.asks()
+                self.ends_with("Escape", BACK, SELECT)
 
-    def test_a_held_arrow_goes_on_to_the_end_and_stays_there(self):
-        self.switch_on(registered=True)
-        self.walk.set.remote.repeat(True)
-        self.walk.set.remote.down("Down")
-        wait_until(lambda: self.screen().focus == "Cancel", DEADLINE, "the last button")
-        self.walk.set.remote.up("Down")
-        self.walk.set.remote.repeat(False)
-        self.sees(focus="Cancel", depth=1)
-        self._heard += len(self.sounds())
-        self.press("Up")
-        self.sees(focus="Registration information")
+    def test_back_leaves_the_buttons_of_a_list_and_close_does_not(self):
+        for place in ("pick", "cancel_of_a_pick"):
+            with self.subTest(place):
+                self.at(place)
+                focus = self.screen().focus
+                self.press_idle_keys()
+                self.go("XF86Close", BACK, focus=focus)
+                self.press_idle_keys()
+                self.go("Escape", BACK, SELECT, MOVE, MOVE, popup=None, buttons=["Select*!", "Next"])
+                self.asks()
+                self.ends_with("Escape", BACK, SELECT)
+
+    def test_each_way_out_of_a_list_that_was_opened_again_keeps_the_focus_in_sight(self):
+        chosen = {"buttons": ["Halden Electric*!", "Next*"], "popup": None}
+        to_ok = ("Return", SELECT, MOVE), {"focus": "OK"}
+        to_the_other = [(("Down", MOVE), {"focus": "Brightwell Vision"}), to_ok]
+        to_cancel = ("Right", MOVE), {"focus": "Cancel"}
+        cancels = ("Return", SELECT, MOVE, MOVE), chosen
+        confirm = "Return", SELECT, MOVE, MOVE, MOVE
+        for way, steps in {
+            # The key goes on from the list, which stays this time, to the popup.
+            "back": [(("Escape", SELECT, MOVE, MOVE, SELECT), chosen)],
+            "close": [(("XF86Close", SELECT, MOVE, MOVE), chosen)],
+            "cancel": [(("Right", MOVE), {"focus": "OK"}), to_cancel, cancels],
+            "back from the button": [(("Right", MOVE), {"focus": "OK"}),
+                                     (("Escape", BACK, SELECT, MOVE, MOVE), chosen)],
+            "cancel of another row": [*to_the_other, to_cancel, cancels],
+            "the same row": [to_ok, (confirm, {"buttons": ["Halden Electric*", "Next*!"]})],
+            "another row": [*to_the_other, (confirm, {"buttons": ["Brightwell Vision*", "Next*!"]})],
+        }.items():
+            with self.subTest(way):
+                self.at_rows_again()
+                for press, seen in steps:
+                    self.go(*press, **seen)
+                self.asks()
+                self.ends_with("Escape", BACK, SELECT)
+
+    def test_a_loading_popup_takes_no_key(self):
+        for place in ("loading_on_menu", "loading_on_pin", "loading_on_confirmation"):
+            with self.subTest(place):
+                self.at(place)
+                before = self.screen()
+                for key in ("Escape", "XF86Close", "Return", "Up", *IDLE_KEYS):
+                    self.press(key)
+                    if key not in IDLE_KEYS:
+                        self.reads("Return on Key Press for Loading Popup")
+                self.sees(title=before.window.text, depth=len(before.windows),
+                          popup=before.popup.words, buttons=[], focus=None)
+                self.asks()
+                self.hears()
+
+
+class Together(Ways):
+    """Two keys in one frame, and keys that are held."""
+
+    def both(self, place, keys, *sounds, asked=(), **seen):
+        with self.subTest(place=place, keys=keys):
+            self.at(place)
+            self.go(keys, *sounds, **seen)
+            self.asks(*asked)
+            self.sees(**seen)
 
     def test_two_keys_in_one_frame_are_both_taken(self):
-        self.switch_on(registered=True)
-        self.walk.set.remote.press("Down", "Down")
-        self.sees(focus="Registration information", buttons=[
-            text.replace("!", "") if not text.startswith("Registration") else text + "!"
-            for text in REGISTERED_MENU])
-        self.hears(MOVE, MOVE)
+        self.both("tied_menu", "Down+Down", MOVE, MOVE, focus="Registration information")
+        self.both("menu", "Down+Return", MOVE, SELECT, POPUP, popup=[SEARCHING],
+                  asked=["requestShopInfoList"])
+        self.both("deregistration", "Right+Return", MOVE, SELECT, MOVE, MOVE, popup=None,
+                  focus="Deregister")
+        # The question has the focus only once it is drawn, and its button makes no sound before.
+        self.both("tied_menu", "Return+Escape", SELECT, POPUP, SELECT, MOVE, MOVE, popup=None,
+                  focus="Change registration")
+        self.both("deregistration", "Return+Escape", SELECT, MOVE, BACK, SELECT, MOVE, popup=None,
+                  focus="Deregister", asked=["unregister"])
+        self.both("list", "Return+Escape", SELECT, POPUP, SELECT, MOVE, MOVE, popup=None,
+                  buttons=["Select*!", "Next"])
 
-    def test_the_selection_popup_keeps_a_pick_out_of_force_until_it_is_confirmed(self):
-        self.switch_on()
-        self.to_the_search()
-        self.event("0 2")
-        self.sees(title="ShopListScreen", focus="Select")
-        self.press("Return")
-        self.sees(focus="Halden Electric", buttons=["OK", "Cancel*"])
-        self.walk.set.camera.settled()
-        self._heard += len(self.sounds())
-        self.press("Up")
-        self.hears(BLOCKED)
-        self.press("Down")
-        self.sees(focus="Brightwell Vision")
-        self.hears(MOVE)
-        self.press("Left")
-        self.sees(focus="Brightwell Vision")
-        self.hears(BLOCKED)
-        self.press("Escape")
-        self.reads("popup hide called", "Called .*popupHideRequested")
-        self.sees(popup=None, buttons=["Select*!", "Next"])
-        self.asks("requestShopInfoList", "getShopInfoList", "getRegisteredShopInfo")
+    def test_what_was_pressed_twice_in_one_frame_happens_once(self):
+        self.both("menu", "Return+Return", SELECT, title="PinRequesting", depth=2,
+                  asked=["requestPincode"])
+        self.both("deregistration", "Return+Return", SELECT, MOVE, buttons=["OK", "Cancel"],
+                  focus=None, asked=["unregister"])
+        self.both("confirmation", "Return+Return", SELECT, MOVE, MOVE, POPUP, popup=[CONNECTING],
+                  asked=["requestRegistrationShopInfo"])
+        self.both("list", "Return+Return", SELECT, POPUP, focus="Halden Electric")
+        self.both("information", "Return+Return", SELECT, MOVE, depth=1,
+                  focus="Registration information")
+
+    def hold(self, key, **seen):
+        """Holds KEY until what is expected is seen, and goes on for a while."""
+        self.release()
+        self.walk.set.remote.repeat(True)
+        self.walk.set.remote.down(key)
+        self.sees(**seen)
+        for _ in range(5):
+            self.walk.set.remote.down(key)
+        self.walk.set.remote.up(key)
+        self.walk.set.remote.repeat(False)
+
+    def test_a_held_arrow_goes_to_the_end_of_a_menu_and_stays_there(self):
+        for place, steps in (("menu", 2), ("tied_menu", 3)):
+            with self.subTest(place):
+                self.at(place)
+                first = self.screen().focus
+                for key, end in (("Down", "Cancel"), ("Up", first)):
+                    self.hold(key, focus=end)
+                    # A key that is held comes up but once, and something has moved by then.
+                    self.hears(*[MOVE] * steps)
+                    self.go(key, BLOCKED, focus=end)
+
+    def test_held_back_on_a_question_takes_away_only_that(self):
+        self.at_deregistration()
+        self.hold("Escape", buttons=["OK*!", "Cancel*"])
+        self.hears(BACK, SELECT, MOVE, MOVE)
+        self.sees(popup=None, focus="Deregister", depth=1)
+        self.asks()
+
+    def test_held_ok_on_a_question_asks_once(self):
+        for place, call in (("deregistration", "unregister"), ("question", "deleteRegistrationInfo")):
+            with self.subTest(place):
+                self.at(place)
+                self.hold("Return", buttons=["OK", "Cancel"], focus=None)
+                self.hears(SELECT, MOVE)
+                self.go("Down", BLOCKED, buttons=["OK", "Cancel"], focus=None)
+                self.asks(call)
+
+
+class Previous(Ways):
+    def test_the_way_back_leads_level_by_level_to_the_first_one(self):
+        self.at_confirmation()
+        self.go("Left", MOVE, focus="Previous")
+        self.go("Return", SELECT, title="ShopListScreen", depth=5,
+                buttons=["Select*!", "Previous*", "Next"], words=["Shop", "Halden Electric"])
+        self.asks("getRegisteredShopInfo")
+        self.go("Down", MOVE, focus="Previous")
+        self.go("Return", SELECT, title="ShopListScreen", depth=5,
+                buttons=["Select*!", "Next"], words=["Chain"])
+        self.asks("getRegisteredShopInfo")
+        self.go("Return", SELECT, POPUP, focus="Halden Electric")
+
+
+class Rows(Ways):
+    """The arrows in the list of a drop-down."""
+
+    def test_they_move_from_row_to_row_and_to_the_buttons_and_back(self):
+        self.at_rows()
+        for key, sound, focus in (
+                ("Up", BLOCKED, "Halden Electric"), ("Left", BLOCKED, "Halden Electric"),
+                ("Right", MOVE, "Cancel"), ("Right", BLOCKED, "Cancel"), ("Down", BLOCKED, "Cancel"),
+                ("Up", MOVE, "Halden Electric"), ("Down", MOVE, "Brightwell Vision"),
+                ("Down", MOVE, "Orchard TV Centre"), ("Down", BLOCKED, "Orchard TV Centre"),
+                ("Up", MOVE, "Brightwell Vision"), ("Up", MOVE, "Halden Electric"),
+                ("Up", BLOCKED, "Halden Electric")):
+            self.go(key, sound, focus=focus)
+
+    def test_a_list_without_rows_can_be_left(self):
+        path = self.write("empty.xml", '<rsp stat="ok"><list level="1" name="Town" is_fix="N" '
+                                       'is_sub="N"></list></rsp>')
+        self.at_list(getShopInfoList={"reply-file": path})
+        self.go("Return", SELECT, POPUP, rows=[], buttons=["OK", "Cancel*"])
+        self.go("Right", MOVE, focus="Cancel")
+        self.go("Return", SELECT, MOVE, MOVE, popup=None, buttons=["Select*!", "Next"])
 
 
 if __name__ == "__main__":
