@@ -486,6 +486,19 @@ class Together(Ways):
                     self.hears(*[MOVE] * steps)
                     self.go(key, BLOCKED, focus=end)
 
+    def test_a_held_arrow_goes_to_the_last_row_of_a_long_list_and_no_further(self):
+        rows = "".join(f'<sub_list name="Town {number}" code="{number}"/>\n' for number in range(10, 50))
+        path = self.write("towns.xml", '<rsp stat="ok">\n<list level="1" name="Town" is_fix="N" '
+                                       f'is_sub="N">\n{rows}</list>\n</rsp>')
+        self.at_list(getShopInfoList={"reply-file": path})
+        # A first entry that leads nowhere is not offered.
+        self.go("Return", SELECT, POPUP, focus="Town 11")
+        self.hold("Down", focus="Town 49")
+        self.hears(MOVE)
+        self.go("Down", BLOCKED, focus="Town 49", buttons=["OK", "Cancel*"])
+        self.go("Up", MOVE, focus="Town 48")
+        self.go("Up", MOVE, focus="Town 47")
+
     def test_held_back_on_a_question_takes_away_only_that(self):
         self.at_deregistration()
         self.hold("Escape", buttons=["OK*!", "Cancel*"])
