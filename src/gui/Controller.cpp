@@ -906,7 +906,8 @@ void EventHandler::languageChanged(void* data, Evas_Object* object, void* /*even
         ZOLT_WARN("Incorrect callback call - return immediately");
         return;
     }
-    Screen* const screen = controller().current();
+    const Controller* const flow = Controller::m_self;
+    Screen* const screen = flow != nullptr ? flow->current() : nullptr;
     if (screen == nullptr) {
         return;
     }

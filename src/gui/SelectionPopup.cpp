@@ -44,7 +44,7 @@ SelectionPopup::SelectionPopup(Evas_Object* parent, char const* style, int width
       m_shopSelected(false),
       m_region{},
       m_focusJob(nullptr),
-      m_onButtons(false) {
+      m_rowAtKeyDown(NO_ROW) {
     ZOLT_TRACE();
     elm_win_focus_highlight_style_set(m_popup, "default");
 }
@@ -76,8 +76,9 @@ void SelectionPopup::prepare() {
     elm_genlist_select_mode_set(m_list, ELM_OBJECT_SELECT_MODE_ALWAYS);
     evas_object_smart_callback_add(m_list, "realized", onRowDrawn, this);
     evas_object_smart_callback_add(m_list, "unfocused", onListLeft, this);
-    evas_object_smart_callback_add(m_list, "focused", onListFocused, this);
     evas_object_event_callback_add(m_list, EVAS_CALLBACK_KEY_DOWN, onListKeyDown, this);
+    evas_object_event_callback_priority_add(m_list, EVAS_CALLBACK_KEY_UP,
+                                            EVAS_CALLBACK_PRIORITY_BEFORE, onListKeyUp, this);
     elm_table_pack(table, m_list, 0, 0, 1, 11);
     elm_object_focus_allow_set(m_list, EINA_TRUE);
     elm_object_focus_set(m_list, EINA_TRUE);
@@ -168,6 +169,10 @@ void SelectionPopup::onListKeyDown(void* data, Evas* /*evas*/, Evas_Object* list
     auto* const popup = static_cast<SelectionPopup*>(data);
     auto* const event = static_cast<Evas_Event_Key_Down*>(eventInfo);
     const std::string key = event->key != nullptr ? event->key : "";
+    const int row = popup->focusedRow();
+    if (popup->m_rowAtKeyDown == NO_ROW) {
+        popup->m_rowAtKeyDown = row;
+    }
     if (key == "Right") {
         popup->focusFirstButton();
         event->event_flags = EVAS_EVENT_FLAG_ON_HOLD;
@@ -175,6 +180,36 @@ void SelectionPopup::onListKeyDown(void* data, Evas* /*evas*/, Evas_Object* list
                elm_object_focused_item_get(list) == elm_genlist_last_item_get(list)) {
         event->event_flags = EVAS_EVENT_FLAG_ON_HOLD;
     }
+}
+
+// The sound of an arrow comes when it is let go and takes it for one step. A held one has gone
+// many, and one that led here from the buttons none: the position is put where one step ends on the
+// row.
+void SelectionPopup::onListKeyUp(void* data, Evas* /*evas*/, Evas_Object* /*list*/,
+                                 void* eventInfo) {
+    auto* const popup = static_cast<SelectionPopup*>(data);
+    const auto* const event = static_cast<Evas_Event_Key_Up*>(eventInfo);
+    const std::string key = event->key != nullptr ? event->key : "";
+    const int row = popup->focusedRow();
+    const bool moved = row != popup->m_rowAtKeyDown;
+    popup->m_rowAtKeyDown = NO_ROW;
+    if (row == NO_ROW) {
+        return;
+    }
+    if (key == "Up") {
+        popup->m_position = static_cast<unsigned int>(moved ? row + 1 : row);
+    } else if (key == "Down" && row > 0) {
+        popup->m_position = static_cast<unsigned int>(moved ? row - 1 : row);
+    }
+}
+
+void SelectionPopup::onListLeft(void* data, Evas_Object* /*list*/, void* /*eventInfo*/) {
+    static_cast<SelectionPopup*>(data)->m_rowAtKeyDown = NO_ROW;
+}
+
+int SelectionPopup::focusedRow() const {
+    const Elm_Object_Item* const row = elm_object_focused_item_get(m_list);
+    return row != nullptr ? elm_genlist_item_index_get(row) - 1 : NO_ROW;
 }
 
 void SelectionPopup::focusFirstButton() {
@@ -185,22 +220,6 @@ void SelectionPopup::focusFirstButton() {
             return;
         }
     }
-}
-
-void SelectionPopup::onListLeft(void* data, Evas_Object* /*list*/, void* /*eventInfo*/) {
-    auto* const popup = static_cast<SelectionPopup*>(data);
-    popup->m_onButtons = popup->m_visible;
-}
-
-// Only Up leads from the buttons back to the list. Its release comes here yet and counts as a step
-// up from the row below.
-void SelectionPopup::onListFocused(void* data, Evas_Object* list, void* /*eventInfo*/) {
-    auto* const popup = static_cast<SelectionPopup*>(data);
-    Elm_Object_Item* const row = elm_object_focused_item_get(list);
-    if (popup->m_onButtons && popup->m_visible && row != nullptr) {
-        popup->m_position = static_cast<unsigned int>(elm_genlist_item_index_get(row));
-    }
-    popup->m_onButtons = false;
 }
 
 char* SelectionPopup::itemGetLabel(void* data, Evas_Object* /*object*/, char const* part) {

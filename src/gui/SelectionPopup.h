@@ -63,14 +63,17 @@ class SelectionPopup : public Popup {
     // follows to the row that they choose: puts both back to the picked row.
     void returnToSelection();
 
+    static constexpr int NO_ROW = -1;
     static void onListKeyDown(void* data, Evas* evas, Evas_Object* list, void* eventInfo);
+    static void onListKeyUp(void* data, Evas* evas, Evas_Object* list, void* eventInfo);
     static void onListLeft(void* data, Evas_Object* list, void* eventInfo);
-    static void onListFocused(void* data, Evas_Object* list, void* eventInfo);
     // Gives the focus to the first button that may have it.
     void focusFirstButton();
+    // The index of the row that has the focus, or NO_ROW.
+    int focusedRow() const;
 
     Ecore_Job* m_focusJob;  // deleted here, or by itself once it has run
-    bool m_onButtons;       // the focus has left the list while the popup is shown
+    int m_rowAtKeyDown;     // the row from which a key that is still down has led; or NO_ROW
 };
 
 }  // namespace ZOLT::GUI
