@@ -54,6 +54,17 @@ SelectionPopup::~SelectionPopup() {
     if (m_focusJob != nullptr && !toolkitLost) {
         ecore_job_del(m_focusJob);
     }
+    leaveList();
+}
+
+void SelectionPopup::leaveList() {
+    if (m_list != nullptr && !toolkitLost) {
+        evas_object_smart_callback_del_full(m_list, "realized", onRowDrawn, this);
+        evas_object_smart_callback_del_full(m_list, "unfocused", onListLeft, this);
+        evas_object_event_callback_del_full(m_list, EVAS_CALLBACK_KEY_DOWN, onListKeyDown, this);
+        evas_object_event_callback_del_full(m_list, EVAS_CALLBACK_KEY_UP, onListKeyUp, this);
+    }
+    unwatchHandle(m_list);
 }
 
 void SelectionPopup::prepare() {
@@ -71,7 +82,9 @@ void SelectionPopup::prepare() {
     elm_table_homogeneous_set(table, EINA_TRUE);
     evas_object_show(table);
 
+    leaveList();
     m_list = elm_genlist_add(table);
+    watchHandle(m_list);
     fill(m_list);
     elm_genlist_select_mode_set(m_list, ELM_OBJECT_SELECT_MODE_ALWAYS);
     evas_object_smart_callback_add(m_list, "realized", onRowDrawn, this);

@@ -44,7 +44,7 @@ class SelectionPopup : public Popup {
     Elm_Object_Item* m_selectedItem;  // belongs to the list
     Elm_Object_Item* m_previousItem;  // the confirmed row; belongs to the list
     Evas_Object* m_box;               // belongs to the popup widget
-    Evas_Object* m_list;              // belongs to the box
+    Evas_Object* m_list;              // belongs to the box; null once it has gone
     Shop* m_selectedShop;             // belongs to the parser, as all shops
     Shop* m_previousShop;             // the confirmed shop
     bool m_shopSelected;              // whether a row was ever picked
@@ -62,6 +62,10 @@ class SelectionPopup : public Popup {
     // Newer toolkits give a popup that comes into sight a focus of their own choice, and the list
     // follows to the row that they choose: puts both back to the picked row.
     void returnToSelection();
+
+    // Takes this object's callbacks off the list, which may go later than this object does, and
+    // lets go of it.
+    void leaveList();
 
     static constexpr int NO_ROW = -1;
     static void onListKeyDown(void* data, Evas* evas, Evas_Object* list, void* eventInfo);
