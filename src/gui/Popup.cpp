@@ -87,7 +87,8 @@ void Popup::hide() {
     if (movedOn) {
         elm_object_focus_allow_set(m_focusBefore, EINA_TRUE);
     }
-    // It forgets to do so when the popup was given the focus before it was shown.
+    // It forgets to do so when a widget of the popup was given the focus out of sight, as the list
+    // is that is opened again.
     if (Evas_Object* const heir = movedOn ? focused : m_focusBefore) {
         elm_object_focus_set(heir, EINA_TRUE);
     }
@@ -95,13 +96,11 @@ void Popup::hide() {
 }
 
 void Popup::rememberFocus() {
-    Evas_Object* const focused = focusedOutside();
-    if (focused == nullptr) {
-        return;
-    }
     unwatchHandle(m_focusBefore);
-    m_focusBefore = focused;
-    watchHandle(m_focusBefore);
+    m_focusBefore = elm_object_focused_object_get(m_popup);
+    if (m_focusBefore != nullptr) {
+        watchHandle(m_focusBefore);
+    }
 }
 
 Evas_Object* Popup::focusedOutside() const {

@@ -49,7 +49,7 @@ class Popup {
   protected:
     // Counts BUTTON and puts it in the part of its number, which owns it from then on.
     void appendButton(Evas_Object* button);
-    // Notes who has the focus, before the popup takes it; once it has, nothing changes.
+    // Notes who has the focus, before the popup takes it.
     void rememberFocus();
 
     Evas_Object* m_popup;       // deleted by destroy, or with its window

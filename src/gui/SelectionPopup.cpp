@@ -255,7 +255,6 @@ void SelectionPopup::restoreSelectedItemSetting() {
     }
     ZOLT_DEBUG("Setting focus m_region to previour m_region: %d %d %d %d", m_region.x, m_region.y,
                m_region.width, m_region.height);
-    rememberFocus();
     elm_object_focus_allow_set(m_list, EINA_TRUE);
     elm_object_focus_set(m_list, EINA_TRUE);
     elm_scroller_region_show(m_list, m_region.x, m_region.y, m_region.width, m_region.height);
