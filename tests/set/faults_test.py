@@ -93,18 +93,31 @@ class InAPress(Fault):
         self.fails("requestShopInfoList", "Failed to request shop info list: ",
                    self.to_the_second_item, after={"depth": 1, "popup": SEARCHING})
 
-    def test_the_lower_list_asks_which_shop_is_registered(self):
+    def to_the_choice(self):
+        """To the first list, with an entry chosen."""
+        self.to_the_search()
+        self.event("0 2")
+        self.sees(title="ShopListScreen", depth=2)
+        self.asks("getShopInfoList", "getRegisteredShopInfo")
+        self._heard = len(self.all_sounds())
+        self.pick("Halden Electric", "Brightwell Vision", "Orchard TV Centre")
+        self.sees(focus="Next")
+
+    def test_the_list_above_asks_which_shop_is_registered(self):
         def to_the_press():
-            self.to_the_search()
-            self.event("0 2")
-            self.sees(title="ShopListScreen", depth=2)
-            self.asks("getShopInfoList", "getRegisteredShopInfo")
-            self._heard = len(self.all_sounds())
-            self.pick("Halden Electric", "Brightwell Vision", "Orchard TV Centre")
-            self.sees(focus="Next")
+            self.to_the_choice()
+            self.press("Return")
+            self.sees(title="ShopListScreen", depth=3, focus="Select")
+            self.press("Down")
+            self.sees(focus="Previous")
 
         self.fails("getRegisteredShopInfo", "Failed to get registered shop info: ", to_the_press,
-                   shops="two-levels", skip=1,
+                   shops="two-levels", skip=2,
+                   after={"title": "ShopListScreen", "depth": 4, "words": ["Chain"]})
+
+    def test_the_lower_list_asks_which_shop_is_registered(self):
+        self.fails("getRegisteredShopInfo", "Failed to get registered shop info: ",
+                   self.to_the_choice, shops="two-levels", skip=1,
                    after={"title": "ShopListScreen", "depth": 3, "words": ["Halden Electric"]})
 
     def test_a_registration_is_handed_over(self):
