@@ -46,19 +46,6 @@ class Fault(FlowCase):
         self.press("Return")
         self.sees(focus="OK", buttons=["OK*!", "Cancel*"])
 
-    def to_the_pin_request(self):
-        self.press("Return")
-        self.sees(title="PinRequesting", depth=2)
-
-    def to_the_pin(self):
-        self.to_the_pin_request()
-        self.event("0 0")
-        self.sees(title="PinDisplaying", depth=3, focus="Cancel")
-
-    def to_the_search(self):
-        super().to_the_search()
-        self.asks("requestShopInfoList")
-
 
 class InAPress(Fault):
     """A call that a button makes: nothing above the button catches the failure, so the program ends in
@@ -96,10 +83,7 @@ class InAPress(Fault):
     def to_the_choice(self):
         """To the first list, with an entry chosen."""
         self.to_the_search()
-        self.event("0 2")
-        self.sees(title="ShopListScreen", depth=2)
-        self.asks("getShopInfoList", "getRegisteredShopInfo")
-        self._heard = len(self.all_sounds())
+        self.to_the_first_list(depth=2)
         self.pick("Halden Electric", "Brightwell Vision", "Orchard TV Centre")
         self.sees(focus="Next")
 
@@ -146,10 +130,6 @@ class InAPress(Fault):
         self.fails("deleteRegistrationInfo", "Failed to delete registration info: ",
                    self.to_the_question, registered=True,
                    after={"depth": 1, "buttons": ["OK", "Cancel"]})
-
-    def all_sounds(self):
-        self._heard = 0
-        return self.sounds()
 
 
 class InAnEvent(Fault):

@@ -194,12 +194,51 @@ class FlowCase(SetCase):
         self._heard += 1
         self.ends(**end)
 
-    def to_the_search(self):
-        """From the menu of a set that is not tied to the search in the local network."""
+    def to_the_search(self, depth=1, heard=(SELECT, POPUP)):
+        """From the menu of a set that is not tied, DEPTH windows deep, to the search in the local network.
+        HEARD is what the press sounds like."""
         self.press("Down")
         self.sees(focus="Use existing registration")
+        self.hears(MOVE)
         self.press("Return")
-        self.sees(popup=["Searching for a registration.\nPlease wait."])
+        self.sees(title="MainMenuUnregisteredScreen", depth=depth, buttons=[], focus=None,
+                  popup=["Searching for a registration.\nPlease wait."])
+        self.asks("requestShopInfoList")
+        self.hears(*heard)
+
+    def to_the_pin_request(self, depth=2, heard=(SELECT,)):
+        """From the menu of a set that is not tied to the screen that waits for a PIN, DEPTH windows deep.
+        HEARD is what the press sounds like."""
+        self.press("Return")
+        self.sees(title="PinRequesting", depth=depth, buttons=[], popup=None, focus=None,
+                  words=["Connecting to the server…", "Please wait."])
+        self.asks("requestPincode")
+        self.hears(*heard)
+
+    def to_the_pin(self, depth=2, heard=(SELECT,)):
+        """The same and on to the PIN."""
+        self.to_the_pin_request(depth, heard)
+        self.event("0 0")
+        self.sees(title="PinDisplaying", depth=depth + 1, buttons=["Cancel*!"], popup=None,
+                  words=["48201573", "Not registered"])
+        self.asks("checkShopRegistration", "getPincode", "requestPincodeVerification")
+        self.hears(MOVE)
+
+    def to_the_list_of_a_pin(self, depth=2, heard=(SELECT,)):
+        """The same and on to the popup that waits for the list."""
+        self.to_the_pin(depth, heard)
+        self.event("0 1")
+        self.sees(title="PinDisplaying", popup=["Connecting to the server…"], buttons=[], focus=None)
+        self.asks("requestShopInfoList")
+        self.hears(POPUP)
+
+    def to_the_first_list(self, depth):
+        """From a popup that waits for the list to the list screen, DEPTH windows deep."""
+        self.event("0 2")
+        self.sees(title="ShopListScreen", depth=depth, buttons=["Select*!", "Next"], popup=None,
+                  words=["Chain"])
+        self.asks("getShopInfoList", "getRegisteredShopInfo")
+        self.hears(MOVE, MOVE)
 
     def change(self):
         """From the menu of a set that is tied to the new menu above it. The popup below stays, with its
@@ -229,8 +268,6 @@ class FlowCase(SetCase):
         """From the first list screen, which is DEPTH windows deep, to the confirmation. A sixth screen
         ends the oldest, and the focus that this one kept: OUSTED is what is heard of that with the
         second list and with the confirmation."""
-        self.sees(title="ShopListScreen", depth=depth, buttons=["Select*!", "Next"], popup=None,
-                  words=["Chain"])
         self.pick("Halden Electric", "Brightwell Vision", "Orchard TV Centre")
         self.sees(buttons=["Halden Electric*", "Next*!"], popup=None)
         self.press("Return")
@@ -282,23 +319,8 @@ class FlowCase(SetCase):
 class Flows(FlowCase):
     def test_a_new_registration_shows_a_pin_and_ends_tied_to_a_shop(self):
         self.switch_on()
-        self.press("Return")
-        self.sees(title="PinRequesting", depth=2, buttons=[], popup=None, focus=None,
-                  words=["Connecting to the server…", "Please wait."])
-        self.asks("requestPincode")
-        self.hears(SELECT)
-        self.event("0 0")
-        self.sees(title="PinDisplaying", depth=3, buttons=["Cancel*!"], popup=None,
-                  words=["48201573", "Not registered"])
-        self.asks("checkShopRegistration", "getPincode", "requestPincodeVerification")
-        self.hears(MOVE)
-        self.event("0 1")
-        self.sees(title="PinDisplaying", popup=["Connecting to the server…"], buttons=[])
-        self.asks("requestShopInfoList")
-        self.hears(POPUP)
-        self.event("0 2")
-        self.asks("getShopInfoList", "getRegisteredShopInfo")
-        self.hears(MOVE, MOVE)
+        self.to_the_list_of_a_pin()
+        self.to_the_first_list(depth=4)
         self.choose_down_to_the_confirmation(4, ousted=((), [MOVE]))
         self.register_and_quit()
         self.told("new")
@@ -306,17 +328,8 @@ class Flows(FlowCase):
 
     def test_an_existing_registration_is_found_in_the_local_network(self):
         self.switch_on()
-        self.press("Down")
-        self.sees(focus="Use existing registration")
-        self.hears(MOVE)
-        self.press("Return")
-        self.sees(title="MainMenuUnregisteredScreen", depth=1, buttons=[],
-                  popup=["Searching for a registration.\nPlease wait."])
-        self.asks("requestShopInfoList")
-        self.hears(SELECT, POPUP)
-        self.event("0 2")
-        self.asks("getShopInfoList", "getRegisteredShopInfo")
-        self.hears(MOVE, MOVE)
+        self.to_the_search()
+        self.to_the_first_list(depth=2)
         self.choose_down_to_the_confirmation(2)
         self.register_and_quit()
         self.told("existing")
@@ -347,18 +360,10 @@ class Flows(FlowCase):
 
     def test_a_change_deletes_the_registration_and_lays_a_new_menu_above_the_old(self):
         self.switch_on(registered=True)
-        self.switch_on(registered=True)
         self.change()
-        self.press("Down")
-        self.sees(focus="Use existing registration")
-        self.press("Return")
-        self.sees(depth=2, popup=["Searching for a registration.\nPlease wait."])
+        self.to_the_search(depth=2, heard=(SELECT, MOVE, POPUP))
         self.assertIsNone(self.popup_below(), "the blocked popup goes")
-        self.asks("requestShopInfoList")
-        self.hears(MOVE, SELECT, MOVE, POPUP)
-        self.event("0 2")
-        self.asks("getShopInfoList", "getRegisteredShopInfo")
-        self.hears(MOVE, MOVE)
+        self.to_the_first_list(depth=3)
         self.choose_down_to_the_confirmation(3)
         self.register_and_quit()
         self.told("change")
@@ -367,23 +372,9 @@ class Flows(FlowCase):
     def test_a_change_goes_on_with_a_pin_above_both_menus(self):
         self.switch_on(registered=True)
         self.change()
-        self.press("Return")
-        self.sees(title="PinRequesting", depth=3, buttons=[], popup=None, focus=None)
+        self.to_the_list_of_a_pin(depth=3, heard=(SELECT, MOVE))
         self.assertIsNone(self.popup_below(), "the blocked popup goes")
-        self.asks("requestPincode")
-        self.hears(SELECT, MOVE)
-        self.event("0 0")
-        self.sees(title="PinDisplaying", depth=4, buttons=["Cancel*!"], popup=None,
-                  words=["48201573", "Not registered"])
-        self.asks("checkShopRegistration", "getPincode", "requestPincodeVerification")
-        self.hears(MOVE)
-        self.event("0 1")
-        self.sees(title="PinDisplaying", popup=["Connecting to the server…"], buttons=[])
-        self.asks("requestShopInfoList")
-        self.hears(POPUP)
-        self.event("0 2")
-        self.asks("getShopInfoList", "getRegisteredShopInfo")
-        self.hears(MOVE, MOVE)
+        self.to_the_first_list(depth=5)
         self.choose_down_to_the_confirmation(5, ousted=([MOVE] * 3, [MOVE]))
         self.register_and_quit()
         self.told("change-with-a-pin")
@@ -455,14 +446,7 @@ class Flows(FlowCase):
         for reason in (10, 11):
             with self.subTest(reason):
                 self.switch_on(requestPincodeVerification={"outcome": f"1/{reason}"})
-                self.press("Return")
-                self.sees(title="PinRequesting", depth=2)
-                self.asks("requestPincode")
-                self.hears(SELECT)
-                self.event("0 0")
-                self.sees(title="PinDisplaying", depth=3, focus="Cancel")
-                self.asks("checkShopRegistration", "getPincode", "requestPincodeVerification")
-                self.hears(MOVE)
+                self.to_the_pin()
                 self.event(f"1 {reason}")
                 self.reads(rf"callbackManager called \(Event: 1; Reason: {reason}\)")
                 self.ends(screens=3)
@@ -473,8 +457,6 @@ class Flows(FlowCase):
             with self.subTest(reason):
                 self.switch_on(requestShopInfoList={"outcome": f"1/{reason}"})
                 self.to_the_search()
-                self.asks("requestShopInfoList")
-                self.hears(MOVE, SELECT, POPUP)
                 self.event(f"1 {reason}")
                 self.reads(rf"callbackManager called \(Event: 1; Reason: {reason}\)")
                 self.ends(screens=1)
@@ -505,33 +487,8 @@ class Failures(FlowCase):
                 if reason == min(FAILURES):
                     self.told(name)
 
-    def to_the_pin(self):
-        self.press("Return")
-        self.sees(title="PinRequesting", depth=2, words=["Please wait."])
-        self.asks("requestPincode")
-        self.hears(SELECT)
-
-    def to_the_verification(self):
-        self.to_the_pin()
-        self.event("0 0")
-        self.sees(title="PinDisplaying", focus="Cancel")
-        self.asks("checkShopRegistration", "getPincode", "requestPincodeVerification")
-        self.hears(MOVE)
-
-    def to_the_list_of_a_pin(self):
-        self.to_the_verification()
-        self.event("0 1")
-        self.sees(popup=["Connecting to the server…"])
-        self.asks("requestShopInfoList")
-        self.hears(POPUP)
-
-    def to_the_local_network(self):
-        self.to_the_search()
-        self.asks("requestShopInfoList")
-        self.hears(MOVE, SELECT, POPUP)
-
     def to_the_registration(self):
-        self.to_the_local_network()
+        self.to_the_search()
         self.event("0 2")
         self.sees(title="RegistrationInfoScreen", focus="Register")
         self.asks("getShopInfoList")
@@ -563,23 +520,18 @@ class Failures(FlowCase):
 
     def to_the_pin_of_a_change(self):
         self.change()
-        self.press("Return")
-        self.sees(title="PinRequesting", depth=3)
+        self.to_the_pin_request(depth=3, heard=(SELECT, MOVE))
         self.assertIsNone(self.popup_below())
-        self.asks("requestPincode")
-        self.hears(SELECT, MOVE)
 
-    def to_the_local_network_of_a_change(self):
+    def to_the_search_of_a_change(self):
         self.change()
-        self.to_the_search()
-        self.asks("requestShopInfoList")
-        self.hears(MOVE, SELECT, MOVE, POPUP)
+        self.to_the_search(depth=2, heard=(SELECT, MOVE, POPUP))
 
     def test_while_a_pin_is_requested(self):
-        self.fails("requestPincode", self.to_the_pin, "failure-pin", [POPUP, MOVE], [MOVE])
+        self.fails("requestPincode", self.to_the_pin_request, "failure-pin", [POPUP, MOVE], [MOVE])
 
     def test_while_a_pin_waits_for_its_verification(self):
-        self.fails("requestPincodeVerification", self.to_the_verification, "failure-verification",
+        self.fails("requestPincodeVerification", self.to_the_pin, "failure-verification",
                    [POPUP, MOVE], [MOVE] * 3)
 
     def test_while_the_shops_are_fetched_behind_a_pin(self):
@@ -587,7 +539,7 @@ class Failures(FlowCase):
                    [MOVE, MOVE, POPUP, MOVE], [MOVE] * 3)
 
     def test_while_the_local_network_is_searched(self):
-        self.fails("requestShopInfoList", self.to_the_local_network, "failure-search",
+        self.fails("requestShopInfoList", self.to_the_search, "failure-search",
                    [MOVE, MOVE, POPUP, MOVE], [MOVE] * 3)
 
     def test_while_a_registration_is_handed_over(self):
@@ -607,12 +559,12 @@ class Failures(FlowCase):
                    [POPUP, MOVE], [MOVE] * 5, registered=True)
 
     def test_while_the_local_network_is_searched_in_a_change(self):
-        self.fails("requestShopInfoList", self.to_the_local_network_of_a_change,
+        self.fails("requestShopInfoList", self.to_the_search_of_a_change,
                    "failure-search-of-a-change", [MOVE, MOVE, POPUP, MOVE], [MOVE] * 6, registered=True)
 
     def test_a_failure_that_nobody_answers_ends_the_program_after_a_minute(self):
         self.switch_on(requestPincode={"outcome": "1/6"})
-        self.to_the_pin()
+        self.to_the_pin_request()
         # The popup, and with it its minute, cannot come before its event.
         begun = time.monotonic()
         self.event("1 6")

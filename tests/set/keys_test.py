@@ -65,22 +65,15 @@ class Ways(FlowCase):
 
     def at_pin_request(self, **scenario):
         self.switch_on(**scenario)
-        self.go("Return", SELECT, title="PinRequesting", depth=2, focus=None)
-        self.asks("requestPincode")
+        self.to_the_pin_request()
 
     def at_pin(self):
-        self.at_pin_request()
-        self.event("0 0")
-        self.sees(title="PinDisplaying", focus="Cancel")
-        self.asks("checkShopRegistration", "getPincode", "requestPincodeVerification")
-        self.hears(MOVE)
+        self.switch_on()
+        self.to_the_pin()
 
     def at_loading_on_pin(self):
-        self.at_pin()
-        self.event("0 1")
-        self.sees(title="PinDisplaying", popup=[CONNECTING], focus=None)
-        self.asks("requestShopInfoList")
-        self.hears(POPUP)
+        self.switch_on()
+        self.to_the_list_of_a_pin()
 
     def at_failure(self):
         self.at_pin_request(requestPincode={"outcome": "1/7"})
@@ -90,16 +83,11 @@ class Ways(FlowCase):
 
     def at_loading_on_menu(self, **scenario):
         self.switch_on(**scenario)
-        self.go("Down", MOVE, focus="Use existing registration")
-        self.go("Return", SELECT, POPUP, popup=[SEARCHING], focus=None, depth=1)
-        self.asks("requestShopInfoList")
+        self.to_the_search()
 
     def at_list(self, **scenario):
         self.at_loading_on_menu(**scenario)
-        self.event("0 2")
-        self.sees(title="ShopListScreen", focus="Select", buttons=["Select*!", "Next"])
-        self.asks("getShopInfoList", "getRegisteredShopInfo")
-        self.hears(MOVE, MOVE)
+        self.to_the_first_list(depth=2)
 
     def at_rows(self):
         self.at_list()
@@ -488,7 +476,7 @@ class Together(Ways):
 
     def test_a_held_arrow_goes_to_the_last_row_of_a_long_list_and_no_further(self):
         rows = "".join(f'<sub_list name="Town {number}" code="{number}"/>\n' for number in range(10, 50))
-        path = self.write("towns.xml", '<rsp stat="ok">\n<list level="1" name="Town" is_fix="N" '
+        path = self.write("towns.xml", '<rsp stat="ok">\n<list level="1" name="Chain" is_fix="N" '
                                        f'is_sub="N">\n{rows}</list>\n</rsp>')
         self.at_list(getShopInfoList={"reply-file": path})
         # A first entry that leads nowhere is not offered.
@@ -545,7 +533,7 @@ class Rows(Ways):
             self.go(key, sound, focus=focus)
 
     def test_a_list_without_rows_can_be_left(self):
-        path = self.write("empty.xml", '<rsp stat="ok"><list level="1" name="Town" is_fix="N" '
+        path = self.write("empty.xml", '<rsp stat="ok"><list level="1" name="Chain" is_fix="N" '
                                        'is_sub="N"></list></rsp>')
         self.at_list(getShopInfoList={"reply-file": path})
         self.go("Return", SELECT, POPUP, rows=[], buttons=["OK", "Cancel*"])
