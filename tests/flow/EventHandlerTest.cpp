@@ -29,10 +29,6 @@ const std::vector<Level> TWO_TOPS = {
 
 class EventHandlerTest : public FlowFixture {
   protected:
-    static void click(void (*callback)(void*, Evas_Object*, void*)) {
-        callback(nullptr, nullptr, nullptr);
-        settle();
-    }
     // The event of a key that comes up.
     static Evas_Event_Key_Up up(const char* key) {
         Evas_Event_Key_Up event = {};

@@ -28,8 +28,6 @@ namespace {
 const std::vector<Level> TWO_TOPS = {
     {"Country", {{"North", "01"}, {"South", "02"}}},
     {"Store", {{"N1", "0101"}, {"N2", "0102"}, {"S1", "0201"}, {"S2", "0202"}}}};
-const std::vector<Level> ONE_SHOP = {{"Store", {{"Only", "01"}}}};
-const std::vector<Level> REGISTERED = {{"Country", {{"North", "01"}}}, {"Store", {{"N1", "0101"}}}};
 
 constexpr const char* UNSTABLE = "SID_INTERNET_CONNECTION_NOT_STABLE_MSG";
 constexpr const char* CONNECTING = "SID_CONNECTING_TO_NETWORK_SERVER";
@@ -220,21 +218,16 @@ Picture wanted(const Picture& before, const std::vector<std::string>& chosen,
 
 class EventFixture : public FlowFixture {
   public:
-    void clickOn(void (*callback)(void*, Evas_Object*, void*)) {
-        callback(nullptr, nullptr, nullptr);
-        settle();
-    }
-
     // --- the screens, each reached as a person reaches it
     void onUnregisteredMenu() { start(); }
     void onRegisteredMenu() { start(true); }
     void onPinRequest() {
         start();
-        clickOn(EventHandler::pinRequestingScreenRequested);
+        click(EventHandler::pinRequestingScreenRequested);
     }
     void onPin() {
         onPinRequest();
-        send(0, 0);
+        event(0, 0);
     }
     void onInitialList() {
         start();
@@ -243,7 +236,7 @@ class EventFixture : public FlowFixture {
     void onLowerList() {
         onInitialList();
         choose("North");
-        clickOn(EventHandler::nextSelectionScreenRequested);
+        click(EventHandler::nextSelectionScreenRequested);
     }
     void onLoneConfirmation() {
         start();
@@ -252,26 +245,26 @@ class EventFixture : public FlowFixture {
     void onConfirmationAboveList() {
         onLowerList();
         choose("N2");
-        clickOn(EventHandler::registrationConfirmationScreenRequested);
+        click(EventHandler::registrationConfirmationScreenRequested);
     }
     void onInformation() {
         daemon().answer("getRegisteredShopInfo", document(REGISTERED));
         start(true);
-        clickOn(EventHandler::registrationInformationScreenRequested);
+        click(EventHandler::registrationInformationScreenRequested);
     }
     void onMenuAboveMenu() {
         start(true);
-        clickOn(EventHandler::reRegistrationScreenRequested);
-        send(0, 12);
+        click(EventHandler::reRegistrationScreenRequested);
+        event(0, 12);
     }
     void onMenuGoneBackTo() {
         onInformation();
-        clickOn(EventHandler::goBackRequested);
+        click(EventHandler::goBackRequested);
     }
     void onFullHistory() {
         start(true);
         for (size_t screens = 1; screens < MOST_SCREENS; ++screens) {
-            send(0, 12);
+            event(0, 12);
         }
     }
 
@@ -279,11 +272,6 @@ class EventFixture : public FlowFixture {
     void SetUp() override {
         FlowFixture::SetUp();
         daemon().answer("getPincode", "12345678");
-    }
-
-    void send(int event, int reason) {
-        m_flow->callbackManager(event, reason);
-        settle();
     }
 
     static std::string describePopup(Popup* popup) {
@@ -446,7 +434,7 @@ class EventFixture : public FlowFixture {
     void expectBackEndsProgram() {
         if (popup<ZOLT::GUI::LoadingPopup>() != nullptr ||
             (popup() == nullptr && shows<ZOLT::GUI::PinRequestingScreen>())) {
-            send(1, 7);
+            event(1, 7);
             EXPECT_TRUE(gotFocus(partOf(widgetOf(*popup()), "button1")));
         }
         Evas_Object* const window = windowOf(screen());
@@ -513,7 +501,7 @@ class EventTableTest : public EventFixture, public testing::WithParamInterface<S
                 m_flow->showNetworkFailurePopup(ZOLT::EVENT_CLOSE_GUI, ZOLT::REASON_NO_SERVER);
                 break;
             case Up::Selection:
-                clickOn(EventHandler::selectionPopupRequested);
+                click(EventHandler::selectionPopupRequested);
                 break;
             case Up::HiddenSelection:
                 choose(level() == 0 ? "South" : "N1");
@@ -749,7 +737,7 @@ class DaemonFailureTest : public EventFixture {
         const Popup* const waiting = popup();
         platform().clearLog();
         callsSince();
-        send(0, failure.reason);
+        event(0, failure.reason);
         EXPECT_THAT(platform().messages(LOG_ID_SYSTEM, DLOG_WARN),
                     ElementsAre(testing::StartsWith(
                         std::string("Exception caught during event handling: ") + failure.cause)));

@@ -58,6 +58,16 @@ Controller& FlowFixture::start(bool registered) {
     return *m_flow;
 }
 
+void FlowFixture::event(int number, int reason) {
+    m_flow->callbackManager(number, reason);
+    settle();
+}
+
+void FlowFixture::click(void (*callback)(void*, Evas_Object*, void*)) {
+    callback(nullptr, nullptr, nullptr);
+    settle();
+}
+
 void FlowFixture::serve(const std::vector<Level>& levels) {
     daemon().answer("getShopInfoList", document(levels));
     m_flow->callbackManager(ZOLT::EVENT_STEP_DONE, ZOLT::REASON_SHOP_LIST_READY);

@@ -27,6 +27,11 @@ struct Level {
 // A shop list document, or, with one entry a level, the document of a registration.
 std::string document(const std::vector<Level>& levels);
 
+// A list that leaves nothing to choose, and the document of a registration.
+inline const std::vector<Level> ONE_SHOP = {{"Store", {{"Only", "01"}}}};
+inline const std::vector<Level> REGISTERED = {{"Country", {{"North", "01"}}},
+                                              {"Store", {{"N1", "0101"}}}};
+
 // Sounds by the numbers that the set's feedback service gets.
 enum Sound { MOVE = 40, BACK = 41, BLOCKED = 42, SELECT = 43, POPUP = 45 };
 
@@ -40,6 +45,10 @@ class FlowFixture : public support::GuiFixture {
     ZOLT::GUI::Controller& makeFlow();
     // Makes one and shows its first screen. REGISTERED: whether there is a registration file.
     ZOLT::GUI::Controller& start(bool registered = false);
+    // Has the flow take in an event of the daemon.
+    void event(int number, int reason);
+    // Calls CALLBACK as a widget does that hands nothing over.
+    static void click(void (*callback)(void*, Evas_Object*, void*));
     // Has the flow take in a shop list, as the daemon's event does.
     void serve(const std::vector<Level>& levels);
     std::deque<ZOLT::GUI::Screen*>& history();

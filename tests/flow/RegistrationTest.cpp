@@ -29,19 +29,9 @@ namespace {
 const std::vector<Level> TWO_LEVELS = {
     {"Country", {{"North", "01"}, {"South", "02"}}},
     {"Store", {{"N1", "0101"}, {"N2", "0102"}, {"S1", "0201"}, {"S2", "0202"}}}};
-const std::vector<Level> REGISTERED = {{"Country", {{"North", "01"}}}, {"Store", {{"N1", "0101"}}}};
-const std::vector<Level> ONE_SHOP = {{"Store", {{"Only", "01"}}}};
 
 class RegistrationTest : public FlowFixture {
   protected:
-    static void click(void (*callback)(void*, Evas_Object*, void*)) {
-        callback(nullptr, nullptr, nullptr);
-        settle();
-    }
-    void event(int number, int reason) {
-        m_flow->callbackManager(number, reason);
-        settle();
-    }
     // Walks to the confirmation of "N1", which lies two levels deep.
     void walkToConfirmation() {
         serve(TWO_LEVELS);

@@ -27,15 +27,10 @@ const std::vector<Level> FIRST = {
 const std::vector<Level> SECOND = {
     {"Land", {{"Nord", "01"}, {"Sued", "02"}, {"West", "03"}}},
     {"Laden", {{"A1", "0101"}, {"A2", "0102"}, {"B1", "0201"}, {"C1", "0301"}, {"C2", "0302"}}}};
-const std::vector<Level> ONE_SHOP = {{"Store", {{"Only", "01"}}}};
 
 // The address sanitizer sees it when anything follows a pointer to a shop that is gone.
 class SecondShopListTest : public FlowFixture {
   protected:
-    static void click(void (*callback)(void*, Evas_Object*, void*)) {
-        callback(nullptr, nullptr, nullptr);
-        settle();
-    }
     static void push(Evas_Object* button) {
         evas_object_smart_callback_call(button, "clicked", nullptr);
         settle();

@@ -32,15 +32,16 @@ const std::vector<Level> CHAINS = {{"Country", {{"North", "01"}, {"South", "02"}
 
 class ShopListTest : public FlowFixture {
   protected:
-    static void click(void (*callback)(void*, Evas_Object*, void*)) {
-        callback(nullptr, nullptr, nullptr);
-        settle();
-    }
     Evas_Object* list() { return popup<SelectionPopup>()->m_list; }
-    // Only what is drawn has a place, and only by their places do arrows find widgets and rows.
-    void drawList() {
+    // Serves LEVELS and opens the drop-down, whose first row has the focus once it is drawn.
+    void openListOf(const std::vector<Level>& levels) {
+        start();
+        serve(levels);
+        activate(screen());
+        press(windowOf(screen()), "Return");
         draw(windowOf(screen()));
-        settle();
+        ASSERT_TRUE(waitForFocus(list()));
+        ASSERT_EQ(elm_genlist_first_item_get(list()), row());
     }
     // The row that has the focus.
     Elm_Object_Item* row() { return elm_object_focused_item_get(list()); }
@@ -393,10 +394,7 @@ TEST_F(ShopListTest, EachWayOutOfAReopenedPopupLeavesTheFocusInSight) {
 }
 
 TEST_F(ShopListTest, RightLeadsFromTheListToTheFirstButtonThatMayHaveTheFocus) {
-    start();
-    serve(TWO_TOPS);
-    press(windowOf(screen()), "Return");
-    ASSERT_TRUE(waitForFocus(list()));
+    openListOf(TWO_TOPS);
     press(windowOf(screen()), "Right");
     EXPECT_TRUE(waitForFocus(popupButton(2)));
     press(windowOf(screen()), "Up");
@@ -409,10 +407,7 @@ TEST_F(ShopListTest, RightLeadsFromTheListToTheFirstButtonThatMayHaveTheFocus) {
 }
 
 TEST_F(ShopListTest, RightLeadsOutOfAnEmptyList) {
-    start();
-    serve({{"Country", {}}});
-    press(windowOf(screen()), "Return");
-    ASSERT_TRUE(waitForFocus(list()));
+    openListOf({{"Country", {}}});
     press(windowOf(screen()), "Down");
     EXPECT_TRUE(waitForFocus(list()));
     press(windowOf(screen()), "Right");
@@ -420,12 +415,7 @@ TEST_F(ShopListTest, RightLeadsOutOfAnEmptyList) {
 }
 
 TEST_F(ShopListTest, DownStaysOnTheLastRow) {
-    start();
-    serve(TWO_TOPS);
-    activate(screen());
-    press(windowOf(screen()), "Return");
-    drawList();
-    ASSERT_EQ(elm_genlist_first_item_get(list()), row());
+    openListOf(TWO_TOPS);
     const unsigned& position = popup<SelectionPopup>()->m_position;
     press(windowOf(screen()), "Down");
     for (int time = 0; time < 2; ++time) {
@@ -437,12 +427,7 @@ TEST_F(ShopListTest, DownStaysOnTheLastRow) {
 }
 
 TEST_F(ShopListTest, ThePositionFollowsTheRowOnTheWayBackFromTheButtons) {
-    start();
-    serve(TWO_TOPS);
-    activate(screen());
-    press(windowOf(screen()), "Return");
-    drawList();
-    ASSERT_EQ(elm_genlist_first_item_get(list()), row());
+    openListOf(TWO_TOPS);
     for (const unsigned row : {0U, 1U, 2U}) {
         press(windowOf(screen()), "Right");
         ASSERT_TRUE(waitForFocus(popupButton(2)));

@@ -115,14 +115,6 @@ class UnusualInputTest : public FlowFixture {
         callsSince();
         platform().clearLog();
     }
-    static void click(void (*callback)(void*, Evas_Object*, void*)) {
-        callback(nullptr, nullptr, nullptr);
-        settle();
-    }
-    void event(int number, int reason) {
-        m_flow->callbackManager(number, reason);
-        settle();
-    }
     void serveEncoded(const std::vector<Level>& levels) {
         daemon().answer("getShopInfoList", encodedDocument(levels));
         event(0, 2);
