@@ -3,6 +3,7 @@
 #include "host/DisplayWatch.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <Ecore_X.h>
@@ -33,6 +34,16 @@ gboolean onHangUp(gint, GIOCondition, gpointer) {
     throw DisplayLost();
 }
 
+// Before it waits, the toolkit reads what has come from the server, and an end that came since the
+// last wait would be its own to find.
+Eina_Bool beforeWaiting(void* descriptor) {
+    pollfd connection = {*static_cast<int*>(descriptor), 0, 0};
+    if (poll(&connection, 1, 0) > 0) {
+        onHangUp(connection.fd, G_IO_HUP, nullptr);
+    }
+    return ECORE_CALLBACK_RENEW;
+}
+
 }  // namespace
 
 DisplayWatch::DisplayWatch() {
@@ -46,10 +57,12 @@ DisplayWatch::DisplayWatch() {
     m_source = g_unix_fd_add_full(G_PRIORITY_HIGH, m_descriptor,
                                   static_cast<GIOCondition>(G_IO_HUP | G_IO_ERR), onHangUp, nullptr,
                                   nullptr);
+    m_enterer = ecore_idle_enterer_before_add(beforeWaiting, &m_descriptor);
 }
 
 DisplayWatch::~DisplayWatch() {
     if (m_descriptor >= 0) {
+        ecore_idle_enterer_del(m_enterer);
         g_source_remove(m_source);
         close(m_descriptor);
     }

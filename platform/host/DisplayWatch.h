@@ -2,6 +2,7 @@
 // Notices that the X server of the set has died.
 #pragma once
 
+#include <Ecore.h>
 #include <glib.h>
 
 namespace Host {
@@ -23,6 +24,7 @@ class DisplayWatch {
   private:
     int m_descriptor = -1;  // a copy of the toolkit's connection, closed by this class
     guint m_source = 0;
+    Ecore_Idle_Enterer* m_enterer = nullptr;
 };
 
 }  // namespace Host

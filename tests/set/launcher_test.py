@@ -419,11 +419,24 @@ class Ending(SetCase):
 
     def test_a_screen_that_is_closed_switches_the_set_off_whatever_the_program_made_of_it_first(self):
         closed = VirtualSet(self.folder(), self.private, say=self.said.append)
-        closed.screen = types.SimpleNamespace(display="nowhere:7", status=None)
+        closed.screen = types.SimpleNamespace(answers=lambda: False, status=None)
         for status in (0, 1, -signal.SIGABRT):
             closed.program = types.SimpleNamespace(status=status)
             self.assertIsNone(closed.supervise())
         self.assertEqual([], self.said)
+
+    def test_a_server_that_is_gone_does_not_answer_when_another_has_taken_its_name(self):
+        log = os.path.join(self.private, "servers.log")
+        first = XServer(320, 180, log)
+        self.addCleanup(first.stop)
+        self.assertTrue(first.answers())
+        first.stop()
+        self.assertFalse(first.answers())
+        second = XServer(320, 180, log)
+        self.addCleanup(second.stop)
+        first.display = second.display
+        self.assertTrue(second.answers())
+        self.assertFalse(first.answers())
 
     def test_an_orderly_end_of_the_program_ends_the_set(self):
         held = self.hold()

@@ -6,8 +6,9 @@ import subprocess
 
 
 class PrivateFolder:
-    """Exists from here to close(), or to the end of this process, however that ends: a process of its
-    own session makes the folder and removes it, as soon as the pipe to it closes."""
+    """Exists from here to close(), or to the end of this process, however that ends, and to the end of
+    those that were given HOLD: a process of its own session makes the folder and removes it, as soon as
+    nobody is left at the other end of its pipe."""
 
     # What is being ended may still write there, so that a first attempt can fail.
     _KEEPER = """
@@ -31,6 +32,13 @@ class PrivateFolder:
         if not self.path:
             raise OSError("no folder could be made in /tmp")
 
+    @property
+    def hold(self):
+        """The descriptor that a process inherits which makes files and folders there. Removed before
+        that process has ended, the folder would come back."""
+        return self._keeper.stdin.fileno()
+
     def close(self):
+        """Waits for all that hold the folder."""
         self._keeper.stdin.close()
         self._keeper.wait()

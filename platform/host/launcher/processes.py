@@ -4,6 +4,8 @@
 import os
 import shutil
 import signal
+import socket
+import struct
 import subprocess
 import time
 
@@ -173,7 +175,7 @@ class XServer(Child):
         reading, writing = os.pipe()
         if nested:
             arguments = ["Xephyr", "-displayfd", str(writing), "-screen", f"{width}x{height}",
-                         "-title", "Virtual set", "-no-host-grab", "-nolisten", "tcp"]
+                         "-title", "Virtual set", "-no-host-grab", "-noreset", "-nolisten", "tcp"]
         else:
             arguments = ["Xvfb", "-displayfd", str(writing), "-screen", "0",
                          f"{width}x{height}x24", "-noreset", "-nolisten", "tcp"]
@@ -182,6 +184,21 @@ class XServer(Child):
         finally:
             os.close(writing)
         self.display = ":" + _answer_of(self, reading, "the X server")
+
+    def answers(self):
+        """Whether it still serves: a display's name that it gave up may be another server's at once."""
+        return display_answers(self.display) and _listener_of(self.display) == self.process.pid
+
+
+def _listener_of(display):
+    """The number of the process behind a display ":N"; None when there is none."""
+    with socket.socket(socket.AF_UNIX) as asked:
+        try:
+            asked.connect("/tmp/.X11-unix/X" + display.removeprefix(":"))
+        except OSError:
+            return None
+        credentials = asked.getsockopt(socket.SOL_SOCKET, socket.SO_PEERCRED, struct.calcsize("3i"))
+        return struct.unpack("3i", credentials)[0]
 
 
 class WindowManager(Child):

@@ -9,7 +9,7 @@ import time
 from folder import SetFolder
 from journal import Journal
 from private_folder import PrivateFolder
-from processes import Bus, Child, SetError, WindowManager, XServer, display_answers, wait_until
+from processes import Bus, Child, SetError, WindowManager, XServer, wait_until
 from remote import Camera, Remote
 
 _ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", "..", ".."))
@@ -127,7 +127,8 @@ class VirtualSet:
 
     def start_program(self):
         self.program = Child("zolt-hub", [self.hub], log=self.folder.file("servers.log"),
-                             cwd=self.folder.path, env=self.environment())
+                             cwd=self.folder.path, env=self.environment(),
+                             pass_fds=[self._private.hold])
 
     def supervise(self, stay=lambda: True):
         """Runs the program, or goes on with the one that was started, until it ends in an orderly way,
@@ -138,7 +139,7 @@ class VirtualSet:
         while True:
             status = self._wait_for_end(stay)
             # A program whose screen is closed may notice first, and end in one way or another.
-            if status is None or not display_answers(self.screen.display):
+            if status is None or not self.screen.answers():
                 return None
             if status == 0:
                 return status
