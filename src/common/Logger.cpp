@@ -61,11 +61,12 @@ ValueType valueType(const std::string& parameter) {
     return ValueType::OTHER;
 }
 
-std::string quoted(const char* text) {
+// Thrown here, because what becomes of a null is up to the C++ library.
+std::string toString(const char* text) {
     if (text == nullptr) {
         throw std::logic_error("basic_string::_S_construct null not valid");
     }
-    return std::string("\"") + text + "\"";
+    return text;
 }
 
 std::vector<std::string> splitParameters(const std::string& list) {
@@ -91,7 +92,7 @@ void putValues(std::vector<std::string>& parameters, int count, va_list argument
                 parameter = std::to_string(va_arg(arguments, unsigned));
                 break;
             case ValueType::TEXT:
-                parameter = quoted(va_arg(arguments, const char*));
+                parameter = "\"" + toString(va_arg(arguments, const char*)) + "\"";
                 break;
             case ValueType::OTHER:
                 return;
@@ -112,7 +113,7 @@ std::string join(const std::vector<std::string>& parameters) {
 }  // namespace
 
 std::string Logger::logger(const char* signature, int count, ...) {
-    const std::string caller(signature);
+    const std::string caller = toString(signature);
     boost::smatch match;
     if (count == 0 || !boost::regex_search(caller, match, parameterListExpression())) {
         return "Called " + caller;

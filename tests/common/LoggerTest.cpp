@@ -9,6 +9,7 @@
 #include <boost/regex.hpp>
 #include <gtest/gtest.h>
 
+#include "common/FailingCall.h"
 #include "common/Logger.h"
 #include "support/ScriptedPlatform.h"
 
@@ -61,6 +62,14 @@ TEST_F(LoggerTest, LongMessageIsNotCut) {
     }
 }
 
+TEST_F(LoggerTest, LongMessageIsCutWhereMemoryIsShort) {
+    const std::string message(2000, 'm');
+    const support::FailingCall failing(support::LibraryCall::NewArray);
+    ZOLT_WARN("%s", message.c_str());
+    EXPECT_TRUE(failing.happened());
+    EXPECT_EQ(onlyLine().message, message.substr(0, 1023));
+}
+
 TEST_F(LoggerTest, DirectivesInTheMessageAreText) {
     ZOLT_WARN("%s", "%s%n%d");
     EXPECT_EQ(onlyLine().message, "%s%n%d");
@@ -101,15 +110,35 @@ TEST_F(LoggerTest, VersionIsThreeLinesWithBlanksAtInfo) {
     EXPECT_EQ(ScriptedPlatform::get().log()[0].function, "printVersion");
 }
 
+TEST_F(LoggerTest, VersionOfEmptyOrLongTextsIsStillThreeLines) {
+    const std::string longest(1 << 20, 'v');
+    Logger::printVersion("", "");
+    Logger::printVersion(longest, longest);
+    const auto messages = ScriptedPlatform::get().messages(LOG_ID_MAIN, DLOG_INFO);
+    ASSERT_EQ(messages.size(), 6U);
+    EXPECT_EQ(messages[1], "Version:          ZOLT-");
+    EXPECT_EQ(messages[2], "AppName:          ");
+    EXPECT_EQ(messages[4], "Version:          ZOLT-" + longest);
+    EXPECT_EQ(messages[5], "AppName:          " + longest);
+}
+
 TEST(Trace, WithoutValuesIsTheSignatureUnchanged) {
     for (const char* signature : {"void f()", "int f(int, char*) const", "", "no brackets", "f([)",
                                   "bool ZOLT::File::save(std::string)"}) {
         EXPECT_EQ(Logger::logger(signature, 0), std::string("Called ") + signature);
     }
+    const std::string longest = "void f(" + std::string(1 << 20, 'p') + ")";
+    EXPECT_EQ(Logger::logger(longest.c_str(), 0), "Called " + longest);
+}
+
+TEST(Trace, CountBelowZeroReadsNoValue) {
+    EXPECT_EQ(Logger::logger("void f(int)", -1, 1, 5), "Called void f(int)");
+    EXPECT_EQ(Logger::logger("void f(int)", INT_MIN, 1, 5), "Called void f(int)");
 }
 
 TEST(Trace, EmptyParameterListLeavesTheValuesUnread) {
     EXPECT_EQ(Logger::logger("void f()", 1), "Called void f()");
+    EXPECT_EQ(Logger::logger("", 1), "Called ");
 }
 
 TEST(Trace, SignatureThatDoesNotEndInABracketStaysUnchanged) {
@@ -159,6 +188,7 @@ TEST(Trace, TypeWithoutAFormEndsTheReading) {
               "Called void f(Evas_Object*, int)");
     EXPECT_EQ(Logger::logger("void f(int, Evas_Object*, int)", 3, 1, 7, 2, nullptr, 3, 5),
               "Called void f(7, Evas_Object*, int)");
+    EXPECT_EQ(Logger::logger("void f(double)", INT_MAX, 1, 5.0), "Called void f(double)");
 }
 
 TEST(Trace, PositionsMayComeInAnyOrder) {
@@ -170,6 +200,8 @@ TEST(Trace, PositionOutsideTheListEndsTheReading) {
     EXPECT_EQ(Logger::logger("void f(int)", 1, 2, 7), "Called void f(int)");
     EXPECT_EQ(Logger::logger("void f(int)", 1, 0, 7), "Called void f(int)");
     EXPECT_EQ(Logger::logger("void f(int)", 1, -1, 7), "Called void f(int)");
+    EXPECT_EQ(Logger::logger("void f(int)", 1, INT_MIN, 7), "Called void f(int)");
+    EXPECT_EQ(Logger::logger("void f(int)", 1, INT_MAX, 7), "Called void f(int)");
 }
 
 TEST(Trace, CommaInsideATemplateArgumentSplits) {
@@ -194,6 +226,16 @@ TEST(Trace, ListThatIsNoExpressionThrows) {
 TEST(Trace, NullTextThrows) {
     const char* none = nullptr;
     EXPECT_THROW(Logger::logger("void f(const char*)", 1, 1, none), std::logic_error);
+    EXPECT_THROW(Logger::logger(none, 0), std::logic_error);
+    EXPECT_THROW(Logger::logger(none, 1, 1, 5), std::logic_error);
+}
+
+TEST(Trace, ValueOfAnyLengthStaysWhole) {
+    const std::string longest(1 << 20, 'v');
+    EXPECT_EQ(Logger::logger("void f(std::string)", 1, 1, longest.c_str()),
+              "Called void f(\"" + longest + "\")");
+    EXPECT_EQ(Logger::logger("void f(int, int)", 2, 1, INT_MIN, 2, INT_MAX),
+              "Called void f(-2147483648, 2147483647)");
 }
 
 TEST(Trace, IsMadeOnAnyThreadAtOnce) {
