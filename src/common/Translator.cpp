@@ -24,8 +24,9 @@ struct Free {
 };
 using Text = std::unique_ptr<char, Free>;
 
+// A null LOCALE is no language: the C library would take it for a question and answer.
 void switchLocale(const char* locale) {
-    if (std::setlocale(LC_ALL, locale) == nullptr) {
+    if (locale == nullptr || std::setlocale(LC_ALL, locale) == nullptr) {
         throw Exception("Unable to set the language", GENERIC_ERROR);
     }
 }
@@ -39,14 +40,16 @@ Text currentLocale() {
     return copy;
 }
 
-// Whatever keeps the set from naming its language, a missing configuration key of the fakes too,
-// the caller only learns that there is none.
+// Null, whatever keeps the set from naming its language, a missing configuration key of the fakes
+// or a missing set too: the caller only learns that there is none.
 Text languageOf(DeviceInfo* deviceInfo) {
     char* language = nullptr;
     try {
-        deviceInfo->getLanguageStringValue(&language);
+        if (deviceInfo != nullptr) {
+            deviceInfo->getLanguageStringValue(&language);
+        }
     } catch (const std::exception&) {
-        throw Exception("Unable to set the language", GENERIC_ERROR);
+        return nullptr;
     }
     return Text(language);
 }
@@ -66,7 +69,7 @@ void Translator::enableLocales(std::string domain, std::string path) {
 
 char* Translator::getText(const char* id) {
     ZOLT_TRACE();
-    char* translated = gettext(id);
+    char* translated = gettext(id);  // null for a null id, in which there is nothing to compare
     if (translated == nullptr || std::strncmp(translated, id, std::strlen(id)) != 0) {
         return translated;
     }

@@ -12,7 +12,7 @@ class DeviceInfo;
 // ZOLT::Exception.
 class Translator {
   public:
-    // DEVICEINFO is not owned.
+    // DEVICEINFO is not owned. Without it setLocale(nullptr) fails.
     Translator(std::string defaultLocale, DeviceInfo* deviceInfo);
 
     // Makes DOMAIN the process's text domain, with its catalogues under PATH.

@@ -11,6 +11,7 @@
 
 #include "common/DeviceInfo.h"
 #include "common/Exception.h"
+#include "common/FailingCall.h"
 #include "common/Translator.h"
 #include "common/ZoltConfig.h"
 #include "common/systemcalls/SystemCalls.h"
@@ -118,6 +119,25 @@ TEST_F(TranslatorTest, SetThatDoesNotTellItsLanguageIsAFailure) {
     EXPECT_EQ(currentLocale(), "C");
 }
 
+TEST_F(TranslatorTest, NoSetToAskIsAFailure) {
+    Translator translator(DEFAULT, nullptr);
+    expectFailure("Unable to set the language", [&] { translator.setLocale(nullptr); });
+    EXPECT_EQ(currentLocale(), "C");
+}
+
+TEST_F(TranslatorTest, FailureIsNotLoggedAsASuccess) {
+    ScriptedPlatform::get().setRuntimeInfo(RUNTIME_INFO_KEY_LANGUAGE, "zz_ABSENT.utf8");
+    EXPECT_THROW(Translator(DEFAULT, &device).setLocale(nullptr), Exception);
+    EXPECT_TRUE(ScriptedPlatform::get().messages(LOG_ID_SYSTEM, DLOG_DEBUG).empty());
+}
+
+TEST_F(TranslatorTest, EmptyLocaleIsTheOneOfTheEnvironment) {
+    const support::ScopedEnvironment environment("LC_ALL", DEFAULT);
+    std::string empty;
+    Translator(DEFAULT, &device).setLocale(empty.data());
+    EXPECT_EQ(currentLocale(), DEFAULT);
+}
+
 TEST_F(TranslatorTest, FakeLanguageWithoutItsConfigurationKeyIsAFailureLikeAnyOther) {
     ZoltConfig::deinitialize();
     ZOLT::SystemCallsFake fake;
@@ -166,6 +186,37 @@ TEST_F(TranslatorTest, TranslationThatBeginsWithTheIdCountsAsMissing) {
 
 TEST_F(TranslatorTest, NullIdGivesNull) {
     EXPECT_EQ(inLanguageOfSet().getText(nullptr), nullptr);
+}
+
+// The empty id is that of a catalogue's own header, and begins every text.
+TEST_F(TranslatorTest, EmptyIdGivesTheHeaderOfTheDefaultCatalogue) {
+    addCatalogue(SET, "msgid \"SID_OK\"\nmsgstr \"okay\"\n");
+    Translator translator = inLanguageOfSet();
+    EXPECT_STREQ(translator.getText(""), "Content-Type: text/plain; charset=UTF-8\n");
+    EXPECT_EQ(currentLocale(), SET);
+}
+
+TEST_F(TranslatorTest, LocaleThatCannotBeToldOrKeptIsAFailureThatLeavesIt) {
+    Translator translator = inLanguageOfSet();
+    for (const auto call : {support::LibraryCall::SetLocale, support::LibraryCall::Strdup}) {
+        const support::FailingCall failing(call);
+        expectFailure("Unable to allocate memory", [&] { translator.getText("SID_NOBODY"); });
+        EXPECT_TRUE(failing.happened());
+        EXPECT_EQ(currentLocale(), SET);
+    }
+}
+
+TEST_F(TranslatorTest, EmptyOrEndlessDomainAndPathHaveNoTexts) {
+    Translator translator = inLanguageOfSet();
+    const std::string endless(100000, 'd');
+    const struct {
+        std::string domain;
+        std::string path;
+    } cases[] = {{"", catalogues.path()}, {"ZOLT", ""}, {endless, ""}, {"ZOLT", endless}};
+    for (const auto& entry : cases) {
+        translator.enableLocales(entry.domain, entry.path);
+        EXPECT_STREQ(translator.getText("SID_OK"), "SID_OK");
+    }
 }
 
 TEST_F(TranslatorTest, TextsOfAnotherDomainAreNotFound) {
