@@ -67,6 +67,9 @@ DeviceList storageDevices() {
 
 std::string Utils::formatString(const char* format, ...) {
     ZOLT_TRACE();
+    if (format == nullptr) {
+        return "";  // not every C library bears it
+    }
     char text[FORMATTED_SIZE];
     va_list arguments;
     va_start(arguments, format);

@@ -14,7 +14,7 @@ class Utils {
   public:
     Utils() = delete;
 
-    // As printf, cut at 255 bytes.
+    // As printf, cut at 255 bytes. Empty for a null FORMAT or a text that cannot be made.
     static std::string formatString(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
     // Makes TEXT safe for XML and for label markup: encodes & " ' < and >, also an & that already

@@ -1,15 +1,22 @@
 // SPDX-License-Identifier: Apache-2.0
 // Text conversion, base64 and storage paths.
+#include <climits>
+#include <cwchar>
+#include <optional>
 #include <set>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include <pthread.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
+#include "common/FailingCall.h"
+#include "common/Thrown.h"
 #include "common/Utils.h"
 #include "common/ZoltConfig.h"
 #include "support/ScriptedPlatform.h"
@@ -52,6 +59,15 @@ TEST(FormatString, ShortTextComesWhole) {
     EXPECT_EQ(Utils::formatString("%s=%d", "n", -5), "n=-5");
     EXPECT_EQ(Utils::formatString("%s", ""), "");
     EXPECT_EQ(Utils::formatString("%s", "%d"), "%d");
+    EXPECT_EQ(Utils::formatString("%d %d", INT_MIN, INT_MAX), "-2147483648 2147483647");
+}
+
+TEST(FormatString, NullFormatOrTextThatCannotBeMadeIsEmpty) {
+    // By a pointer the compiler does not see that the format is none.
+    std::string (*const format)(const char*, ...) = Utils::formatString;
+    EXPECT_EQ(format(nullptr), "");
+    const wchar_t bad[] = {static_cast<wchar_t>(0xD800), 0};
+    EXPECT_EQ(Utils::formatString("[%ls]", bad), "");
 }
 
 TEST(WideText, EachCodePointIsOneCharacter) {
@@ -67,7 +83,21 @@ TEST(WideText, WhatIsNoTextIsSkipped) {
                                             static_cast<wchar_t>(0xDFFF),
                                             static_cast<wchar_t>(0x110000), L'b'}),
               "ab");
+    EXPECT_EQ(Utils::WStrToStr(std::wstring{WCHAR_MIN, L'c', WCHAR_MAX}), "c");
     EXPECT_EQ(Utils::WStrToStr(std::wstring{static_cast<wchar_t>(0x10FFFF)}), "\xf4\x8f\xbf\xbf");
+    EXPECT_EQ(Utils::WStrToStr(std::wstring{static_cast<wchar_t>(0xD7FF)}), "\xed\x9f\xbf");
+    EXPECT_EQ(Utils::WStrToStr(std::wstring{static_cast<wchar_t>(0xE000)}), "\xee\x80\x80");
+    EXPECT_EQ(Utils::StrToWStr("a\xed\xa0\x80"
+                               "b\xf4\x90\x80\x80"
+                               "c\xec"),
+              L"abc");
+}
+
+TEST(WideText, ZeroIsACharacterAndAnyLengthIsKept) {
+    EXPECT_EQ(Utils::StrToWStr(std::string("a\0b", 3)), std::wstring(L"a\0b", 3));
+    EXPECT_EQ(Utils::WStrToStr(std::wstring(L"a\0b", 3)), std::string("a\0b", 3));
+    EXPECT_EQ(Utils::StrToWStr(std::string(1 << 20, 't')), std::wstring(1 << 20, L't'));
+    EXPECT_EQ(Utils::WStrToStr(std::wstring(1 << 20, L't')), std::string(1 << 20, 't'));
 }
 
 TEST(Base64, IsOneLineWithPadding) {
@@ -84,6 +114,21 @@ TEST(Base64, NothingGivesAnEmptyText) {
     EXPECT_EQ(Utils::encodeBase64("", 0), "");
     EXPECT_EQ(Utils::encodeBase64(nullptr, 0), "");
     EXPECT_EQ(Utils::encodeBase64(nullptr, 5), "");
+}
+
+TEST(Base64, DataOfManyPiecesStaysOneLine) {
+    const std::string encoded = Utils::encodeBase64(std::string(3 << 20, '\0').data(), 3 << 20);
+    EXPECT_EQ(encoded, std::string(4 << 20, 'A'));
+}
+
+TEST(Base64, WithoutMemorySaysWhatCouldNotBeAllocated) {
+    const auto encode = [] { Utils::encodeBase64("abc", 3); };
+    {
+        const support::FailingCall failing(support::LibraryCall::NewBio);
+        EXPECT_EQ(ZOLT::thrownBy(encode), "Could not allocate OpenSSL BIO");
+    }
+    const support::FailingCall failing(support::LibraryCall::NewBio, 1);
+    EXPECT_EQ(ZOLT::thrownBy(encode), "Could not allocate memory for BIO");
 }
 
 TEST(FileSize, IsThatOfTheFile) {
@@ -109,6 +154,7 @@ TEST(FileSize, NoFileIsAnAnswerThatLeavesTheSizeAlone) {
     unsigned int size = 7;
     EXPECT_FALSE(Utils::getFileSize("", size));
     EXPECT_FALSE(Utils::getFileSize(folder.file("absent"), size));
+    EXPECT_FALSE(Utils::getFileSize(std::string(100000, 'p'), size));
     EXPECT_EQ(size, 7U);
 }
 
@@ -163,10 +209,39 @@ TEST_F(DownloadPathsTest, DeviceThatIsNotMountedAddsNothing) {
 
 TEST_F(DownloadPathsTest, FailingUsbInterfaceLeavesTheFlash) {
     ScriptedPlatform::get().setUsbMountPaths({"/mnt/a"});
-    ScriptedPlatform::get().answer("usb_device_get_device_list", -1);
-    EXPECT_EQ(Utils::getAvailableDownloadPaths(), std::set<std::string>{"/flash"});
-    ScriptedPlatform::get().answer("usb_get_connected_device_number", -1);
-    EXPECT_EQ(Utils::getAvailableDownloadPaths(), std::set<std::string>{"/flash"});
+    for (const int code : {-1, INT_MIN, INT_MAX}) {
+        ScriptedPlatform::get().answer("usb_device_get_device_list", code);
+        EXPECT_EQ(Utils::getAvailableDownloadPaths(), std::set<std::string>{"/flash"});
+    }
+    EXPECT_EQ(ScriptedPlatform::get().countCalls("usb_device_list_get_first"), 0);
+}
+
+TEST_F(DownloadPathsTest, ListIsAskedForOnlyWhereStorageIsConnected) {
+    ScriptedPlatform::get().setUsbMountPaths({"/mnt/a"});
+    for (const int number : {0, -1, INT_MIN}) {
+        ScriptedPlatform::get().answer("usb_get_connected_device_number", number);
+        EXPECT_EQ(Utils::getAvailableDownloadPaths(), std::set<std::string>{"/flash"});
+    }
+    EXPECT_EQ(ScriptedPlatform::get().countCalls("usb_device_get_device_list"), 0);
+    for (const int number : {1, INT_MAX}) {
+        ScriptedPlatform::get().answer("usb_get_connected_device_number", number);
+        EXPECT_EQ(Utils::getAvailableDownloadPaths().size(), 2U);
+    }
+    EXPECT_EQ(ScriptedPlatform::get().calls("usb_get_connected_device_number").back(),
+              "usb_get_connected_device_number(8)");
+    EXPECT_EQ(ScriptedPlatform::get().calls("usb_device_get_device_list").back(),
+              "usb_device_get_device_list(8)");
+}
+
+TEST_F(DownloadPathsTest, ManyDevicesAndAnEmptyMountPathAllCount) {
+    std::vector<std::optional<std::string>> mounted{std::string(), std::string(100000, 'p')};
+    for (int number = 0; number < 1000; ++number) {
+        mounted.emplace_back("/mnt/" + std::to_string(number));
+    }
+    ScriptedPlatform::get().setUsbMountPaths(mounted);
+    const auto paths = Utils::getAvailableDownloadPaths();
+    EXPECT_EQ(paths.size(), 1003U);
+    EXPECT_EQ(paths.count("/usb"), 1U);
 }
 
 TEST_F(DownloadPathsTest, MissingKeyThrowsAndGivesTheListBack) {
@@ -182,6 +257,29 @@ TEST(ThreadId, IsTheCallersInDecimal) {
     EXPECT_EQ(Utils::getCurrentThreadId(), expected.str());
     EXPECT_TRUE(ZOLT::m_Utilslock.try_lock());
     ZOLT::m_Utilslock.unlock();
+}
+
+TEST(ThreadId, IsAnotherOnAnotherThread) {
+    std::string other;
+    std::thread([&other] { other = Utils::getCurrentThreadId(); }).join();
+    EXPECT_NE(other, "");
+    EXPECT_NE(other, Utils::getCurrentThreadId());
+}
+
+TEST(ThreadId, IsMadeUnderItsLock) {
+    ScriptedPlatform::get().reset();
+    std::optional<bool> free;
+    ScriptedPlatform::get().whenLogged([&free](const support::LogLine&) {
+        std::thread([&free] {
+            free = ZOLT::m_Utilslock.try_lock();
+            if (*free) {
+                ZOLT::m_Utilslock.unlock();
+            }
+        }).join();
+    });
+    Utils::getCurrentThreadId();
+    ScriptedPlatform::get().reset();
+    EXPECT_EQ(free, std::optional<bool>(false));
 }
 
 }  // namespace
