@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Documents read, asked and written, and what each failure says.
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
@@ -10,6 +11,7 @@
 
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
+#include <libxml/xmlerror.h>
 #include <libxml/xmlmemory.h>
 
 #include "common/Exception.h"
@@ -79,6 +81,8 @@ TEST_F(LibXmlTest, BufferThatIsNoDocumentSaysSo) {
     expectFailure(text, [] { LibXml xml("", 0); });
     expectFailure(text, [] { LibXml xml(nullptr, 5); });
     expectFailure(text, [] { LibXml xml("<a/>", -1); });
+    expectFailure(text, [] { LibXml xml("<a/>", INT_MIN); });
+    expectFailure(text, [] { LibXml xml(nullptr, 0); });
 }
 
 TEST_F(LibXmlTest, BufferIsReadToItsSizeOnly) {
@@ -102,7 +106,8 @@ TEST_F(LibXmlTest, FileThatIsNoDocumentSaysSoWithThePath) {
     const support::TemporaryFolder folder;
     LibXml xml;
     for (const std::string& path :
-         {folder.file("absent"), folder.write("broken", "<a>"), folder.path(), std::string()}) {
+         {folder.file("absent"), folder.write("broken", "<a>"), folder.write("empty", ""),
+          folder.path(), std::string(), std::string(100000, 'p')}) {
         expectFailure("Failed to parse XML, file does not exist or is invalid: " + path,
                       [&] { xml.parseFile(path); });
         EXPECT_EQ(xml.doc(), nullptr);
@@ -117,6 +122,24 @@ TEST_F(LibXmlTest, ParsingAgainReplacesTheDocument) {
     EXPECT_EQ(xml.doc(), nullptr);
     xml.parseString("<d/>");
     EXPECT_EQ(nameOf(xml.getRootElement()), "d");
+    const support::TemporaryFolder folder;
+    xml.parseFile(folder.write("e.xml", "<e/>"));
+    EXPECT_EQ(nameOf(xml.xPath("/e")), "e");
+    xml.parseMemory("<f/>", 4);
+    EXPECT_EQ(nameOf(xml.xPath("/f")), "f");
+}
+
+TEST_F(LibXmlTest, EmptyTextIsRefusedBeforeTheFormerDocumentGoes) {
+    LibXml xml(std::string("<a/>"));
+    expectFailure("Input XML is empty", [&] { xml.parseString(""); });
+    EXPECT_EQ(nameOf(xml.xPath("/a")), "a");
+}
+
+TEST_F(LibXmlTest, DocumentOfALongTextIsReadWhole) {
+    const std::string text(5 << 20, 't');
+    LibXml xml("<a n='" + text + "'>" + text + "</a>");
+    EXPECT_EQ(xml.getAttribute(xml.getRootElement(), "n"), text);
+    EXPECT_EQ(xml.getContent(xml.getRootElement()), text);
 }
 
 // Which allocation of libxml2 fails, counted down; 0 fails, below 0 none does.
@@ -128,6 +151,20 @@ void* failingMalloc(size_t size) {
 
 void useMalloc(xmlMallocFunc function) {
     xmlMemSetup(std::free, function, std::realloc, strdup);
+}
+
+// What ACTION, given an object with a document, says when the allocation after SPARED others fails.
+// A path is not asked for: libxml2 would report the lack of memory of that and go on.
+void expectFailureWithoutMemory(const std::string& text, long spared,
+                                const std::function<void(LibXml& xml)>& action) {
+    LibXml xml;
+    xml.create("");
+    xml.addRootNode("root");
+    allocationsLeft = spared;
+    useMalloc(failingMalloc);
+    expectFailure(text, [&] { action(xml); });
+    useMalloc(std::malloc);
+    EXPECT_LT(allocationsLeft, 0);
 }
 
 long allocationsOfAParse(const std::string& text) {
@@ -153,6 +190,45 @@ TEST_F(LibXmlTest, DocumentWithoutAContextIsFreedOnce) {
         expectFailure("Failed to create new XPath context", [&] { LibXml other(text); });
         useMalloc(std::malloc);
     }
+}
+
+TEST_F(LibXmlTest, WritingWithoutMemorySaysWhatCouldNotBeMade) {
+    expectFailureWithoutMemory("Failed to create new XML document tree", 0,
+                               [](LibXml& xml) { xml.create(""); });
+    expectFailureWithoutMemory("Failed to add root node in XML document tree", 0,
+                               [](LibXml& xml) { xml.addRootNode("r"); });
+    expectFailureWithoutMemory("Failed to add child node in XML document tree", 0, [](LibXml& xml) {
+        xml.addChildNode(xml.getRootElement(), "c", "text");
+    });
+    // A node and its name are a piece each.
+    const auto addData = [](LibXml& xml) {
+        xml.addChildCDATANode(xml.getRootElement(), "data", "text");
+    };
+    expectFailureWithoutMemory("Failed to create parent node for CDATA in XML document tree", 0,
+                               addData);
+    expectFailureWithoutMemory("Failed to create CDATA child node in XML document tree", 2,
+                               addData);
+}
+
+TEST_F(LibXmlTest, NodeWhoseDataCouldNotBeMadeIsNotInTheDocument) {
+    LibXml xml;
+    xml.create("");
+    xmlNode* root = xml.addRootNode("root");
+    allocationsLeft = 2;
+    useMalloc(failingMalloc);
+    EXPECT_THROW(xml.addChildCDATANode(root, "data", "text"), Exception);
+    useMalloc(std::malloc);
+    EXPECT_EQ(root->children, nullptr);
+}
+
+TEST_F(LibXmlTest, SerialisingWithoutMemorySaysWhatCouldNotBeMadeAndLeavesTheTextAlone) {
+    std::string out = "former";
+    const auto write = [&out](LibXml& xml) { xml.toString(out); };
+    expectFailureWithoutMemory("Failed to create buffer with xmlBufferCreate().", 0, write);
+    // The buffer is two pieces.
+    expectFailureWithoutMemory("Failed to create output buffer with xmlOutputBufferCreateBuffer().",
+                               2, write);
+    EXPECT_EQ(out, "former");
 }
 
 // How many pieces of memory libxml2 holds.
@@ -236,6 +312,7 @@ TEST_F(LibXmlTest, BrokenInputPrintsNothing) {
         LibXml xml(std::string("<a/>"));
         EXPECT_THROW(xml.xPath("///["), Exception);
         EXPECT_THROW(LibXml().xPath("/a"), Exception);
+        xmlGenericError(xmlGenericErrorContext, "message without a structure\n");
     };
     misuse();
     std::thread(misuse).join();
@@ -251,8 +328,17 @@ TEST_F(LibXmlTest, PathGivesItsFirstNode) {
 
 TEST_F(LibXmlTest, PathWithoutNodesSaysSo) {
     LibXml xml{std::string(DOCUMENT)};
-    for (const std::string path : {"/rsp/list", "", "///[", "count(//b)", "'text'", "b"}) {
+    const std::string nested = std::string(100000, '(') + "/a" + std::string(100000, ')');
+    for (const std::string& path :
+         {std::string("/rsp/list"), std::string(), std::string("///["), std::string("count(//b)"),
+          std::string("'text'"), std::string("b"), std::string(100000, 'a'), nested}) {
         expectFailure("No Node under \"" + path + "\" path", [&] { xml.xPath(path); });
+        expectFailure("Node under \"" + path + "\" path is empty",
+                      [&] { xml.xPathCountNodes(path); });
+        expectFailure("Node \"" + path + "@n\" is empty",
+                      [&] { xml.xPathChildrenCount(path, "n", 0); });
+        expectFailure("Node \"" + path + "@n\" is empty",
+                      [&] { xml.xPathNodeValue(path, "n", 0); });
     }
 }
 
@@ -303,7 +389,10 @@ TEST_F(LibXmlTest, FallbackStandsInForAPathWithoutNodesOnly) {
     LibXml xml{std::string(DOCUMENT)};
     EXPECT_EQ(xml.xPathNodeValueIfExist("/a/b", "n", 1, "fallback"), "two");
     EXPECT_EQ(xml.xPathNodeValueIfExist("/a/b", "absent", 0, "fallback"), "");
+    EXPECT_EQ(xml.xPathNodeValueIfExist("/a/b", "n", INT_MAX, "fallback"), "");
+    EXPECT_EQ(xml.xPathNodeValueIfExist("/a/b", "", 0, "fallback"), "text");
     EXPECT_EQ(xml.xPathNodeValueIfExist("/z", "n", 0, "fallback"), "fallback");
+    EXPECT_EQ(xml.xPathNodeValueIfExist("", "n", 0, ""), "");
 }
 
 TEST_F(LibXmlTest, EmptyAttributeIsThere) {
@@ -317,6 +406,9 @@ TEST_F(LibXmlTest, MissingAttributeThrowsOrGivesTheFallback) {
     xmlNode* node = xml.xPath("/a/b");
     expectFailure("Failed to get attribute: absent", [&] { xml.getAttribute(node, "absent"); });
     EXPECT_EQ(xml.getAttribute(node, "absent", "fallback"), "fallback");
+    EXPECT_EQ(xml.getAttribute(node, "n", "fallback"), "one");
+    EXPECT_EQ(xml.getAttribute(node, nullptr, "fallback"), "fallback");
+    EXPECT_EQ(xml.getAttribute(nullptr, "n", "fallback"), "fallback");
     expectFailure("Failed to get attribute: ", [&] { xml.getAttribute(node, ""); });
     expectFailure("Failed to get attribute: ", [&] { xml.getAttribute(node, nullptr); });
     expectFailure("Failed to get attribute: n", [&] { xml.getAttribute(nullptr, "n"); });
@@ -396,6 +488,54 @@ TEST_F(LibXmlTest, NodesWithoutADocumentOrParentAreRefused) {
     expectFailure("Failed to add child node in XML document tree",
                   [&] { xml.addChildNode(nullptr, "c", "text"); });
     xml.setAttribute(nullptr, "n", "v");
+}
+
+TEST_F(LibXmlTest, OnlyAnElementTakesAChildOrAnAttribute) {
+    LibXml xml(std::string("<a xmlns:p='urn:u' n='1'>text</a>"));
+    for (const char* path : {"/a/text()", "/a/@n", "/a/namespace::p"}) {
+        xmlNode* node = xml.xPath(path);
+        expectFailure("Failed to add child node in XML document tree",
+                      [&] { xml.addChildNode(node, "c", "text"); });
+        xml.setAttribute(node, "m", "2");
+    }
+    std::string out;
+    xml.toString(out);
+    EXPECT_NE(out.find("<a xmlns:p=\"urn:u\" n=\"1\">text</a>"), std::string::npos) << out;
+}
+
+TEST_F(LibXmlTest, NullNameAddsNoAttributeAndANullValueAnEmptyOne) {
+    LibXml xml;
+    xml.create("");
+    xmlNode* root = xml.addRootNode("root");
+    xml.setAttribute(root, nullptr, "v");
+    EXPECT_EQ(root->properties, nullptr);
+    xml.setAttribute(root, "n", nullptr);
+    EXPECT_EQ(xml.getAttribute(root, "n", "missing"), "");
+    xml.setAttribute(root, "n", "v");
+    xml.setAttribute(root, "n", nullptr);
+    EXPECT_EQ(xml.getAttribute(root, "n", "missing"), "");
+}
+
+TEST_F(LibXmlTest, NamesAndTextsOfAnyLengthAreWritten) {
+    LibXml xml;
+    xml.create("");
+    const std::string longest(1 << 20, 'n');
+    xmlNode* root = xml.addRootNode(longest);
+    xml.setAttribute(root, longest.c_str(), longest.c_str());
+    EXPECT_EQ(xml.getContent(xml.addChildNode(root, longest, longest)), longest);
+    EXPECT_EQ(nameOf(root), longest);
+    EXPECT_EQ(xml.getAttribute(root, longest.c_str()), longest);
+    EXPECT_EQ(nameOf(xml.addChildNode(root, "", "")), "");
+    EXPECT_EQ(nameOf(xml.addChildCDATANode(root, "", "")), "");
+    EXPECT_EQ(nameOf(xml.addRootNode("")), "");
+}
+
+TEST_F(LibXmlTest, NewDocumentWithoutARootIsWrittenAsItsFirstLine) {
+    LibXml xml;
+    xml.create("");
+    std::string out;
+    xml.toString(out);
+    EXPECT_EQ(out, "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n");
 }
 
 TEST_F(LibXmlTest, CDataNodeWithoutAParentBelongsToTheCaller) {
