@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The daemon's flag file.
+#include <climits>
+#include <memory>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -28,10 +30,9 @@ class ConditionFileTest : public testing::Test {
 
 TEST_F(ConditionFileTest, FlagIsAnEmptyFileThatStaysWhenItsObjectGoes) {
     const std::string path = folder.write("flag", "former");
-    {
-        ConditionFileForDaemonActivation flag(path);
-        EXPECT_TRUE(flag.create());
-    }
+    auto flag = std::make_unique<ConditionFileForDaemonActivation>(path);
+    EXPECT_TRUE(flag->create());
+    flag.reset();
     EXPECT_TRUE(support::fileExists(path));
     EXPECT_EQ(support::readFile(path), "");
 }
@@ -49,6 +50,14 @@ TEST_F(ConditionFileTest, FlagThatCannotBeWrittenIsAnAnswerAndNoException) {
               1);
 }
 
+TEST_F(ConditionFileTest, EmptyOrEndlessPathIsAnAnswerAndNoException) {
+    for (const std::string& path : {std::string(), std::string(100000, 'p')}) {
+        ConditionFileForDaemonActivation flag(path);
+        EXPECT_FALSE(flag.create());
+        EXPECT_FALSE(flag.remove());
+    }
+}
+
 TEST_F(ConditionFileTest, RemoveTakesTheFlagAwayOnce) {
     ConditionFileForDaemonActivation flag(folder.write("flag", ""));
     EXPECT_TRUE(flag.remove());
@@ -62,7 +71,7 @@ TEST_F(ConditionFileTest, ReleaseImageDoesNotTellThePath) {
 }
 
 TEST_F(ConditionFileTest, AnyOtherImageTellsThePath) {
-    for (const int type : {DeviceInfo::IMAGE_DEBUG, DeviceInfo::IMAGE_PERF}) {
+    for (const int type : {+DeviceInfo::IMAGE_DEBUG, +DeviceInfo::IMAGE_PERF, INT_MIN, INT_MAX}) {
         ScriptedPlatform::get().clearLog();
         DeviceInfo::m_imageType = type;
         const ConditionFileForDaemonActivation flag("the/flag");

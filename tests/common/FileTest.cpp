@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Saving, testing and removing one file.
+#include <memory>
 #include <string>
 
 #include <sys/stat.h>
@@ -65,11 +66,37 @@ TEST_F(FileTest, SaveToAFullDeviceLogsTheDataAndFails) {
                                                 "Cannot save data to file, data is: " + data));
 }
 
-TEST_F(FileTest, EmptyPathCannotBeUsed) {
-    EXPECT_FALSE(File("").save("x"));
-    EXPECT_FALSE(File("").exists());
-    EXPECT_FALSE(File("").remove());
-    EXPECT_FALSE(File(std::string(100000, 'p')).save("x"));
+TEST_F(FileTest, LittleThatAFullDeviceRefusesAtTheCloseGoesUnnoticed) {
+    EXPECT_TRUE(File("/dev/full").save("little"));
+    expectOnlyTrace("save");
+}
+
+TEST_F(FileTest, EmptyOrEndlessPathCannotBeUsed) {
+    for (const std::string& path : {std::string(), std::string(100000, 'p')}) {
+        ScriptedPlatform::get().clearLog();
+        EXPECT_FALSE(File(path).save("x"));
+        EXPECT_TRUE(ScriptedPlatform::get().hasLine(LOG_ID_SYSTEM, DLOG_WARN,
+                                                    "Cannot open file, path is: " + path));
+        EXPECT_FALSE(File(path).exists());
+        EXPECT_FALSE(File::exists(path));
+        EXPECT_FALSE(File(path).remove());
+        EXPECT_EQ(File(path).getPath(), path);
+    }
+}
+
+TEST_F(FileTest, SaveOverAFolderFailsAndLeavesIt) {
+    EXPECT_FALSE(File(folder.path()).save("x"));
+    EXPECT_TRUE(ScriptedPlatform::get().hasLine(LOG_ID_SYSTEM, DLOG_WARN,
+                                                "Cannot open file, path is: " + folder.path()));
+    EXPECT_TRUE(File::exists(folder.path()));
+}
+
+TEST_F(FileTest, RemoveTakesAnEmptyFolderAndNoOther) {
+    folder.write("full/file", "");
+    EXPECT_FALSE(File(folder.file("full")).remove());
+    EXPECT_TRUE(File(folder.file("full/file")).remove());
+    EXPECT_TRUE(File(folder.file("full")).remove());
+    EXPECT_FALSE(File::exists(folder.file("full")));
 }
 
 TEST_F(FileTest, RemoveTakesTheFileAway) {
@@ -111,6 +138,32 @@ TEST_F(FileTest, FileThatCannotBeReadDoesNotExist) {
     const bool exists = File(path).exists();
     ASSERT_EQ(seteuid(user), 0);
     EXPECT_FALSE(exists);
+}
+
+// Answers with nothing of its base.
+class OtherFile : public File {
+  public:
+    explicit OtherFile(bool& gone) : File("path"), m_gone(gone) {}
+    ~OtherFile() override { m_gone = true; }
+    bool remove() override { return true; }
+    bool save(std::string data) override { return data == "other"; }
+    bool exists() override { return true; }
+    std::string getPath() override { return "other"; }
+
+  private:
+    bool& m_gone;
+};
+
+TEST_F(FileTest, EachOperationCanBeTakenOverByADerivedFile) {
+    bool gone = false;
+    std::unique_ptr<File> file = std::make_unique<OtherFile>(gone);
+    EXPECT_TRUE(file->remove());
+    EXPECT_TRUE(file->save("other"));
+    EXPECT_TRUE(file->exists());
+    EXPECT_EQ(file->getPath(), "other");
+    file.reset();
+    EXPECT_TRUE(gone);
+    EXPECT_TRUE(ScriptedPlatform::get().log().empty());
 }
 
 TEST_F(FileTest, PathComesBackAsGiven) {
