@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The application's identity in the log.
 #include <stdexcept>
+#include <string>
 
 #include <boost/regex.hpp>
 #include <gtest/gtest.h>
@@ -37,6 +38,20 @@ TEST_F(VersionTest, IsThreeLinesWithTabsAtDebug) {
         << messages[0];
     EXPECT_EQ(messages[1], "Version:\t\t\tZOLT-1.0.7");
     EXPECT_EQ(messages[2], "AppName:\t\t\tZOLT GUI");
+}
+
+TEST_F(VersionTest, EmptyOrLongTextsAreStillThreeLines) {
+    const support::TemporaryFolder folder;
+    ZoltConfig::initialize(folder.write("config.xml", "<c><i name=\"SourceVersion\"/></c>"));
+    ZoltConfig::load();
+    const std::string longest(1 << 20, 'n');
+    Version::printVersion("");
+    Version::printVersion(longest);
+    const auto messages = ScriptedPlatform::get().messages(LOG_ID_SYSTEM, DLOG_DEBUG);
+    ASSERT_EQ(messages.size(), 6U);
+    EXPECT_EQ(messages[1], "Version:\t\t\tZOLT-");
+    EXPECT_EQ(messages[2], "AppName:\t\t\t");
+    EXPECT_EQ(messages[5], "AppName:\t\t\t" + longest);
 }
 
 TEST_F(VersionTest, MissingVersionThrowsAsTheConfigurationDoes) {

@@ -52,6 +52,16 @@ TEST_F(ZoltConfigTest, DirectChildrenOfTheRootAreTheSettings) {
     EXPECT_THROW(ZoltConfig::get("inner"), std::out_of_range);
 }
 
+TEST_F(ZoltConfigTest, EmptyAndEndlessKeysAndValuesAreKept) {
+    const std::string longest(1 << 20, 'k');
+    load("<c><i name=\"\">empty</i><i name=\"" + longest + "\">" + longest + "</i></c>");
+    EXPECT_EQ(ZoltConfig::get(""), "empty");
+    EXPECT_EQ(ZoltConfig::get(longest), longest);
+    EXPECT_TRUE(ZoltConfig::is(longest, longest));
+    EXPECT_FALSE(ZoltConfig::is(longest, ""));
+    EXPECT_THROW(ZoltConfig::getInt(longest), std::invalid_argument);
+}
+
 TEST_F(ZoltConfigTest, LaterValueOfAKeyWins) {
     load("<c><i name=\"key\">1</i><i name=\"key\">2</i></c>");
     EXPECT_EQ(ZoltConfig::get("key"), "2");
@@ -61,6 +71,8 @@ TEST_F(ZoltConfigTest, ItemWithoutTextIsStoredAsAnEmptyText) {
     load("<c><i name=\"key\"/></c>");
     EXPECT_EQ(ZoltConfig::get("key"), "");
     expectError<std::invalid_argument>("stoi", [] { ZoltConfig::getInt("key"); });
+    expectError<std::invalid_argument>("stoull", [] { ZoltConfig::getUll("key"); });
+    EXPECT_TRUE(ZoltConfig::is("key", ""));
 }
 
 TEST_F(ZoltConfigTest, NumberEndsAtTheFirstCharacterThatIsNoDigit) {
@@ -70,14 +82,32 @@ TEST_F(ZoltConfigTest, NumberEndsAtTheFirstCharacterThatIsNoDigit) {
 }
 
 TEST_F(ZoltConfigTest, ExtremeNumbersAreRead) {
-    load("<c><i name=\"min\">-2147483648</i><i name=\"max\">18446744073709551615</i></c>");
+    load(
+        "<c><i name=\"min\">-2147483648</i><i name=\"max\">2147483647</i>"
+        "<i name=\"zero\">0</i><i name=\"ull\">18446744073709551615</i></c>");
     EXPECT_EQ(ZoltConfig::getInt("min"), -2147483647 - 1);
-    EXPECT_EQ(ZoltConfig::getUll("max"), 18446744073709551615ULL);
+    EXPECT_EQ(ZoltConfig::getInt("max"), 2147483647);
+    EXPECT_EQ(ZoltConfig::getInt("zero"), 0);
+    EXPECT_EQ(ZoltConfig::getUll("zero"), 0U);
+    EXPECT_EQ(ZoltConfig::getUll("ull"), 18446744073709551615ULL);
+}
+
+TEST_F(ZoltConfigTest, NumbersAreDecimalWithBlanksAndASignBeforeThem) {
+    load("<c><i name=\"a\"> \n+12 </i><i name=\"b\">010</i><i name=\"c\">-1</i></c>");
+    EXPECT_EQ(ZoltConfig::getInt("a"), 12);
+    EXPECT_EQ(ZoltConfig::getUll("a"), 12U);
+    EXPECT_EQ(ZoltConfig::getInt("b"), 10);
+    EXPECT_EQ(ZoltConfig::getUll("b"), 10U);
+    EXPECT_EQ(ZoltConfig::getUll("c"), 18446744073709551615ULL) << "as the C library has it";
 }
 
 TEST_F(ZoltConfigTest, NumberOutOfRangeThrows) {
-    load("<c><i name=\"int\">2147483648</i><i name=\"ull\">18446744073709551616</i></c>");
+    load(
+        "<c><i name=\"int\">2147483648</i><i name=\"below\">-2147483649</i>"
+        "<i name=\"ull\">18446744073709551616</i></c>");
     expectError<std::out_of_range>("stoi", [] { ZoltConfig::getInt("int"); });
+    expectError<std::out_of_range>("stoi", [] { ZoltConfig::getInt("below"); });
+    expectError<std::out_of_range>("stoi", [] { ZoltConfig::getInt("ull"); });
     expectError<std::out_of_range>("stoull", [] { ZoltConfig::getUll("ull"); });
 }
 
@@ -145,7 +175,12 @@ TEST_F(ZoltConfigTest, MissingOrBrokenFileThrowsWithItsPath) {
         ZoltConfig::initialize(folder.write("config.xml", broken));
         expectError<ZOLT::Exception>(start + folder.file("config.xml"), [] { ZoltConfig::load(); });
     }
+    const std::string endless(100000, 'p');
+    ZoltConfig::initialize(endless);
+    expectError<ZOLT::Exception>(start + endless, [] { ZoltConfig::load(); });
     ZoltConfig::deinitialize();
+    expectError<ZOLT::Exception>(start, [] { ZoltConfig::load(); });
+    ZoltConfig::initialize("");
     expectError<ZOLT::Exception>(start, [] { ZoltConfig::load(); });
 }
 
@@ -155,6 +190,7 @@ TEST_F(ZoltConfigTest, ElementWithoutANameThrowsAndWhatWasReadStays) {
     });
     EXPECT_EQ(ZoltConfig::get("before"), "1");
     EXPECT_THROW(ZoltConfig::get("after"), std::out_of_range);
+    EXPECT_THROW(ZoltConfig::get(""), std::out_of_range);
 }
 
 TEST_F(ZoltConfigTest, FileWithoutItemsGivesAnEmptyTable) {
