@@ -153,8 +153,8 @@ void useMalloc(xmlMallocFunc function) {
     xmlMemSetup(std::free, function, std::realloc, strdup);
 }
 
-// What ACTION, given an object with a document, says when the allocation after SPARED others fails.
-// A path is not asked for: libxml2 would report the lack of memory of that and go on.
+// That ACTION, given an object with a document, says TEXT when the allocation after SPARED others
+// fails.
 void expectFailureWithoutMemory(const std::string& text, long spared,
                                 const std::function<void(LibXml& xml)>& action) {
     LibXml xml;
@@ -210,17 +210,6 @@ TEST_F(LibXmlTest, WritingWithoutMemorySaysWhatCouldNotBeMade) {
                                addData);
 }
 
-TEST_F(LibXmlTest, NodeWhoseDataCouldNotBeMadeIsNotInTheDocument) {
-    LibXml xml;
-    xml.create("");
-    xmlNode* root = xml.addRootNode("root");
-    allocationsLeft = 2;
-    useMalloc(failingMalloc);
-    EXPECT_THROW(xml.addChildCDATANode(root, "data", "text"), Exception);
-    useMalloc(std::malloc);
-    EXPECT_EQ(root->children, nullptr);
-}
-
 TEST_F(LibXmlTest, SerialisingWithoutMemorySaysWhatCouldNotBeMadeAndLeavesTheTextAlone) {
     std::string out = "former";
     const auto write = [&out](LibXml& xml) { xml.toString(out); };
@@ -235,8 +224,9 @@ TEST_F(LibXmlTest, SerialisingWithoutMemorySaysWhatCouldNotBeMadeAndLeavesTheTex
 long held = 0;
 
 void* heldMalloc(size_t size) {
-    ++held;
-    return std::malloc(size);
+    void* piece = failingMalloc(size);
+    held += piece != nullptr ? 1 : 0;
+    return piece;
 }
 
 void* heldRealloc(void* old, size_t size) {
@@ -256,9 +246,10 @@ void heldFree(void* piece) {
 
 // What is left when ACTION is over.
 long leftBy(const std::function<void()>& action) {
+    allocationsLeft = -1;
+    xmlMemSetup(heldFree, heldMalloc, heldRealloc, heldStrdup);
     action();  // the library keeps things from a first time
     held = 0;
-    xmlMemSetup(heldFree, heldMalloc, heldRealloc, heldStrdup);
     action();
     useMalloc(std::malloc);
     return held;
@@ -300,6 +291,41 @@ TEST_F(LibXmlTest, ADocumentThatCannotBeWrittenKeepsItsBufferForGood) {
                   std::string out;
                   xml.toString(out);
               }),
+              0);
+}
+
+// The same with an allocation that fails after SPARED others.
+long leftWithoutMemoryBy(long spared, const std::function<void(LibXml& xml)>& action) {
+    return leftBy([&] {
+        LibXml xml;
+        xml.create("");
+        xml.addRootNode("root");
+        allocationsLeft = spared;
+        EXPECT_THROW(action(xml), Exception);
+        EXPECT_LT(allocationsLeft, 0);
+    });
+}
+
+TEST_F(LibXmlTest, ABufferThatCannotBeWrittenToStaysForGoodToo) {
+    EXPECT_GT(leftWithoutMemoryBy(2,
+                                  [](LibXml& xml) {
+                                      std::string out;
+                                      xml.toString(out);
+                                  }),
+              0);
+}
+
+TEST_F(LibXmlTest, NodeWhoseDataCouldNotBeMadeIsNotInTheDocumentAndDoesNotStay) {
+    EXPECT_EQ(leftWithoutMemoryBy(2,
+                                  [](LibXml& xml) {
+                                      xmlNode* root = xml.getRootElement();
+                                      try {
+                                          xml.addChildCDATANode(root, "data", "text");
+                                      } catch (const Exception&) {
+                                          EXPECT_EQ(root->children, nullptr);
+                                          throw;
+                                      }
+                                  }),
               0);
 }
 
