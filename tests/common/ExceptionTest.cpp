@@ -167,6 +167,7 @@ TEST_F(ExceptionTest, CodeIsKeptByEachConstructorAndByACopy) {
          {Exception("text", other), Exception(text, other), Exception("%d", 5, other),
           Exception("%s", "text", other), Exception("%s", text, other), Exception("%", 5, other)}) {
         EXPECT_EQ(exception.code(), other);
+        EXPECT_EQ(Exception(exception).code(), other);
     }
 }
 

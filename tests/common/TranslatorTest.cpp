@@ -161,7 +161,11 @@ TEST_F(TranslatorTest, LocaleThatTheSystemDoesNotHaveIsAFailure) {
 TEST_F(TranslatorTest, TranslatedIdDoesNotTouchTheLocale) {
     Translator translator = inLanguageOfSet();
     const support::ScopedEnvironment nowhere("LOCPATH", "/absent");
-    EXPECT_STREQ(translator.getText("SID_OK"), "okay") << "a switch would fail here";
+    {
+        const support::FailingCall watched(support::LibraryCall::SetLocale);
+        EXPECT_STREQ(translator.getText("SID_OK"), "okay") << "a switch would fail here";
+        EXPECT_FALSE(watched.happened()) << "nor is the locale asked for";
+    }
     EXPECT_EQ(currentLocale(), SET);
 }
 
