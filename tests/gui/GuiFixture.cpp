@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <clocale>
 #include <cstdlib>
+#include <memory>
 
 #include <libintl.h>
 
@@ -217,6 +218,24 @@ bool GuiFixture::looksFocused(Evas_Object* button) {
 
 Evas_Object* GuiFixture::focusedIn(Evas_Object* object) {
     return elm_object_focused_object_get(elm_object_top_widget_get(object));
+}
+
+void GuiFixture::noteEvent(Evas_Object* object, Evas_Callback_Type event, const std::string& name,
+                           std::vector<std::string>& order) {
+    struct Note {
+        std::string name;
+        std::vector<std::string>& order;
+    };
+    // Kept to the end of the process: what is deleted may tell of more than its deletion.
+    static std::vector<std::unique_ptr<Note>> notes;
+    notes.push_back(std::make_unique<Note>(Note{name, order}));
+    evas_object_event_callback_add(
+        object, event,
+        [](void* data, Evas* /*canvas*/, Evas_Object* /*object*/, void* /*eventInfo*/) {
+            const auto* note = static_cast<Note*>(data);
+            note->order.push_back(note->name);
+        },
+        notes.back().get());
 }
 
 Box GuiFixture::geometryOf(const Evas_Object* object) {

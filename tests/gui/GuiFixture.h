@@ -71,6 +71,9 @@ class GuiFixture : public ::testing::Test {
     static bool looksFocused(Evas_Object* button);
     // The widget that has the focus in the window of OBJECT.
     static Evas_Object* focusedIn(Evas_Object* object);
+    // Adds NAME to ORDER, which outlives OBJECT, whenever EVENT comes to OBJECT.
+    static void noteEvent(Evas_Object* object, Evas_Callback_Type event, const std::string& name,
+                          std::vector<std::string>& order);
     static Box geometryOf(const Evas_Object* object);
     static Box minimumOf(const Evas_Object* object);
     static Box maximumOf(const Evas_Object* object);

@@ -2,6 +2,7 @@
 // What all screens share: window and layout, accessibility modes, key grabs, widgets and popups.
 #include <filesystem>
 
+#include <Ecore_Evas.h>
 #include <gmock/gmock.h>
 
 #include "common/Exception.h"
@@ -14,6 +15,7 @@
 #include "gui/Screen.h"
 #include "gui/ShownScreen.h"
 #include "gui/Speech.h"
+#include "gui/ToolkitWatch.h"
 
 namespace {
 
@@ -39,6 +41,14 @@ class ScreenTest : public support::GuiFixture {
   protected:
     static std::string windowTitle(const Screen& screen) {
         return elm_win_title_get(windowOf(screen));
+    }
+    // How many windows the toolkit has.
+    static unsigned windows() {
+        settle();
+        Eina_List* all = ecore_evas_ecore_evas_list_get();
+        const unsigned count = eina_list_count(all);
+        eina_list_free(all);
+        return count;
     }
 };
 
@@ -80,6 +90,28 @@ TEST_F(ScreenTest, HasAHiddenWindowOfTheScreensSizeFilledByItsLayout) {
     EXPECT_TRUE(evas_object_visible_get(layoutOf(screen)));
     EXPECT_EQ("ShopListWindow", groupOf(layoutOf(screen)));
     EXPECT_EQ(1.0, elm_object_scale_get(layoutOf(screen)));
+}
+
+TEST_F(ScreenTest, ItsWindowIsKnownByTheProgramsName) {
+    const PlainScreen screen;
+    const char* name = nullptr;
+    ecore_evas_name_class_get(ecore_evas_ecore_evas_get(evas_object_evas_get(windowOf(screen))),
+                              &name, nullptr);
+    EXPECT_STREQ("zoltgui", name);
+}
+
+TEST_F(ScreenTest, WithoutAWindowOrALayoutItThrowsTheSameAndLeavesNoWindow) {
+    const unsigned before = windows();
+    for (const char* refused : {"elm_win_util_standard_add", "elm_layout_add"}) {
+        SCOPED_TRACE(refused);
+        support::ToolkitWatch toolkit;
+        toolkit.refuse(refused);
+        EXPECT_EQ("Cannot allocate memory for window instance", failureOf([] { PlainScreen(); }));
+        EXPECT_EQ(1U, toolkit.callsOf(refused).size());
+        EXPECT_EQ(before, windows());
+    }
+    const PlainScreen screen;
+    EXPECT_EQ(before + 1, windows());
 }
 
 TEST_F(ScreenTest, ShowMakesTheWindowVisible) {
@@ -125,15 +157,17 @@ TEST_F(ScreenTest, TheEndDeletesLayoutAndWindow) {
     EXPECT_EQ(2, gone);
 }
 
-TEST_F(ScreenTest, TheEndDeletesThePopupToo) {
-    int gone = 0;
+TEST_F(ScreenTest, TheEndDeletesThePopupThenTheLayoutThenTheWindow) {
+    std::vector<std::string> order;
     {
         PlainScreen screen;
         const Popup* popup = screen.addMessagePopup("SID_OK");
-        watch(widgetOf(*popup), &gone);
-        watch(backgroundOf(*popup), &gone);
+        noteEvent(widgetOf(*popup), EVAS_CALLBACK_DEL, "popup", order);
+        noteEvent(backgroundOf(*popup), EVAS_CALLBACK_DEL, "background", order);
+        noteEvent(layoutOf(screen), EVAS_CALLBACK_DEL, "layout", order);
+        noteEvent(windowOf(screen), EVAS_CALLBACK_DEL, "window", order);
     }
-    EXPECT_EQ(2, gone);
+    EXPECT_THAT(order, ElementsAre("popup", "background", "layout", "window"));
     EXPECT_EQ(1, entered("~MessagePopup"));
 }
 
@@ -337,6 +371,13 @@ TEST_F(ScreenTest, AChangeOfSizeReportsHowSmallTheLayoutCanBe) {
                        std::to_string(height)));
 }
 
+TEST_F(ScreenTest, TheLayoutTellsOfAChangeOfItsSize) {
+    const PlainScreen screen;
+    elm_layout_signal_emit(layoutOf(screen), "size,changed", "");
+    edje_object_message_signal_process(elm_layout_edje_get(layoutOf(screen)));
+    EXPECT_EQ(1, entered("onSizeChanged"));
+}
+
 TEST_F(ScreenTest, AChangeOfSizeWithoutALayoutIsLogged) {
     announceWarning("Could not retrieve layout");
     Screen::onSizeChanged(nullptr, nullptr, "size,changed", "");
@@ -401,6 +442,12 @@ TEST_F(ScreenTest, AButtonFillsBothDirectionsAndIsNotShown) {
     EXPECT_FALSE(evas_object_visible_get(button));
 }
 
+TEST_F(ScreenTest, AButtonHasTheStyleThatItIsMadeWith) {
+    const PlainScreen screen;
+    EXPECT_EQ("default", styleOf(Screen::createButton(layoutOf(screen), "SID_OK", noteCall, nullptr,
+                                                      nullptr, "default")));
+}
+
 TEST_F(ScreenTest, AButtonCallsBackWithItsData) {
     const PlainScreen screen;
     int calls = 0;
@@ -459,11 +506,31 @@ TEST_F(ScreenTest, AnImageHasItsSizeAndKeepsIt) {
     EXPECT_FALSE(evas_object_visible_get(image));
 }
 
-TEST_F(ScreenTest, AProgressAnimationHasItsStyleAndIsNotShown) {
+TEST_F(ScreenTest, AnImageHasItsFile) {
+    const support::TemporaryFolder folder;
+    const std::string file = folder.write("dots.ppm", "P6 2 1 255\nabcdef");
+    const PlainScreen screen;
+    Evas_Object* image = Screen::createImage(layoutOf(screen), file.c_str(), 40, 30);
+    const char* shown = nullptr;
+    const char* group = "some group";
+    elm_image_file_get(image, &shown, &group);
+    EXPECT_STREQ(file.c_str(), shown);
+    EXPECT_EQ(nullptr, group);
+    int width = 0;
+    int height = 0;
+    elm_image_object_size_get(image, &width, &height);
+    EXPECT_EQ(std::make_pair(2, 1), std::make_pair(width, height));
+}
+
+TEST_F(ScreenTest, AProgressAnimationIsStartedHasItsStyleAndIsNotShown) {
+    const support::ToolkitWatch toolkit;
     const PlainScreen screen;
     Evas_Object* progress = Screen::createProgressAnimation(layoutOf(screen));
+    EXPECT_THAT(toolkit.callsOf("elm_progressbar_pulse"), ElementsAre(progress));
     double x = 0;
     double y = 0;
+    evas_object_size_hint_weight_get(progress, &x, &y);
+    EXPECT_EQ(std::make_pair(1.0, 1.0), std::make_pair(x, y));
     evas_object_size_hint_align_get(progress, &x, &y);
     EXPECT_EQ(std::make_pair(-1.0, 0.5), std::make_pair(x, y));
     EXPECT_EQ("c_progress_circle_normal", styleOf(progress));
@@ -490,6 +557,7 @@ TEST_F(ScreenTest, TheIconOfAButtonFollowsItsTextAndTheReadingDirection) {
             screen.addButton("singleBtn", row.text, noteCall, nullptr, true, false);
             Evas_Object* button = partOf(layoutOf(screen), "singleBtn");
             EXPECT_EQ(row.text, textOf(button));
+            EXPECT_EQ("c_button_icontext", styleOf(button));
             EXPECT_EQ(orientation == 1 ? row.rightToLeft : row.leftToRight, iconOf(button));
             EXPECT_TRUE(evas_object_visible_get(button));
         }
@@ -600,13 +668,21 @@ class ScreenPopupTest : public ScreenTest, public ::testing::WithParamInterface<
 TEST_P(ScreenPopupTest, IsMadeHiddenWithItsTextButtonsAndTimeout) {
     for (int width : {1920, 1280, 3840}) {
         PlainScreen screen("ShopListWindow", width, width * 9 / 16);
+        platform().clearLog();
         Popup* popup = GetParam().make(screen);
+        EXPECT_EQ(GetParam().timeout > 0 ? 1 : 0, entered("setTimeout"));
         EXPECT_EQ(popup, screen.getPopup());
         EXPECT_FALSE(popup->getVisible());
         EXPECT_FALSE(evas_object_visible_get(widgetOf(*popup)));
         EXPECT_EQ("c_popup_bottom", styleOf(widgetOf(*popup)));
         EXPECT_EQ("COM_SID_ZOLT_CONTENT", textOf(widgetOf(*popup), "title,text"));
         EXPECT_EQ(GetParam().text, Controller::m_currentLabelText);
+        Evas_Object* content = partOf(widgetOf(*popup));
+        if (dynamic_cast<LoadingPopup*>(popup) != nullptr) {
+            EXPECT_EQ("popup/LoadingPopup", styleOf(elm_table_child_get(content, 2, 0)));
+        } else {
+            EXPECT_EQ("popup/c_popup_bottom", styleOf(content));
+        }
         EXPECT_EQ(GetParam().timeout, elm_popup_timeout_get(widgetOf(*popup)));
         ASSERT_EQ(static_cast<int>(GetParam().buttons.size()), popup->getButtonCount());
         for (std::size_t index = 0; index < GetParam().buttons.size(); ++index) {

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+// Sees the calls of which no widget tells afterwards, and can have the toolkit make nothing.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include <Elementary.h>
+
+namespace support {
+
+// Watches some of the toolkit's functions from construction to destruction: those that make a
+// window, a layout, a popup and a scroller, and the one that starts a progress bar. One at a time.
+class ToolkitWatch {
+  public:
+    ToolkitWatch();
+    ~ToolkitWatch();
+    ToolkitWatch(const ToolkitWatch&) = delete;
+    ToolkitWatch& operator=(const ToolkitWatch&) = delete;
+
+    // FUNCTION, as "elm_popup_add", gives null from here on, as it does without memory.
+    void refuse(const std::string& function) { m_refused = function; }
+    // The widgets that FUNCTION was called with, in order; a window is made with none.
+    std::vector<Evas_Object*> callsOf(const std::string& function) const;
+
+    // Takes a call in, and tells whether the toolkit is to have it.
+    bool take(const std::string& function, Evas_Object* widget);
+
+  private:
+    std::string m_refused;
+    std::map<std::string, std::vector<Evas_Object*>> m_calls;
+};
+
+}  // namespace support
