@@ -6,6 +6,7 @@
 #include "gui/GuiFixture.h"
 #include "gui/LoadingPopup.h"
 #include "gui/MainMenuRegisteredScreen.h"
+#include "gui/ToolkitWatch.h"
 
 namespace {
 
@@ -101,12 +102,20 @@ TEST_F(LoadingPopupTest, ItsTextIsHandedToSpeechAsNewAndUnread) {
     EXPECT_FALSE(Controller::m_wasLabelRead);
 }
 
-TEST_F(LoadingPopupTest, ItsButtonsHaveNoGreatestSize) {
+TEST_F(LoadingPopupTest, ItsCircleIsStartedOnce) {
+    const support::ToolkitWatch toolkit;
+    make(1920, 1080);
+    EXPECT_EQ(std::vector<Evas_Object*>{m_popup->progress()},
+              toolkit.callsOf("elm_progressbar_pulse"));
+}
+
+TEST_F(LoadingPopupTest, ItsButtonsHaveTheirStyleAndNoGreatestSize) {
     m_popup->addButton(
         "SID_OK", [](void*, Evas_Object*, void*) {}, nullptr, nullptr);
     Evas_Object* button = partOf(widgetOf(*m_popup), "button1");
     EXPECT_EQ("SID_OK", textOf(button));
     EXPECT_EQ("none", iconOf(button));
+    EXPECT_EQ("c_button_icontext", styleOf(button));
     EXPECT_NE(500, maximumOf(button).width);
     EXPECT_EQ(1, m_popup->getButtonCount());
 }

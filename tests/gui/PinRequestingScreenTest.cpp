@@ -4,6 +4,7 @@
 #include "gui/GuiFixture.h"
 #include "gui/PinRequestingScreen.h"
 #include "gui/Speech.h"
+#include "gui/ToolkitWatch.h"
 
 namespace {
 
@@ -22,6 +23,13 @@ TEST_F(PinRequestingScreenTest, HasItsTitleItsCircleAndTwoLines) {
     ASSERT_EQ(1U, circles.size());
     EXPECT_EQ("c_progress_circle_normal", styleOf(circles.front()));
     EXPECT_TRUE(evas_object_visible_get(circles.front()));
+}
+
+TEST_F(PinRequestingScreenTest, ItsCircleIsStartedOnce) {
+    const support::ToolkitWatch toolkit;
+    const PinRequestingScreen screen(1920, 1080);
+    EXPECT_EQ(childrenOf(layoutOf(screen), "animationBox"),
+              toolkit.callsOf("elm_progressbar_pulse"));
 }
 
 TEST_F(PinRequestingScreenTest, InEnlargedModeItHasAGroupOfItsOwn) {

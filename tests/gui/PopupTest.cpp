@@ -2,6 +2,8 @@
 // What all popups share: showing, hiding, going, buttons, keys and the timeout.
 #include <memory>
 
+#include <gmock/gmock.h>
+
 #include "common/Exception.h"
 #include "gui/EventHandler.h"
 #include "gui/GuiFixture.h"
@@ -10,12 +12,15 @@
 #include "gui/MessagePopup.h"
 #include "gui/Popup.h"
 #include "gui/ShownScreen.h"
+#include "gui/ToolkitWatch.h"
 
 namespace {
 
 using namespace ZOLT;
 using namespace ZOLT::GUI;
 using support::Box;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 void ignore(void* /*data*/, Evas_Object* /*object*/, void* /*eventInfo*/) {}
 
@@ -102,6 +107,25 @@ TEST_F(PopupTest, ShowAndHideTurnItAndItsRectangleOnAndOffWithoutLoss) {
     EXPECT_EQ("SID_OK", textOf(buttonOf(*popup, 1)));
 }
 
+TEST_F(PopupTest, ItsRectangleComesAndGoesAheadOfItAndIsDeletedAfterIt) {
+    const auto popup = popupOf(1920, 1080);
+    std::vector<std::string> order;
+    for (const auto& [event, name] :
+         {std::pair(EVAS_CALLBACK_SHOW, "shown"), std::pair(EVAS_CALLBACK_HIDE, "hidden"),
+          std::pair(EVAS_CALLBACK_DEL, "deleted")}) {
+        noteEvent(widgetOf(*popup), event, std::string("popup ") + name, order);
+        noteEvent(backgroundOf(*popup), event, std::string("rectangle ") + name, order);
+    }
+    popup->show();
+    EXPECT_THAT(order, ElementsAre("rectangle shown", "popup shown"));
+    order.clear();
+    popup->hide();
+    EXPECT_THAT(order, ElementsAre("rectangle hidden", "popup hidden"));
+    order.clear();
+    popup->destroy();
+    EXPECT_THAT(order, ElementsAre("popup deleted", "rectangle deleted"));
+}
+
 TEST_F(PopupTest, DestroyRemovesTheWidgetsAndMayBeFollowedByAnything) {
     const auto popup = popupOf(1920, 1080);
     popup->show();
@@ -120,6 +144,44 @@ TEST_F(PopupTest, WithoutAParentItThrows) {
         EXPECT_STREQ("Cannot allocate memory for popup instance", error.what());
         EXPECT_EQ(GENERIC_ERROR, error.code());
     }
+}
+
+// The rectangles on the canvas of OBJECT that dim what lies beneath, from the lowest up.
+std::vector<Evas_Object*> dimmingRectangles(Evas_Object* object) {
+    std::vector<Evas_Object*> found;
+    for (Evas_Object* each = evas_object_bottom_get(evas_object_evas_get(object)); each != nullptr;
+         each = evas_object_above_get(each)) {
+        int alpha = 0;
+        evas_object_color_get(each, nullptr, nullptr, nullptr, &alpha);
+        if (std::string("rectangle") == evas_object_type_get(each) && alpha == 76) {
+            found.push_back(each);
+        }
+    }
+    return found;
+}
+
+TEST_F(PopupTest, WithoutAPopupWidgetItThrowsAndItsRectangleStaysBehindUnseen) {
+    ASSERT_THAT(dimmingRectangles(layoutOf(*m_screen)), IsEmpty());
+    support::ToolkitWatch toolkit;
+    toolkit.refuse("elm_popup_add");
+    try {
+        popupOf(1280, 720);
+        FAIL() << "nothing was thrown";
+    } catch (const Exception& error) {
+        EXPECT_STREQ("Cannot allocate memory for popup instance", error.what());
+        EXPECT_EQ(GENERIC_ERROR, error.code());
+    }
+    EXPECT_THAT(toolkit.callsOf("elm_popup_add"), ElementsAre(layoutOf(*m_screen)));
+    const auto left = dimmingRectangles(layoutOf(*m_screen));
+    ASSERT_EQ(1U, left.size());
+    EXPECT_EQ(1280, geometryOf(left.front()).width);
+    EXPECT_FALSE(evas_object_visible_get(left.front()));
+}
+
+TEST_F(PopupTest, HasTheStyleThatItIsMadeWith) {
+    const MessagePopup popup(layoutOf(*m_screen), "default", 1920, 1080);
+    EXPECT_EQ("default", styleOf(widgetOf(popup)));
+    EXPECT_EQ("c_popup_bottom", styleOf(widgetOf(*popupOf(1920, 1080))));
 }
 
 TEST_F(PopupTest, TwoButtonsAreCountedAndPutInTheirParts) {
@@ -217,9 +279,12 @@ TEST_F(PopupTest, AShortTimeoutRunsOutByItself) {
 TEST_F(PopupTest, ATimeoutOfNothingIsHandedOnAsItIs) {
     const auto popup = popupOf(1920, 1080);
     for (double seconds : {0.0, -1.0}) {
+        popup->setTimeout(60.0, ignore);
         popup->setTimeout(seconds, ignore);
         Evas_Object* plain = elm_popup_add(layoutOf(*m_screen));
+        elm_popup_timeout_set(plain, 60.0);
         elm_popup_timeout_set(plain, seconds);
+        EXPECT_NE(60.0, elm_popup_timeout_get(plain));
         EXPECT_EQ(elm_popup_timeout_get(plain), elm_popup_timeout_get(widgetOf(*popup)));
         evas_object_del(plain);
     }

@@ -4,6 +4,7 @@
 #include "gui/GuiFixture.h"
 #include "gui/SearchRegInfoScreen.h"
 #include "gui/Speech.h"
+#include "gui/ToolkitWatch.h"
 
 namespace {
 
@@ -19,6 +20,13 @@ TEST_F(SearchRegInfoScreenTest, HasItsTitleItsCircleAndTwoLines) {
     EXPECT_EQ("SID_CONTENT_SEARCH_REG_INFO", textOf(layoutOf(screen), "text1"));
     EXPECT_EQ("SID_PLEASE_WAIT_DOT_KR_DIFF", textOf(layoutOf(screen), "text2"));
     EXPECT_EQ(1U, childrenOf(layoutOf(screen), "animationBox").size());
+}
+
+TEST_F(SearchRegInfoScreenTest, ItsCircleIsStartedOnce) {
+    const support::ToolkitWatch toolkit;
+    const SearchRegInfoScreen screen(1920, 1080);
+    EXPECT_EQ(childrenOf(layoutOf(screen), "animationBox"),
+              toolkit.callsOf("elm_progressbar_pulse"));
 }
 
 TEST_F(SearchRegInfoScreenTest, InEnlargedModeItHasAGroupOfItsOwn) {
