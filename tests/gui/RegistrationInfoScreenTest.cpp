@@ -2,12 +2,14 @@
 // The table of choices that lead to a shop, in both directions and sizes.
 #include <array>
 #include <memory>
+#include <utility>
 
 #include "gui/Controller.h"
 #include "gui/EventHandler.h"
 #include "gui/GuiFixture.h"
 #include "gui/RegistrationInfoScreen.h"
 #include "gui/ShownScreen.h"
+#include "gui/ToolkitWatch.h"
 
 namespace {
 
@@ -35,6 +37,17 @@ class RegistrationInfoScreenTest : public support::GuiFixture {
         }
         m_screen = std::make_unique<RegistrationInfoScreen>(records, 1920, 1080);
         // The shops go here, before anything is drawn.
+    }
+    // The share of spare room that a widget asks for, across and down.
+    static std::pair<double, double> weightOf(const Evas_Object* widget) {
+        std::pair<double, double> weight;
+        evas_object_size_hint_weight_get(widget, &weight.first, &weight.second);
+        return weight;
+    }
+    static std::pair<double, double> alignmentOf(const Evas_Object* widget) {
+        std::pair<double, double> alignment;
+        evas_object_size_hint_align_get(widget, &alignment.first, &alignment.second);
+        return alignment;
     }
     Evas_Object* scroller() const { return partOf(layoutOf(*m_screen), "scroller"); }
     std::vector<Evas_Object*> rows() const {
@@ -74,10 +87,8 @@ TEST_F(RegistrationInfoScreenTest, ThereIsARowForEachLevelAndOneForTheCodeOfTheL
         EXPECT_EQ("", textOf(row, "leftText_RTL"));
         EXPECT_EQ("", textOf(row, "rightText_RTL"));
         EXPECT_TRUE(evas_object_visible_get(row));
-        double x = 0;
-        double y = 0;
-        evas_object_size_hint_align_get(row, &x, &y);
-        EXPECT_EQ(std::make_pair(-1.0, -1.0), std::make_pair(x, y));
+        EXPECT_EQ(std::pair(-1.0, -1.0), alignmentOf(row));
+        EXPECT_EQ(std::pair(1.0, 1.0), weightOf(row));
         EXPECT_EQ(1.0, elm_object_scale_get(row));
     }
 }
@@ -107,6 +118,8 @@ TEST_F(RegistrationInfoScreenTest, InEnlargedModeItsGroupIsAnotherAndEveryRowIsL
     show({{"Country", "Freedonia", "01"}, {"City", "Fredville", "0102"}});
     EXPECT_EQ("RegistrationInfoWindowEnlarge", groupOf(layoutOf(*m_screen)));
     EXPECT_DOUBLE_EQ(1.2, elm_object_scale_get(layoutOf(*m_screen)));
+    // A row without a scale of its own would have that of the layout.
+    elm_object_scale_set(layoutOf(*m_screen), 3.0);
     ASSERT_EQ(3U, rows().size());
     for (Evas_Object* row : rows()) {
         EXPECT_DOUBLE_EQ(1.2, elm_object_scale_get(row));
@@ -136,6 +149,35 @@ TEST_F(RegistrationInfoScreenTest, ItScrollsUpAndDownOnly) {
     EXPECT_TRUE(bounceAcross);
     EXPECT_FALSE(bounceDown);
     EXPECT_TRUE(elm_scroller_propagate_events_get(scroller()));
+}
+
+TEST_F(RegistrationInfoScreenTest, TheScrollerIsMadeOnTheWindowAndFillsItsPart) {
+    const support::ToolkitWatch toolkit;
+    show({{"City", "Fredville", "0102"}});
+    EXPECT_EQ(std::vector<Evas_Object*>{windowOf(*m_screen)}, toolkit.callsOf("elm_scroller_add"));
+    EXPECT_EQ(std::pair(-1.0, -1.0), alignmentOf(scroller()));
+    EXPECT_EQ(std::pair(1.0, 1.0), weightOf(scroller()));
+}
+
+TEST_F(RegistrationInfoScreenTest, ItsRowsStandCloseTogetherAtTheTop) {
+    show({{"City", "Fredville", "0102"}});
+    Evas_Object* box = partOf(scroller());
+    int across = -1;
+    int down = -1;
+    elm_box_padding_get(box, &across, &down);
+    EXPECT_EQ(std::pair(0, 0), std::pair(across, down));
+    EXPECT_EQ(std::pair(0.5, 0.0), weightOf(box));
+}
+
+// The toolkit's own calls come also from what the scroller holds.
+TEST_F(RegistrationInfoScreenTest, TheScrollerTellsWhenItGetsAndLosesTheFocus) {
+    show({{"City", "Fredville", "0102"}});
+    evas_object_smart_callback_call(scroller(), "unfocused", nullptr);
+    EXPECT_EQ(1, entered("unfocusedItemCb"));
+    EXPECT_EQ(0, entered("focusedItemCb"));
+    evas_object_smart_callback_call(scroller(), "focused", nullptr);
+    EXPECT_EQ(1, entered("focusedItemCb"));
+    EXPECT_EQ(1, entered("unfocusedItemCb"));
 }
 
 TEST_F(RegistrationInfoScreenTest, TheScrollerTellsOfItsKeysWhenTheyArePressed) {
