@@ -345,6 +345,22 @@ TEST_F(SelectionPopupTest, RestoredWithNothingConfirmedItForgetsTheRowAndKeepsTh
     EXPECT_TRUE(logged("Selected Item is getting focused"));
 }
 
+TEST_F(SelectionPopupTest, ReopenedWithNothingPickedTheListHasTheFocusAndOkCannotTakeIt) {
+    SelectionPopup& popup = openAndShow();
+    Evas_Object* cancel = partOf(widgetOf(popup), "button2");
+    elm_object_focus_set(cancel, EINA_TRUE);
+    ASSERT_TRUE(turnUntil([cancel] { return focusedIn(cancel) == cancel; }));
+    popup.hide();
+    settle();
+    platform().clearLog();
+    reopen();
+    EXPECT_EQ(&popup, m_screen->getPopup());
+    EXPECT_EQ(nullptr, popup.m_selectedItem);
+    EXPECT_TRUE(logged("No Shop is selected now so deactivate OK button"));
+    EXPECT_TRUE(turnUntil([&] { return focusedIn(popup.m_list) == popup.m_list; }));
+    EXPECT_FALSE(takesFocus(okOf(popup)));
+}
+
 TEST_F(SelectionPopupTest, TheListTellsOfItsKeysWhenTheyAreReleased) {
     const SelectionPopup& popup = openAndShow();
     platform().clearLog();
