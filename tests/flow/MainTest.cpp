@@ -38,12 +38,15 @@ class OwnStreams {
         stdout = openHigh();
         stderr = openHigh();
     }
-    ~OwnStreams() {
+    ~OwnStreams() { giveBack(); }
+    OwnStreams(const OwnStreams&) = delete;
+    OwnStreams& operator=(const OwnStreams&) = delete;
+
+    // The test has its streams again; once more does no harm.
+    void giveBack() {
         stdout = m_output;
         stderr = m_errors;
     }
-    OwnStreams(const OwnStreams&) = delete;
-    OwnStreams& operator=(const OwnStreams&) = delete;
 
   private:
     static FILE* openHigh() {
@@ -91,10 +94,11 @@ class MainTest : public FlowFixture {
 
     // Runs the program with LIFE in the place of the framework's main loop, and returns its status.
     static int run(const std::function<int(Callbacks&, void*)>& life) {
-        platform().setAppMain([&life](int, char**, Callbacks* callbacks, void* data) {
+        OwnStreams streams;
+        platform().setAppMain([&](int, char**, Callbacks* callbacks, void* data) {
+            streams.giveBack();  // the program has closed its own, and what fails is to be told
             return life(*callbacks, data);
         });
-        const OwnStreams streams;
         char name[] = "zolt-hub";
         char* arguments[] = {name, nullptr};
         const int status = zolt_main(1, arguments);
