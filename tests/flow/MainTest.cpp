@@ -214,16 +214,24 @@ TEST_F(MainTest, AnythingElseThatIsThrownIsStatusOneToo) {
     EXPECT_EQ(5, counter());
 }
 
-TEST_F(MainTest, AnExceptionDestroysTheFlow) {
+TEST_F(MainTest, AnExceptionEndsTheThreadPoolAndThenTheFlow) {
     announceWarning("Exception caught: broken");
     EXPECT_EQ(1, run([](Callbacks& callbacks, void* data) -> int {
                   callbacks.create(data);
                   callbacks.app_control(nullptr, data);
                   EXPECT_NE(nullptr, Controller::m_self);
                   dropScreens();
+                  platform().clearLog();
                   throw std::runtime_error("broken");
               }));
     EXPECT_EQ(nullptr, Controller::m_self);
+    std::vector<std::string> order;
+    for (const auto& line : platform().log()) {
+        if (line.function == "~ThreadPool" || line.function == "~Controller") {
+            order.push_back(line.function);
+        }
+    }
+    EXPECT_THAT(order, ElementsAre("~ThreadPool", "~Controller"));
 }
 
 // --- the start
