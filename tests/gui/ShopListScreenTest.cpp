@@ -7,6 +7,7 @@
 #include "gui/SelectionPopup.h"
 #include "gui/ShopListScreen.h"
 #include "gui/ShownScreen.h"
+#include "gui/ToolkitWatch.h"
 
 namespace {
 
@@ -111,6 +112,13 @@ TEST_F(ShopListScreenTest, TheDropDownHasItsStyleAndTheFocus) {
     screen->show();
     activate(*screen);
     EXPECT_EQ(dropDown, focusedIn(dropDown));
+}
+
+TEST_F(ShopListScreenTest, TheDropDownIsToldOnceWhereItsTextStands) {
+    const support::ToolkitWatch toolkit;
+    const auto screen = screenOf();
+    EXPECT_EQ(std::vector<Evas_Object*>{partOf(layoutOf(*screen), "selectBtn")},
+              toolkit.callsOf(R"(elm_layout_signal_emit("edc,align,left", ""))"));
 }
 
 TEST_F(ShopListScreenTest, OkOnTheDropDownOpensTheListOnce) {

@@ -8,7 +8,7 @@ namespace {
 
 support::ToolkitWatch* current = nullptr;
 
-bool taken(const char* function, Evas_Object* widget) {
+bool taken(const std::string& function, Evas_Object* widget) {
     return current == nullptr || current->take(function, widget);
 }
 
@@ -16,6 +16,10 @@ bool taken(const char* function, Evas_Object* widget) {
 template <typename Function>
 Function* behind(Function* /*function*/, const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+std::string quoted(const char* text) {
+    return '"' + std::string(text) + '"';
 }
 
 }  // namespace
@@ -45,6 +49,13 @@ void elm_progressbar_pulse(Evas_Object* obj, Eina_Bool state) {
     static auto* const next = behind(elm_progressbar_pulse, "elm_progressbar_pulse");
     if (state == EINA_FALSE || taken("elm_progressbar_pulse", obj)) {
         next(obj, state);
+    }
+}
+
+void elm_layout_signal_emit(Evas_Object* obj, const char* emission, const char* source) {
+    static auto* const next = behind(elm_layout_signal_emit, "elm_layout_signal_emit");
+    if (taken("elm_layout_signal_emit(" + quoted(emission) + ", " + quoted(source) + ")", obj)) {
+        next(obj, emission, source);
     }
 }
 
