@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The popup that waits: its table, its sizes, its text and its circle.
 #include <memory>
+#include <utility>
 
 #include "gui/Controller.h"
 #include "gui/GuiFixture.h"
@@ -50,6 +51,10 @@ TEST_F(LoadingPopupTest, ATableWithAMarginAndTheCircleIsItsContent) {
     elm_table_padding_get(m_popup->table(), &horizontal, &vertical);
     EXPECT_EQ(34, horizontal);
     EXPECT_EQ(0, vertical);
+    double x = 0;
+    double y = 0;
+    evas_object_size_hint_weight_get(m_popup->table(), &x, &y);
+    EXPECT_EQ(std::make_pair(1.0, 1.0), std::make_pair(x, y));
     EXPECT_NE(nullptr, cell(0));
     EXPECT_EQ(m_popup->progress(), cell(1));
     EXPECT_EQ(nullptr, cell(2));
@@ -83,6 +88,12 @@ TEST_F(LoadingPopupTest, ItsTextStandsBesideTheCircleWithoutALimitOrMarkup) {
     EXPECT_EQ(text, textOf(cell(2)));
     EXPECT_EQ("popup/LoadingPopup", styleOf(cell(2)));
     EXPECT_TRUE(evas_object_visible_get(cell(2)));
+    double x = 0;
+    double y = 0;
+    evas_object_size_hint_align_get(cell(2), &x, &y);
+    EXPECT_EQ(std::make_pair(-1.0, -1.0), std::make_pair(x, y));
+    evas_object_size_hint_weight_get(cell(2), &x, &y);
+    EXPECT_EQ(std::make_pair(1.0, 1.0), std::make_pair(x, y));
 }
 
 TEST_F(LoadingPopupTest, ItsTextFollowsALaterChangeOfLanguage) {

@@ -39,6 +39,8 @@ TEST_F(MessagePopupTest, ItsTextIsCentredAndShown) {
     double y = 0;
     evas_object_size_hint_align_get(label(), &x, &y);
     EXPECT_EQ(std::make_pair(0.5, 0.5), std::make_pair(x, y));
+    evas_object_size_hint_weight_get(label(), &x, &y);
+    EXPECT_EQ(std::make_pair(1.0, 1.0), std::make_pair(x, y));
     EXPECT_EQ("popup/c_popup_bottom", styleOf(label()));
     m_screen->show();
     m_popup->show();
