@@ -1,0 +1,162 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Breaks the program on purpose, one place at a time, and sees that a test fails each time.
+
+mutants.toml lists the places. A copy of the tree is built with each mutant in turn, and the tests named
+beside it are run: a mutant is caught when one of them fails, or does not end in ten times the time that
+they take with the program as it is. What no test notices has survived, and is what this tool is for.
+"""
+
+import argparse
+import glob
+import os
+import re
+import shutil
+import subprocess
+import sys
+import time
+import tomllib
+
+_ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", ".."))
+_LIST = os.path.join(os.path.dirname(__file__), "mutants.toml")
+_PRESET = "virtual-set"
+
+
+class MutationError(Exception):
+    """Why nothing can be told of a mutant, in one line."""
+
+
+class Tree:
+    """A copy of the working tree with a build of its own. Files that have not changed keep their times,
+    so that a second run builds only what is new."""
+
+    def __init__(self, folder):
+        self.folder = folder
+        names = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
+                               cwd=_ROOT, check=True, capture_output=True, text=True).stdout
+        for name in filter(None, names.split("\0")):
+            self.restore(name)
+
+    def path(self, name):
+        return os.path.join(self.folder, name)
+
+    def restore(self, name):
+        source, copy = os.path.join(_ROOT, name), self.path(name)
+        if not os.path.exists(source):
+            return
+        if os.path.exists(copy):
+            with open(source, "rb") as one, open(copy, "rb") as other:
+                if one.read() == other.read():
+                    return
+        os.makedirs(os.path.dirname(copy), exist_ok=True)
+        shutil.copy(source, copy)
+
+    def put(self, name, old, new):
+        """Replaces the one place of the file NAME that reads OLD."""
+        with open(self.path(name), encoding="utf-8") as file:
+            text = file.read()
+        if text.count(old) != 1:
+            raise MutationError(f"{name} reads {old!r} {text.count(old)} times, and not once")
+        with open(self.path(name), "w", encoding="utf-8") as file:
+            file.write(text.replace(old, new))
+
+    def build(self, targets):
+        told = subprocess.run([self.path("tools/build"), _PRESET, *targets], capture_output=True,
+                              text=True, check=False)
+        if told.returncode != 0:
+            wrong = re.findall(r"^.*\berror: .*", told.stderr, re.M) or [told.stderr]
+            raise MutationError("it does not compile: " + wrong[0])
+
+    def run(self, test, limit):
+        """Runs TEST, "name:filter"; returns what failed, or None. LIMIT: seconds."""
+        name, _, tests = test.partition(":")
+        program, = glob.glob(self.path(f"build/{_PRESET}/tests/*/{name}_tests"))
+        with open(os.path.join(self.folder, "test.log"), "w+", encoding="utf-8", errors="replace") as log:
+            process = subprocess.Popen(
+                [program, "--gtest_fail_fast", f"--gtest_filter={tests}"], cwd=os.path.dirname(program),
+                stdin=subprocess.DEVNULL, stdout=log, stderr=subprocess.STDOUT, start_new_session=True)
+            try:
+                status = process.wait(limit)
+            except subprocess.TimeoutExpired:
+                os.killpg(process.pid, 9)
+                process.wait()
+                return "its time"
+            log.seek(0)
+            said = log.read()
+        if status != 0:
+            failed = re.findall(r"^\[  FAILED  \] (\S+)", said, re.M)
+            return failed[0] if failed else f"status {status}"
+        if not re.search(r"^\[  PASSED  \] [1-9]", said, re.M):
+            raise MutationError(f"there is no test {test}")
+        return None
+
+
+def targets_of(mutants):
+    return sorted({mutant["test"].partition(":")[0] + "_tests" for mutant in mutants})
+
+
+def time_of_tests(tree, mutants):
+    """How long each test takes with the program as it is, by its name; all must pass."""
+    times = {}
+    tree.build(targets_of(mutants))
+    for test in sorted({mutant["test"] for mutant in mutants}):
+        started = time.monotonic()
+        failed = tree.run(test, 1200)
+        if failed:
+            raise MutationError(f"{failed} fails with the program as it is")
+        times[test] = time.monotonic() - started
+    return times
+
+
+def try_mutant(tree, mutant, limit):
+    """What noticed the mutant, or None."""
+    tree.put(mutant["file"], mutant["old"], mutant["new"])
+    try:
+        tree.build(targets_of([mutant]))
+        return tree.run(mutant["test"], limit)
+    finally:
+        tree.restore(mutant["file"])
+
+
+def main():
+    parser = argparse.ArgumentParser(description="Breaks the program on purpose and sees that a test fails.")
+    parser.add_argument("--list", action="store_true", help="tell the mutants, and try none")
+    parser.add_argument("word", nargs="*", help="only the mutants whose file or description has this word")
+    choice = parser.parse_args()
+    with open(_LIST, "rb") as file:
+        mutants = tomllib.load(file)["mutant"]
+    mutants = [mutant for mutant in mutants
+               if all(word in mutant["file"] + " " + mutant["what"] for word in choice.word)]
+    if choice.list:
+        for mutant in mutants:
+            print(f"{os.path.basename(mutant['file'])}: {mutant['what']}")
+        return 0
+
+    tree = Tree(os.path.join(_ROOT, "build", "mutation"))
+    times = time_of_tests(tree, mutants)
+    survivors, unclear = [], []
+    for number, mutant in enumerate(mutants, 1):
+        name = f"{os.path.basename(mutant['file'])}: {mutant['what']}"
+        try:
+            caught = try_mutant(tree, mutant, 60 + 10 * times[mutant["test"]])
+        except MutationError as error:
+            unclear.append(name)
+            verdict = f"UNCLEAR, {error}"
+        else:
+            verdict = f"caught by {caught}" if caught else "SURVIVED"
+            if not caught:
+                survivors.append(name)
+        print(f"{number}/{len(mutants)} {name}: {verdict}", flush=True)
+    caught = len(mutants) - len(survivors) - len(unclear)
+    print(f"{caught} of {len(mutants)} mutants caught")
+    for name in survivors:
+        print(f"survived: {name}")
+    for name in unclear:
+        print(f"unclear: {name}")
+    return 0 if caught == len(mutants) else 1
+
+
+if __name__ == "__main__":
+    try:
+        sys.exit(main())
+    except MutationError as wrong:
+        sys.exit(f"mutate: {wrong}")
