@@ -21,6 +21,7 @@ namespace {
 
 constexpr int ERROR_NO_VALUE = -1;
 constexpr int ERROR_BAD_HANDLE = -22;
+constexpr int ERROR_BAD_PARAMETER = -22;
 
 struct Connection : ScriptedPlatform::Object {};
 
@@ -87,8 +88,11 @@ struct ScriptedPlatform::State {
     int orientation = 0;
     int factoryType = FACTORY_DATA_TYPE_SERVER_RECORD;
     int factoryInteger = 0;
+    std::vector<unsigned char> factoryBuffer;
+    bool acceptsNullPlaces = false;
     time_t clock = 1463128402;  // 2016-05-13 08:33:22
     long secondsAheadOfUtc = 0;
+    std::optional<tm> brokenDownTime;
     std::vector<std::optional<std::string>> usbMountPaths;
     Network network;
 
@@ -117,6 +121,9 @@ struct ScriptedPlatform::State {
         const auto fixed = fixedAnswers.find(function);
         return fixed == fixedAnswers.end() ? otherwise : fixed->second;
     }
+
+    // The answer to a null place for a result.
+    int nullPlace() const { return acceptsNullPlaces ? 0 : ERROR_BAD_PARAMETER; }
 
     template <typename T>
     T* handOut(Handout kind) {
@@ -163,6 +170,7 @@ class Locked {
   public:
     Locked() : m_state(ScriptedPlatform::get().lockedState(m_lock)) {}
     State* operator->() { return &m_state; }
+    State& operator*() { return m_state; }
     void unlock() { m_lock.unlock(); }
 
     int call(const std::string& function, const std::string& arguments = "", int otherwise = 0) {
@@ -187,7 +195,10 @@ int giveText(const std::optional<std::string>& text, char** value) {
 }
 
 template <typename Map, typename Key, typename Value>
-int giveInt(const Map& values, const Key& key, Value* value) {
+int giveInt(const State& state, const Map& values, const Key& key, Value* value) {
+    if (value == nullptr) {
+        return state.nullPlace();
+    }
     const auto found = values.find(key);
     if (found == values.end()) {
         return ERROR_NO_VALUE;
@@ -197,7 +208,10 @@ int giveInt(const Map& values, const Key& key, Value* value) {
 }
 
 template <typename Map, typename Key>
-int giveTextOf(const Map& values, const Key& key, char** value) {
+int giveTextOf(const State& state, const Map& values, const Key& key, char** value) {
+    if (value == nullptr) {
+        return state.nullPlace();
+    }
     const auto found = values.find(key);
     return found == values.end() ? ERROR_NO_VALUE : giveText(found->second, value);
 }
@@ -330,6 +344,11 @@ void ScriptedPlatform::answers(const std::string& function, const std::vector<in
     m_state->queuedAnswers[function].assign(codes.begin(), codes.end());
 }
 
+void ScriptedPlatform::acceptNullPlaces(bool accept) {
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    m_state->acceptsNullPlaces = accept;
+}
+
 void ScriptedPlatform::whenCalled(const std::string& function, std::function<void()> action) {
     const std::lock_guard<std::mutex> guard(m_mutex);
     m_state->actions[function] = std::move(action);
@@ -391,6 +410,16 @@ void ScriptedPlatform::setFactoryRecord(int type, int firstInteger) {
     const std::lock_guard<std::mutex> guard(m_mutex);
     m_state->factoryType = type;
     m_state->factoryInteger = firstInteger;
+}
+
+std::vector<unsigned char> ScriptedPlatform::factoryBuffer() const {
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    return m_state->factoryBuffer;
+}
+
+void ScriptedPlatform::setBrokenDownTime(const std::optional<tm>& time) {
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    m_state->brokenDownTime = time;
 }
 
 void ScriptedPlatform::setClock(time_t localSeconds, long secondsAheadOfUtc) {
@@ -556,7 +585,7 @@ int __dlog_print(log_id_t id, int priority, const char* tag, const char* format,
 int vconf_get_int(const char* key, int* value) {
     Locked state;
     const int code = state.call("vconf_get_int", key);
-    return code != 0 ? code : support::giveInt(state->vconfInts, key, value);
+    return code != 0 ? code : support::giveInt(*state, state->vconfInts, key, value);
 }
 
 int vconf_set_int(const char* key, int value) {
@@ -572,7 +601,7 @@ char* vconf_get_str(const char* key) {
     Locked state;
     char* value = nullptr;
     if (state.call("vconf_get_str", key) == 0) {
-        support::giveTextOf(state->vconfTexts, key, &value);
+        support::giveTextOf(*state, state->vconfTexts, key, &value);
     }
     return value;
 }
@@ -600,13 +629,13 @@ int vconf_ignore_key_changed(const char* key, vconf_callback_fn /*callback*/) {
 int runtime_info_get_value_int(runtime_info_key_e key, int* value) {
     Locked state;
     const int code = state.call("runtime_info_get_value_int", std::to_string(key));
-    return code != 0 ? code : support::giveInt(state->runtimeInts, key, value);
+    return code != 0 ? code : support::giveInt(*state, state->runtimeInts, key, value);
 }
 
 int runtime_info_get_value_string(runtime_info_key_e key, char** value) {
     Locked state;
     const int code = state.call("runtime_info_get_value_string", std::to_string(key));
-    return code != 0 ? code : support::giveTextOf(state->runtimeTexts, key, value);
+    return code != 0 ? code : support::giveTextOf(*state, state->runtimeTexts, key, value);
 }
 
 int runtime_info_set_changed_cb(runtime_info_key_e key, runtime_info_changed_cb callback,
@@ -631,19 +660,19 @@ int runtime_info_unset_changed_cb(runtime_info_key_e key) {
 int system_info_get_value_int(system_info_key_e key, int* value) {
     Locked state;
     const int code = state.call("system_info_get_value_int", std::to_string(key));
-    return code != 0 ? code : support::giveInt(state->systemInts, key, value);
+    return code != 0 ? code : support::giveInt(*state, state->systemInts, key, value);
 }
 
 int system_info_get_value_string(system_info_key_e key, char** value) {
     Locked state;
     const int code = state.call("system_info_get_value_string", std::to_string(key));
-    return code != 0 ? code : support::giveTextOf(state->systemTexts, key, value);
+    return code != 0 ? code : support::giveTextOf(*state, state->systemTexts, key, value);
 }
 
 int system_settings_get_value_string(system_settings_key_e key, char** value) {
     Locked state;
     const int code = state.call("system_settings_get_value_string", std::to_string(key));
-    return code != 0 ? code : support::giveTextOf(state->settingTexts, key, value);
+    return code != 0 ? code : support::giveTextOf(*state, state->settingTexts, key, value);
 }
 
 int system_settings_set_value_int(system_settings_key_e key, int value) {
@@ -752,6 +781,10 @@ int ua_UI_orientation_get(void) {
 int GetData(int id, void* buffer) {
     Locked state;
     const int type = state.call("GetData", std::to_string(id), state->factoryType);
+    auto* bytes = static_cast<unsigned char*>(buffer);
+    state->factoryBuffer.assign(bytes, bytes + FACTORY_DATA_RECORD_SIZE);
+    // The whole record is the platform's to write.
+    std::memset(bytes, 0xA5, FACTORY_DATA_RECORD_SIZE);
     std::memcpy(buffer, &state->factoryInteger, sizeof state->factoryInteger);
     return type;
 }
@@ -765,12 +798,19 @@ time_t CTimeUtil::GetCurrentTime() {
 void CTimeUtil::Unsigned_gmtime_r(const time_t* seconds, struct tm* result) {
     Locked state;
     state.call("CTimeUtil::Unsigned_gmtime_r", std::to_string(*seconds));
+    if (state->brokenDownTime) {
+        *result = *state->brokenDownTime;
+        return;
+    }
     gmtime_r(seconds, result);
 }
 
 void CTimeUtil::ConvertToUTCTime(struct tm* time) {
     Locked state;
     state.call("CTimeUtil::ConvertToUTCTime");
+    if (state->brokenDownTime) {
+        return;
+    }
     const time_t seconds = timegm(time) - state->secondsAheadOfUtc;
     gmtime_r(&seconds, time);
 }
@@ -835,7 +875,7 @@ int usb_device_free_device_list(usb_device_list_h list) {
 
 namespace {
 
-using TextOfProfile = std::string support::NetworkProfile::*;
+using TextOfProfile = std::optional<std::string> support::NetworkProfile::*;
 
 int profileText(const char* function, const std::string& arguments, connection_profile_h profile,
                 TextOfProfile text, char** value) {
@@ -929,14 +969,14 @@ int connection_profile_iterator_next(connection_profile_iterator_h iterator,
     if (code != 0) {
         return code;
     }
-    if (profile == nullptr) {
-        return CONNECTION_ERROR_INVALID_PARAMETER;
-    }
     auto* found = state->find<ProfileIterator>(iterator);
     if (found == nullptr || found->next >= state->network.profiles.size()) {
         return CONNECTION_ERROR_ITERATOR_END;
     }
     auto& entry = state->network.profiles[found->next++];
+    if (profile == nullptr) {
+        return state->nullPlace();
+    }
     *profile = entry.null ? nullptr : &entry;
     return 0;
 }

@@ -38,12 +38,12 @@ struct LogLine {
     std::string text;  // as it was given to the platform
 };
 
-// One profile of the network connection.
+// One profile of the network connection. A text without a value reads as null with result 0.
 struct NetworkProfile {
     int type = CONNECTION_PROFILE_TYPE_ETHERNET;
-    std::string dns = "192.168.0.2";
-    std::string gateway = "192.168.0.1";
-    std::string mask = "255.255.255.0";
+    std::optional<std::string> dns = "192.168.0.2";
+    std::optional<std::string> gateway = "192.168.0.1";
+    std::optional<std::string> mask = "255.255.255.0";
     int ipConfigType = CONNECTION_IP_CONFIG_TYPE_DYNAMIC;
     bool null = false;  // the iterator yields a null profile in its place
 };
@@ -51,8 +51,8 @@ struct NetworkProfile {
 // The network as the connection interface shows it.
 struct Network {
     int type = CONNECTION_TYPE_ETHERNET;
-    std::string ip = "192.168.0.10";
-    std::string mac = "00:11:22:33:44:55";
+    std::optional<std::string> ip = "192.168.0.10";
+    std::optional<std::string> mac = "00:11:22:33:44:55";
     std::vector<NetworkProfile> profiles = {NetworkProfile{}};
 };
 
@@ -117,6 +117,9 @@ class ScriptedPlatform {
     void answer(const std::string& function, int code);
     // FUNCTION returns these codes in turn, and after them what it returned before.
     void answers(const std::string& function, const std::vector<int>& codes);
+    // Whether a null place for a result is none of the platform's business: the call then answers
+    // as usual and gives nothing. Otherwise it answers -22, its code for a bad parameter.
+    void acceptNullPlaces(bool accept);
     // ACTION runs at each call of FUNCTION before it answers, without a lock held. It may throw.
     void whenCalled(const std::string& function, std::function<void()> action);
 
@@ -135,6 +138,11 @@ class ScriptedPlatform {
     void setOrientation(int orientation);
     // The type that GetData answers and the first integer that it puts into the buffer.
     void setFactoryRecord(int type, int firstInteger);
+    // The buffer as GetData got it last.
+    std::vector<unsigned char> factoryBuffer() const;
+    // What the clock breaks down to, whatever its seconds are; std::nullopt asks the calendar
+    // again.
+    void setBrokenDownTime(const std::optional<tm>& time);
     // Local time of the set as seconds, and how far it is ahead of UTC.
     void setClock(time_t localSeconds, long secondsAheadOfUtc);
     void setUsbMountPaths(const std::vector<std::optional<std::string>>& paths);
