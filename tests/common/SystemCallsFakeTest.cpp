@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "common/Exception.h"
+#include "common/ScarceMemory.h"
 #include "common/ZoltConfig.h"
 #include "common/systemcalls/SystemCallsFactory.h"
 #include "common/systemcalls/SystemCallsFake.h"
@@ -26,13 +27,21 @@ namespace {
 
 using Values = std::map<std::string, std::string>;
 
-void changed(runtime_info_key_e /*key*/, void* /*data*/) {}
+// Counts the notices of all subscriptions, each of which hands its place as data.
+int notices = 0;
 
-int poweredOff(int /*state*/, void* /*data*/) {
+void changed(runtime_info_key_e /*key*/, void* data) {
+    ++*static_cast<int*>(data);
+}
+
+int poweredOff(int /*state*/, void* data) {
+    ++*static_cast<int*>(data);
     return 0;
 }
 
-void wokenUp(int /*state*/, void* /*data*/) {}
+void wokenUp(int /*state*/, void* data) {
+    ++*static_cast<int*>(data);
+}
 
 class SystemCallsFakeTest : public testing::Test {
   protected:
@@ -215,15 +224,81 @@ TEST_F(SystemCallsFakeTest, KeyWithoutAFakeReachesThePlatformWithoutReadingTheCo
     EXPECT_EQ(platform.systemSettingInt(1), 2);
 }
 
-TEST_F(SystemCallsFakeTest, AbsentConfigurationKeyThrows) {
-    configure({{"Other", "1"}});
+TEST_F(SystemCallsFakeTest, KeyOfAnotherKindReachesThePlatformWithoutReadingTheConfiguration) {
+    // The numbers of the fakes, asked for in another table or in the other type.
+    platform.setRuntimeInfo(19, 2);
+    platform.setSystemInfo(59, 3);
     int number = 0;
+    EXPECT_EQ(askRuntimeInt(fake, 19, &number), 0);
+    EXPECT_EQ(number, 2);
+    EXPECT_EQ(askSystemInt(fake, 59, &number), 0);
+    EXPECT_EQ(number, 3);
+    EXPECT_NE(askRuntimeInt(fake, 0, &number), 0);
     char* text = nullptr;
-    EXPECT_THROW(askRuntimeInt(fake, 59, &number), std::out_of_range);
-    EXPECT_THROW(askRuntimeText(fake, 0, &text), std::out_of_range);
-    EXPECT_THROW(fake.setResetCb(poweredOff, nullptr), std::out_of_range);
-    EXPECT_THROW(fake.unsetLanguageChangedCb(), std::out_of_range);
-    EXPECT_THAT(platform.calls(), IsEmpty());
+    EXPECT_NE(askRuntimeText(fake, 59, &text), 0);
+    EXPECT_NE(askSystemText(fake, 34, &text), 0);
+    EXPECT_NE(askSettingText(fake, 0, &text), 0);
+}
+
+TEST_F(SystemCallsFakeTest, FakedValueWithoutAPlaceIsAnsweredAndGivesNothing) {
+    for (const auto& number : NUMBERS) {
+        configure({{number.configurationKey, "1"}});
+        EXPECT_EQ(number.ask(fake, number.platformKey, nullptr), 0) << number.configurationKey;
+        EXPECT_THAT(platform.messages(), ElementsAre(number.line));
+    }
+    for (const auto& text : TEXTS) {
+        configure({{text.configurationKey, "1"}});
+        EXPECT_EQ(text.ask(fake, text.platformKey, nullptr), 0) << text.configurationKey;
+        EXPECT_THAT(platform.messages(), ElementsAre(text.line));
+    }
+}
+
+TEST_F(SystemCallsFakeTest, RealValueWithoutAPlaceIsThePlatformsToRefuse) {
+    for (const auto& number : NUMBERS) {
+        configure({{number.configurationKey, "0"}});
+        EXPECT_EQ(number.ask(fake, number.platformKey, nullptr), -22) << number.configurationKey;
+    }
+    for (const auto& text : TEXTS) {
+        configure({{text.configurationKey, "0"}});
+        EXPECT_EQ(text.ask(fake, text.platformKey, nullptr), -22) << text.configurationKey;
+    }
+}
+
+TEST_F(SystemCallsFakeTest, FakedTextThatCannotBeAllocatedAnswersMinusOneAndNull) {
+    for (const auto& text : TEXTS) {
+        configure({{text.configurationKey, "1"}});
+        char unset = '\0';
+        char* value = &unset;
+        const support::ScarceTexts scarce;
+        EXPECT_EQ(text.ask(fake, text.platformKey, &value), -1) << text.configurationKey;
+        EXPECT_EQ(value, nullptr);
+        EXPECT_THAT(platform.messages(), ElementsAre(text.line));
+    }
+}
+
+TEST_F(SystemCallsFakeTest, RefusalOfARealValueIsReturnedAsItIs) {
+    for (const int code : {-22, -12, -5, 1}) {
+        for (const char* function :
+             {"runtime_info_get_value_int", "runtime_info_get_value_string",
+              "system_info_get_value_int", "system_info_get_value_string",
+              "system_settings_get_value_string", "system_settings_set_value_int"}) {
+            platform.answer(function, code);
+        }
+        for (const auto& number : NUMBERS) {
+            configure({{number.configurationKey, "0"}});
+            int value = -7;
+            EXPECT_EQ(number.ask(fake, number.platformKey, &value), code);
+            EXPECT_EQ(value, -7);
+        }
+        for (const auto& text : TEXTS) {
+            configure({{text.configurationKey, "0"}});
+            char* value = nullptr;
+            EXPECT_EQ(text.ask(fake, text.platformKey, &value), code);
+            EXPECT_EQ(value, nullptr);
+        }
+        configure({{"FakeSetUseMode", "0"}});
+        EXPECT_EQ(fake.systemSettingsSetValueInt(SYSTEM_SETTINGS_KEY_SUPPORT_USE_MODE, 5), code);
+    }
 }
 
 TEST_F(SystemCallsFakeTest, ConfigurationIsReadAtEachCall) {
@@ -249,34 +324,54 @@ struct Subscription {
 
 const Subscription SUBSCRIPTIONS[] = {
     {"FakeLanguageCb", "setLanguageChangedCb", "unsetLanguageChangedCb",
-     [](ISystemCalls& calls) { calls.setLanguageChangedCb(changed, nullptr); },
+     [](ISystemCalls& calls) { calls.setLanguageChangedCb(changed, &notices); },
      [](ISystemCalls& calls) { calls.unsetLanguageChangedCb(); }, "runtime_info_set_changed_cb(0)",
      "runtime_info_unset_changed_cb(0)"},
     {"FakeShopModeCb", "setShopModeChangedCb", "unsetShopModeChangedCb",
-     [](ISystemCalls& calls) { calls.setShopModeChangedCb(changed, nullptr); },
+     [](ISystemCalls& calls) { calls.setShopModeChangedCb(changed, &notices); },
      [](ISystemCalls& calls) { calls.unsetShopModeChangedCb(); }, "runtime_info_set_changed_cb(59)",
      "runtime_info_unset_changed_cb(59)"},
     {"FakeWirelessIpChangedCb", "setWirelessIpChangedCb", "unsetWirelessIpChangedCb",
-     [](ISystemCalls& calls) { calls.setWirelessIpChangedCb(changed, nullptr); },
+     [](ISystemCalls& calls) { calls.setWirelessIpChangedCb(changed, &notices); },
      [](ISystemCalls& calls) { calls.unsetWirelessIpChangedCb(); },
      "runtime_info_set_changed_cb(181)", "runtime_info_unset_changed_cb(181)"},
     {"FakeWiredIpChangedCb", "setWiredIpChangedCb", "unsetWiredIpChangedCb",
-     [](ISystemCalls& calls) { calls.setWiredIpChangedCb(changed, nullptr); },
+     [](ISystemCalls& calls) { calls.setWiredIpChangedCb(changed, &notices); },
      [](ISystemCalls& calls) { calls.unsetWiredIpChangedCb(); }, "runtime_info_set_changed_cb(187)",
      "runtime_info_unset_changed_cb(187)"},
     {"FakeNetworkTypeChangedCb", "setNetworkTypeChangedCb", "unsetNetworkTypeChangedCb",
-     [](ISystemCalls& calls) { calls.setNetworkTypeChangedCb(changed, nullptr); },
+     [](ISystemCalls& calls) { calls.setNetworkTypeChangedCb(changed, &notices); },
      [](ISystemCalls& calls) { calls.unsetNetworkTypeChangedCb(); },
      "runtime_info_set_changed_cb(191)", "runtime_info_unset_changed_cb(191)"},
     {"FakeResetCb", "setResetCb", "unsetResetCb",
-     [](ISystemCalls& calls) { calls.setResetCb(poweredOff, nullptr); },
+     [](ISystemCalls& calls) { calls.setResetCb(poweredOff, &notices); },
      [](ISystemCalls& calls) { calls.unsetResetCb(poweredOff); },
      "device_power_subscribe_poweroff()", "device_power_unsubscribe_poweroff()"},
     {"FakeWakeupCb", "setWakeUpCb", "unsetWakeUpCb",
-     [](ISystemCalls& calls) { calls.setWakeUpCb(wokenUp, nullptr); },
+     [](ISystemCalls& calls) { calls.setWakeUpCb(wokenUp, &notices); },
      [](ISystemCalls& calls) { calls.unsetWakeUpCb(wokenUp); }, "device_power_subscribe_wakeup()",
      "device_power_unsubscribe_wakeup()"},
 };
+
+TEST_F(SystemCallsFakeTest, AbsentConfigurationKeyThrows) {
+    configure({{"Other", "1"}});
+    for (const auto& entry : NUMBERS) {
+        int number = 0;
+        EXPECT_THROW(entry.ask(fake, entry.platformKey, &number), std::out_of_range);
+    }
+    for (const auto& entry : TEXTS) {
+        char* text = nullptr;
+        EXPECT_THROW(entry.ask(fake, entry.platformKey, &text), std::out_of_range);
+    }
+    EXPECT_THROW(fake.systemSettingsSetValueInt(SYSTEM_SETTINGS_KEY_SUPPORT_USE_MODE, 1),
+                 std::out_of_range);
+    for (const auto& entry : SUBSCRIPTIONS) {
+        EXPECT_THROW(entry.set(fake), std::out_of_range) << entry.setName;
+        EXPECT_THROW(entry.unset(fake), std::out_of_range) << entry.unsetName;
+    }
+    EXPECT_THAT(platform.calls(), IsEmpty());
+    EXPECT_THAT(platform.messages(), IsEmpty());
+}
 
 TEST_F(SystemCallsFakeTest, FakedSubscriptionIsTracedAndDropped) {
     for (const auto& entry : SUBSCRIPTIONS) {
@@ -301,6 +396,13 @@ TEST_F(SystemCallsFakeTest, SubscriptionThatIsNotFakedReachesThePlatform) {
     for (const auto& entry : SUBSCRIPTIONS) {
         configure({{entry.configurationKey, "0"}});
         entry.set(fake);
+        notices = 0;
+        for (const int key : {0, 59, 181, 187, 191}) {
+            platform.fireRuntimeInfoChanged(static_cast<runtime_info_key_e>(key));
+        }
+        platform.firePoweroff(1);
+        platform.fireWakeup(1);
+        EXPECT_EQ(notices, 1) << entry.configurationKey;
         entry.unset(fake);
         EXPECT_THAT(platform.calls(), ElementsAre(entry.setCall, entry.unsetCall));
         for (const auto& line : platform.log()) {
@@ -310,9 +412,17 @@ TEST_F(SystemCallsFakeTest, SubscriptionThatIsNotFakedReachesThePlatform) {
 }
 
 TEST_F(SystemCallsFakeTest, RefusalOfARealSubscriptionPassesThrough) {
-    configure({{"FakeLanguageCb", "0"}});
+    configure({{"FakeLanguageCb", "0"}, {"FakeWakeupCb", "0"}, {"FakeResetCb", "0"}});
     platform.answer("runtime_info_set_changed_cb", -1);
+    platform.answer("runtime_info_unset_changed_cb", -1);
+    platform.answer("device_power_subscribe_wakeup", -1);
+    platform.answer("device_power_unsubscribe_wakeup", -1);
+    platform.answer("device_power_unsubscribe_poweroff", -1);
     EXPECT_THROW(fake.setLanguageChangedCb(changed, nullptr), Exception);
+    EXPECT_NO_THROW(fake.unsetLanguageChangedCb());
+    EXPECT_THROW(fake.setWakeUpCb(wokenUp, nullptr), Exception);
+    EXPECT_THROW(fake.unsetWakeUpCb(wokenUp), Exception);
+    EXPECT_THROW(fake.unsetResetCb(poweredOff), Exception);
 }
 
 TEST_F(SystemCallsFakeTest, FakedResetNoticeDoesNotWaitForTheService) {
@@ -334,12 +444,21 @@ TEST_F(SystemCallsFactoryTest, ZeroGivesTheUsualSystemCallsWhateverTheOtherKeysS
 }
 
 TEST_F(SystemCallsFactoryTest, AnyOtherNumberGivesTheFakes) {
-    for (const char* number : {"1", "2", "-1"}) {
+    for (const char* number : {"1", "2", "-1", "2147483647", "-2147483648", "1abc"}) {
         configure({{"FakeSystemCalls", number}});
         const std::unique_ptr<ISystemCalls> calls(SystemCallsFactory::getSystemCalls());
         EXPECT_NE(dynamic_cast<SystemCallsFake*>(calls.get()), nullptr);
         EXPECT_TRUE(platform.hasLine(LOG_ID_MAIN, DLOG_DEBUG, "Use fake system calls"));
         EXPECT_EQ(platform.countLines("Use usual system calls"), 0);
+    }
+}
+
+TEST_F(SystemCallsFactoryTest, WhatIsReadAsZeroGivesTheUsualSystemCalls) {
+    for (const char* number : {"00", "-0", " 0", "0x1"}) {
+        configure({{"FakeSystemCalls", number}});
+        const std::unique_ptr<ISystemCalls> calls(SystemCallsFactory::getSystemCalls());
+        EXPECT_EQ(dynamic_cast<SystemCallsFake*>(calls.get()), nullptr) << number;
+        EXPECT_EQ(platform.countLines("Use usual system calls"), 1);
     }
 }
 
@@ -353,8 +472,15 @@ TEST_F(SystemCallsFactoryTest, EveryCallMakesAnObjectOfItsOwn) {
 TEST_F(SystemCallsFactoryTest, MissingOrUnreadableSettingThrowsAfterTheTrace) {
     configure({{"Other", "1"}});
     EXPECT_THROW(SystemCallsFactory::getSystemCalls(), std::out_of_range);
-    configure({{"FakeSystemCalls", "yes"}});
-    EXPECT_THROW(SystemCallsFactory::getSystemCalls(), std::invalid_argument);
+    for (const std::string& number :
+         {std::string("2147483648"), std::string("-2147483649"), std::string(1000000, '9')}) {
+        configure({{"FakeSystemCalls", number}});
+        EXPECT_THROW(SystemCallsFactory::getSystemCalls(), std::out_of_range);
+    }
+    for (const char* number : {"", "yes"}) {
+        configure({{"FakeSystemCalls", number}});
+        EXPECT_THROW(SystemCallsFactory::getSystemCalls(), std::invalid_argument);
+    }
     EXPECT_EQ(platform.log().at(0).function, "getSystemCalls");
     EXPECT_THAT(platform.log().at(0).message,
                 testing::EndsWith("ZOLT::SystemCallsFactory::getSystemCalls()"));

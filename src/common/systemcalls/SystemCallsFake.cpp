@@ -19,8 +19,20 @@ bool faked(const char* configurationKey) {
     return ZoltConfig::is(configurationKey, "1");
 }
 
-// The caller releases *VALUE with free, as it does with a text of the television.
+// A null place gets nothing, and the call counts as answered: the fakes have no other refusal than
+// that of a lack of memory.
+int giveNumber(int number, int* value) {
+    if (value != nullptr) {
+        *value = number;
+    }
+    return 0;
+}
+
+// The same for a text. The caller releases *VALUE with free, as it does with one of the television.
 int giveText(const char* text, char** value) {
+    if (value == nullptr) {
+        return 0;
+    }
     if (asprintf(value, "%s", text) < 0) {
         *value = nullptr;
         return -1;
@@ -129,8 +141,7 @@ void SystemCallsFake::unsetLanguageChangedCb() {
 int SystemCallsFake::runtimeInfoGetValueInt(runtime_info_key_e key, int* value) {
     if (key == RUNTIME_INFO_KEY_SYSTEM_USE_MODE && faked("FakeUseMode")) {
         FAKE_TRACE("runtimeInfoGetValueInt(RUNTIME_INFO_KEY_SYSTEM_USE_MODE)");
-        *value = 1;
-        return 0;
+        return giveNumber(1, value);
     }
     return SystemCalls::runtimeInfoGetValueInt(key, value);
 }
@@ -152,13 +163,11 @@ int SystemCallsFake::runtimeInfoGetValueString(runtime_info_key_e key, char** va
 int SystemCallsFake::systemInfoGetValueInt(system_info_key_e key, int* value) {
     if (key == SYSTEM_INFO_KEY_SCREEN_HEIGHT && faked("FakeScreenHeight")) {
         FAKE_TRACE("systemInfoGetValueInt(SYSTEM_INFO_KEY_SCREEN_HEIGHT)");
-        *value = 1080;
-        return 0;
+        return giveNumber(1080, value);
     }
     if (key == SYSTEM_INFO_KEY_SCREEN_WIDTH && faked("FakeScreenWidth")) {
         FAKE_TRACE("systemInfoGetValueInt(SYSTEM_INFO_KEY_SCREEN_WIDTH)");
-        *value = 1920;
-        return 0;
+        return giveNumber(1920, value);
     }
     return SystemCalls::systemInfoGetValueInt(key, value);
 }
