@@ -60,6 +60,7 @@ struct ScriptedPlatform::State {
     std::map<std::string, int> fixedAnswers;
     std::map<std::string, std::deque<int>> queuedAnswers;
     std::map<std::string, std::function<void()>> actions;
+    std::map<std::string, std::function<void()>> actionsAfter;
 
     std::map<std::string, int> vconfInts = {
         {"memory/zolt/zolt_screensaver_blocking", 0},
@@ -169,6 +170,16 @@ using State = ScriptedPlatform::State;
 class Locked {
   public:
     Locked() : m_state(ScriptedPlatform::get().lockedState(m_lock)) {}
+    ~Locked() {
+        if (m_lock.owns_lock()) {
+            m_lock.unlock();
+        }
+        if (m_after) {
+            m_after();
+        }
+    }
+    Locked(const Locked&) = delete;
+    Locked& operator=(const Locked&) = delete;
     State* operator->() { return &m_state; }
     State& operator*() { return m_state; }
     void unlock() { m_lock.unlock(); }
@@ -181,12 +192,17 @@ class Locked {
             action();
             m_lock.lock();
         }
+        const auto after = m_state.actionsAfter.find(function);
+        if (after != m_state.actionsAfter.end()) {
+            m_after = after->second;
+        }
         return m_state.call(function, arguments, otherwise);
     }
 
   private:
     std::unique_lock<std::mutex> m_lock;
     State& m_state;
+    std::function<void()> m_after;
 };
 
 int giveText(const std::optional<std::string>& text, char** value) {
@@ -352,6 +368,11 @@ void ScriptedPlatform::acceptNullPlaces(bool accept) {
 void ScriptedPlatform::whenCalled(const std::string& function, std::function<void()> action) {
     const std::lock_guard<std::mutex> guard(m_mutex);
     m_state->actions[function] = std::move(action);
+}
+
+void ScriptedPlatform::whenAnswered(const std::string& function, std::function<void()> action) {
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    m_state->actionsAfter[function] = std::move(action);
 }
 
 void ScriptedPlatform::setVconf(const std::string& key, int value) {

@@ -122,6 +122,8 @@ class ScriptedPlatform {
     void acceptNullPlaces(bool accept);
     // ACTION runs at each call of FUNCTION before it answers, without a lock held. It may throw.
     void whenCalled(const std::string& function, std::function<void()> action);
+    // The same after it has answered. It may not throw.
+    void whenAnswered(const std::string& function, std::function<void()> action);
 
     // --- values; std::nullopt takes a value away: a text then reads as null with result 0
     void setVconf(const std::string& key, int value);
