@@ -87,12 +87,15 @@ connection_profile_type_e findProfileType(const Connection& connection) {
     return type;
 }
 
+// FIELD counted from BASE, as the calendar takes it. What lies beyond its type must fail there as
+// other numbers out of range do, and must not wrap into the range.
+unsigned short calendarNumber(int field, int base) {
+    return static_cast<unsigned short>(std::clamp<int64_t>(int64_t{field} + base, 0, 0xFFFF));
+}
+
 boost::posix_time::ptime toPtime(const tm& time) {
-    // The calendar takes an unsigned short: a year beyond that must fail as the others do and must
-    // not wrap into the range.
-    const auto year = static_cast<unsigned short>(std::clamp(time.tm_year + 1900, 0, 0xFFFF));
-    return {boost::gregorian::date(year, static_cast<unsigned short>(time.tm_mon + 1),
-                                   static_cast<unsigned short>(time.tm_mday)),
+    return {boost::gregorian::date(calendarNumber(time.tm_year, 1900),
+                                   calendarNumber(time.tm_mon, 1), calendarNumber(time.tm_mday, 0)),
             boost::posix_time::time_duration(time.tm_hour, time.tm_min, time.tm_sec)};
 }
 
@@ -137,10 +140,12 @@ void DeviceInfo::setShopMode(bool on) {
 void DeviceInfo::getLanguageStringValue(char** value) {
     ZOLT_TRACE();
     const int result = m_systemCalls->runtimeInfoGetValueString(RUNTIME_INFO_KEY_LANGUAGE, value);
-    if (result == 0 && *value != nullptr && **value != '\0') {
+    // Most sets refuse a null place themselves; one that does not has given no language either.
+    const bool answered = result == 0 && value != nullptr;
+    if (answered && *value != nullptr && **value != '\0') {
         return;
     }
-    if (result == 0) {
+    if (answered) {
         // The caller gets an exception and not the empty text.
         std::free(*value);
         *value = nullptr;

@@ -45,6 +45,9 @@ class DeviceInfo {
     int getScreenHeight();
     int getScreenWidth();
 
+    // The text behind KEY. NAME is meant for the failure, which says "Out of memory" all the same
+    // unless NAME holds a "%".
+    std::string getStringRuntimeInfo(runtime_info_key_e key, std::string name);
     std::string getWiredIp();
     std::string getWirelessIp();
     std::string getNetworkType();
@@ -80,7 +83,6 @@ class DeviceInfo {
     static int m_imageType;        // an ImageType, set once at start
 
   private:
-    std::string getStringRuntimeInfo(runtime_info_key_e key, std::string name);
     static void refreshDUID(keynode_t* node, void* data);
 
     ISystemCalls* m_systemCalls;  // not owned: the application's data deletes it
