@@ -113,7 +113,10 @@ void NetworkConnection::FindProfile(void** profile) {
             throw Exception("Failed to Get Profile iterator", GENERIC_ERROR);
         }
         auto type = CONNECTION_PROFILE_TYPE_CELLULAR;
-        if (connection_profile_get_type(*profile, &type) != CONNECTION_ERROR_NONE) {
+        // A platform may take a null place and give no profile: the question for its type then
+        // fails as for any profile that is none.
+        void* current = profile == nullptr ? nullptr : *profile;
+        if (connection_profile_get_type(current, &type) != CONNECTION_ERROR_NONE) {
             connection_destroy_profile_iterator(iterator);
             NETWORK_LOG("Error : connection_profile_get_type");
             throw Exception("Error : connection_profile_get_type", GENERIC_ERROR);
