@@ -16,7 +16,8 @@ constexpr const char* GUI_INTERFACE = "org.tizen.GDBus.ZoltContent.GUI";
 constexpr int CALL_TIMEOUT_MS = 100000;
 
 bool isGuiObject(GDBusObject* object) {
-    return std::strcmp(g_dbus_object_get_object_path(object), GUI_PATH) == 0;
+    // A null object has no path, and GLib does not survive being asked for one.
+    return object != nullptr && std::strcmp(g_dbus_object_get_object_path(object), GUI_PATH) == 0;
 }
 
 // Ends a failed call: frees ERROR and the string REPLY, which may be null.

@@ -106,6 +106,10 @@ void Proxy::unregister(int id) {
 
 GDBusInterface* Proxy::getInterface(GDBusObject* object, const std::string& name) {
     ZOLT_TRACE();
+    // GLib reads the object's class before it tests for null.
+    if (object == nullptr) {
+        return nullptr;
+    }
     GDBusInterface* match = nullptr;
     GList* interfaces = g_dbus_object_get_interfaces(object);
     for (GList* item = interfaces; item != nullptr; item = item->next) {

@@ -169,6 +169,41 @@ TEST_F(GuiProxyAttached, TheRegistrationDocumentGoesOutAsItStands) {
         std::vector<std::string>{"requestRegistrationShopInfo('<rsp stat=\"ok\">R&amp;D</rsp>',)"});
 }
 
+TEST_F(GuiProxyAttached, ARegistrationDocumentMayBeEmptyOrLongOrHoldNoText) {
+    service->answer("requestRegistrationShopInfo", "()");
+    const auto received = [this](const std::string& document) {
+        proxy->requestRegistrationShopInfo(document);
+        return service->calls().back();
+    };
+    for (const std::string& document : {std::string(), std::string(4000000, 'x')}) {
+        EXPECT_EQ(received(document), "requestRegistrationShopInfo('" + document + "',)");
+    }
+    // The bus carries no text that goes on behind a zero byte, and none that is no UTF-8: GLib
+    // complains and sends something else.
+    EXPECT_EQ(received(std::string("a\0b", 3)), "requestRegistrationShopInfo('a',)");
+    EXPECT_NO_THROW(proxy->requestRegistrationShopInfo("\xFF\xFE"));
+}
+
+TEST_F(GuiProxyAttached, ATextMayBeEmptyOrLong) {
+    const std::string longest(4000000, 'x');
+    for (const TextCall& entry : TEXT_CALLS) {
+        service->answer(entry.method, "('" + longest + "',)");
+        EXPECT_EQ((*proxy.*entry.call)(), longest) << entry.method;
+    }
+    service->answer("getPincode", "('',)");
+    EXPECT_EQ(proxy->getPincode(), "");
+    EXPECT_TRUE(logged("Received pincode "));
+}
+
+TEST_F(GuiProxyAttached, AnErrorMayHaveAnEmptyOrALongMessageOrLookLikeAFormat) {
+    for (const std::string& message :
+         {std::string(), std::string(100000, 'm'), std::string("%s %n 100%")}) {
+        service->fail("getPincode", "org.example.Error.No", message);
+        EXPECT_EQ(failureOf([&] { proxy->getPincode(); }),
+                  "Failed to get pincode: GDBus.Error:org.example.Error.No: " + message);
+    }
+}
+
 TEST_F(GuiProxyAttached, AnErrorBecomesAnExceptionWithTheCallsOwnPrefix) {
     forEachCall(*proxy, [&](const std::string& method, const std::string& prefix,
                             const std::function<void()>& call) {
@@ -283,8 +318,9 @@ TEST_F(GuiProxyAttached, EventsReachTheCallbackUnchanged) {
     service->sendEvent(0, 2);
     service->sendEvent(1, 7);
     service->sendEvent(2, -5);
+    service->sendEvent(G_MININT, G_MAXINT);
     settle(*service);
-    EXPECT_EQ(events, (Events{{0, 2}, {1, 7}, {2, -5}}));
+    EXPECT_EQ(events, (Events{{0, 2}, {1, 7}, {2, -5}, {G_MININT, G_MAXINT}}));
 }
 
 TEST_F(GuiProxyAttached, AnEventIsTracedWithItsValues) {
@@ -345,6 +381,19 @@ TEST_F(GuiProxyAttached, TheRemovalOfAnotherObjectChangesNothing) {
     EXPECT_FALSE(logged(REMOVED));
     service->answer("getPincode", "('1',)");
     EXPECT_EQ(proxy->getPincode(), "1");
+}
+
+TEST_F(GuiProxyAttached, NoObjectAtAllChangesNothing) {
+    ZOLT::Proxy::onObjectRemoved(nullptr, nullptr, nullptr);
+    EXPECT_FALSE(logged(REMOVED));
+    ZOLT::Proxy::onObjectAdded(nullptr, nullptr, nullptr);
+    EXPECT_TRUE(logged(EXISTS)) << "whatever the object is";
+    service->remove("/zolt/gui", GUI_INTERFACE);
+    EXPECT_TRUE(turnUntil([&] { return logged(REMOVED); }));
+    platform().clearLog();
+    ZOLT::Proxy::onObjectAdded(nullptr, nullptr, nullptr);
+    EXPECT_FALSE(logged(ADDED));
+    EXPECT_FALSE(logged(EXISTS));
 }
 
 TEST_F(GuiProxyAttached, TheRemovalOfTheObjectEndsTheCallsUntilItIsBack) {
@@ -476,6 +525,25 @@ TEST_F(GuiProxyWithoutBus, AFailedConnectionAtStartIsTriedAgainAtEveryCall) {
         service.answer("getPincode", "('12345678',)");
         EXPECT_EQ(proxy->getPincode(), "12345678");
         proxy.reset();
+    });
+}
+
+TEST_F(GuiProxyWithoutBus, ADocumentThatTheBusRefusesForItsLengthFails) {
+    IN_OWN_PROCESS({
+        const support::PrivateBus bus;
+        g_dbus_connection_set_exit_on_close(g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr),
+                                            FALSE);
+        FakeService service;
+        service.list(GUI_TREE);
+        service.own();
+        GuiProxy proxy;
+        // A system bus ends the connection of whoever sends more than 32 MiB at once.
+        const std::string document(40U << 20U, 'x');
+        EXPECT_EQ(failureOf([&] {
+                      proxy.requestRegistrationShopInfo(document);
+                  }).rfind("Failed to request registration: ", 0),
+                  0U);
+        EXPECT_NE(failureOf([&] { proxy.requestPincode(); }), "");
     });
 }
 

@@ -163,8 +163,9 @@ TEST_F(ProxyOnTheBus, AnUnknownIdEndsNothing) {
     FakeService service;
     service.own();
     const Subscriber subscriber;
-    Proxy::unregister(-1);
-    Proxy::unregister(subscriber.id() + 1000);
+    for (const int id : {-1, subscriber.id() + 1000, G_MININT, G_MAXINT}) {
+        Proxy::unregister(id);
+    }
     service.add("/zolt/gui", GUI_INTERFACES);
     EXPECT_TRUE(turnUntil([&] { return !subscriber.added.empty(); }));
 }
@@ -179,7 +180,7 @@ TEST_F(ProxyOnTheBus, AnIdIsNeverUsedAgain) {
     EXPECT_EQ(second.id(), first + 1);
 }
 
-TEST_F(ProxyOnTheBus, TheFirstIdOfAProcessIsZeroAndTheNextOneAlso) {
+TEST_F(ProxyOnTheBus, TheFirstIdOfAProcessIsZeroAndTheNextIsOneAlsoAfterItsEnd) {
     IN_OWN_PROCESS({
         {
             const Subscriber first;
@@ -225,6 +226,67 @@ TEST_F(ProxyOnTheBus, AnInterfaceIsFoundAmongOthersAndBelongsToTheCaller) {
 TEST_F(ProxyOnTheBus, ANameThatOnlyBeginsLikeAnInterfaceFindsNone) {
     EXPECT_EQ(interfaceIn(GUI_INTERFACES, "org.tizen.GDBus.ZoltContent.GU"), nullptr);
     EXPECT_EQ(interfaceIn(GUI_INTERFACES, "org.tizen.GDBus.ZoltContent.GUI2"), nullptr);
+}
+
+TEST_F(ProxyOnTheBus, ANameThatIsEmptyOrLongOrHoldsAZeroByteFindsNone) {
+    EXPECT_EQ(interfaceIn(GUI_INTERFACES, ""), nullptr);
+    EXPECT_EQ(interfaceIn(GUI_INTERFACES, std::string(1000000, 'x')), nullptr);
+    EXPECT_EQ(interfaceIn(GUI_INTERFACES, std::string(GUI_INTERFACE) + '\0'), nullptr);
+}
+
+TEST_F(ProxyOnTheBus, NoObjectHasNoInterface) {
+    EXPECT_EQ(Proxy::getInterface(nullptr, GUI_INTERFACE), nullptr);
+}
+
+TEST_F(ProxyOnTheBus, InterfacesUpToTheMatchAreReleasedAndThoseBehindItAreNot) {
+    FakeService service;
+    service.list(
+        "{'/zolt/gui': {'org.example.A': {}, 'org.example.B': {}, "
+        "'org.tizen.GDBus.ZoltContent.ScreenSaver': {}, "
+        "'org.tizen.GDBus.ZoltContent.GUI': {}}}");
+    service.own();
+    const auto look = [](GDBusObject* object) {
+        GList* interfaces = g_dbus_object_get_interfaces(object);
+        EXPECT_EQ(g_list_length(interfaces), 4U);
+        std::vector<guint> before;
+        for (GList* item = interfaces; item != nullptr; item = item->next) {
+            before.push_back(G_OBJECT(item->data)->ref_count);
+        }
+        GDBusInterface* found = Proxy::getInterface(object, GUI_INTERFACE);
+        guint kept = 0;
+        size_t index = 0;
+        for (GList* item = interfaces; item != nullptr; item = item->next, ++index) {
+            kept = item->data == found ? 1 : kept;
+            EXPECT_EQ(G_OBJECT(item->data)->ref_count, before[index] + kept) << index;
+        }
+        EXPECT_EQ(kept, 1U);
+        g_list_free_full(interfaces, g_object_unref);
+    };
+    Proxy::unregister(Proxy::signup(look, [](GDBusObject*) {}));
+}
+
+TEST_F(ProxyOnTheBus, ObjectsAreReportedInTheOrderOfTheirListAndReleased) {
+    FakeService service;
+    service.list("{'/zolt/a': " + std::string(GUI_INTERFACES) + ", '/zolt/b': " + GUI_INTERFACES +
+                 ", '/zolt/c': " + GUI_INTERFACES + "}");
+    service.own();
+    std::vector<GDBusObject*> objects;
+    const int first =
+        Proxy::signup([&](GDBusObject* object) { objects.push_back(object); }, [](GDBusObject*) {});
+    ASSERT_EQ(objects.size(), 3U);
+    std::vector<guint> counts;
+    counts.reserve(objects.size());
+    for (GDBusObject* object : objects) {
+        counts.push_back(G_OBJECT(object)->ref_count);
+    }
+    const std::vector<GDBusObject*> inOrder = objects;
+    const Subscriber second;
+    EXPECT_EQ(objects, (std::vector<GDBusObject*>{inOrder[0], inOrder[1], inOrder[2], inOrder[0],
+                                                  inOrder[1], inOrder[2]}));
+    for (size_t index = 0; index < inOrder.size(); ++index) {
+        EXPECT_EQ(G_OBJECT(inOrder[index])->ref_count, counts[index]) << index;
+    }
+    Proxy::unregister(first);
 }
 
 TEST_F(ProxyOnTheBus, AnInterfaceThatTheLayerDoesNotKnowMatchesNoName) {
