@@ -193,6 +193,15 @@ TEST_F(NetworkConnectionTest, FirstSuitableProfileIsTaken) {
     EXPECT_EQ(connection.GetGatewayAddress(), "gateway 1");
 }
 
+TEST_F(NetworkConnectionTest, CellularProfileIsAsSuitableAsThoseAfterIt) {
+    connect(CONNECTION_TYPE_CELLULAR,
+            {CONNECTION_PROFILE_TYPE_CELLULAR, CONNECTION_PROFILE_TYPE_WIFI});
+    NetworkConnection connection;
+    EXPECT_EQ(connection.GetGatewayAddress(), "gateway 0");
+    EXPECT_EQ(connection.GetConnectionType(), CONNECTION_TYPE_CELLULAR);
+    EXPECT_THAT(failures(), IsEmpty());
+}
+
 TEST_F(NetworkConnectionTest, LastProfileStaysWhenNoneIsSuitable) {
     connect(CONNECTION_TYPE_WIFI, {CONNECTION_PROFILE_TYPE_BT, CONNECTION_PROFILE_TYPE_BT});
     NetworkConnection connection;

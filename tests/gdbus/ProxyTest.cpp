@@ -260,6 +260,7 @@ TEST_F(ProxyOnTheBus, InterfacesUpToTheMatchAreReleasedAndThoseBehindItAreNot) {
             EXPECT_EQ(G_OBJECT(item->data)->ref_count, before[index] + kept) << index;
         }
         EXPECT_EQ(kept, 1U);
+        g_object_unref(found);
         g_list_free_full(interfaces, g_object_unref);
     };
     Proxy::unregister(Proxy::signup(look, [](GDBusObject*) {}));
