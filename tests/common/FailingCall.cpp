@@ -3,7 +3,9 @@
 // there.
 #include "common/FailingCall.h"
 
+#include <cstdarg>
 #include <cstddef>
+#include <cstdio>
 #include <new>
 
 #include <openssl/bio.h>
@@ -27,6 +29,8 @@ extern "C" {
 
 void* __real_malloc(size_t size);
 char* __real_strdup(const char* text);
+// _Znwm is operator new(std::size_t) where std::size_t is an unsigned long.
+void* __real__Znwm(size_t size);
 void* __real__ZnamRKSt9nothrow_t(size_t size, const std::nothrow_t& tag);
 char* __real_setlocale(int category, const char* locale);
 BIO* __real_BIO_new(const BIO_METHOD* method);
@@ -37,6 +41,26 @@ void* __wrap_malloc(size_t size) {
 
 char* __wrap_strdup(const char* text) {
     return fails(support::LibraryCall::Strdup) ? nullptr : __real_strdup(text);
+}
+
+int __wrap_asprintf(char** text, const char* format, ...) __attribute__((format(printf, 2, 3)));
+
+int __wrap_asprintf(char** text, const char* format, ...) {
+    if (fails(support::LibraryCall::Asprintf)) {
+        return -1;
+    }
+    va_list arguments;
+    va_start(arguments, format);
+    const int length = vasprintf(text, format, arguments);
+    va_end(arguments);
+    return length;
+}
+
+void* __wrap__Znwm(size_t size) {
+    if (fails(support::LibraryCall::New)) {
+        throw std::bad_alloc();
+    }
+    return __real__Znwm(size);
 }
 
 void* __wrap__ZnamRKSt9nothrow_t(size_t size, const std::nothrow_t& tag) {

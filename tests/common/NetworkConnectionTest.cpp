@@ -11,8 +11,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "common/FailingCall.h"
 #include "common/NetworkConnection.h"
-#include "common/ScarceMemory.h"
 #include "common/Thrown.h"
 #include "support/ScriptedPlatform.h"
 #include "support/TestSupport.h"
@@ -393,7 +393,9 @@ TEST_F(NetworkConnectionTest, ProfilesTypeWithoutMemoryFailsAsUnknown) {
     connect(CONNECTION_TYPE_WIFI, {CONNECTION_PROFILE_TYPE_WIFI});
     NetworkConnection connection;
     // Not earlier: the platform and the trace take memory of their own.
-    platform.whenAnswered("connection_profile_get_type", support::failNextNew);
+    std::optional<support::FailingCall> scarcity;
+    platform.whenAnswered("connection_profile_get_type",
+                          [&scarcity] { scarcity.emplace(support::LibraryCall::New); });
     EXPECT_EQ(thrownBy([&] { connection.GetConnectionTypeByProfile(); }),
               "Unknown exception occured");
 }

@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "common/Exception.h"
-#include "common/ScarceMemory.h"
+#include "common/FailingCall.h"
 #include "common/ZoltConfig.h"
 #include "common/systemcalls/SystemCallsFactory.h"
 #include "common/systemcalls/SystemCallsFake.h"
@@ -269,7 +269,7 @@ TEST_F(SystemCallsFakeTest, FakedTextThatCannotBeAllocatedAnswersMinusOneAndNull
         configure({{text.configurationKey, "1"}});
         char unset = '\0';
         char* value = &unset;
-        const support::ScarceTexts scarce;
+        const support::FailingCall scarcity(support::LibraryCall::Asprintf);
         EXPECT_EQ(text.ask(fake, text.platformKey, &value), -1) << text.configurationKey;
         EXPECT_EQ(value, nullptr);
         EXPECT_THAT(platform.messages(), ElementsAre(text.line));
