@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The entry of the process and its life under the application framework.
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <functional>
@@ -128,6 +129,16 @@ class MainTest : public FlowFixture {
     static std::vector<std::string> warnings() {
         return platform().messages(LOG_ID_SYSTEM, DLOG_WARN);
     }
+    // Which of FUNCTIONS wrote lines since the log was cleared, line by line.
+    static std::vector<std::string> order(const std::vector<std::string>& functions) {
+        std::vector<std::string> found;
+        for (const auto& line : platform().log()) {
+            if (std::find(functions.begin(), functions.end(), line.function) != functions.end()) {
+                found.push_back(line.function);
+            }
+        }
+        return found;
+    }
     static int counter() { return platform().vconfInt(COUNTER).value_or(-100); }
 
   private:
@@ -225,13 +236,7 @@ TEST_F(MainTest, AnExceptionEndsTheThreadPoolAndThenTheFlow) {
                   throw std::runtime_error("broken");
               }));
     EXPECT_EQ(nullptr, Controller::m_self);
-    std::vector<std::string> order;
-    for (const auto& line : platform().log()) {
-        if (line.function == "~ThreadPool" || line.function == "~Controller") {
-            order.push_back(line.function);
-        }
-    }
-    EXPECT_THAT(order, ElementsAre("~ThreadPool", "~Controller"));
+    EXPECT_THAT(order({"~ThreadPool", "~Controller"}), ElementsAre("~ThreadPool", "~Controller"));
 }
 
 // --- the start
@@ -301,16 +306,10 @@ TEST_F(MainTest, ASecondLaunchBuildsTheNewFlowBeforeTheOldOneGoesAndLeavesNoSelf
     EXPECT_EQ(0, runOrdinary([](Callbacks& callbacks, void* data) {
                   platform().clearLog();
                   callbacks.app_control(nullptr, data);
-                  std::vector<std::string> order;
-                  for (const auto& line : platform().log()) {
-                      if (line.function == "Controller" || line.function == "~Controller" ||
-                          line.function == "~MainMenuUnregisteredScreen" ||
-                          line.function == "initialize") {
-                          order.push_back(line.function);
-                      }
-                  }
-                  EXPECT_THAT(order, ElementsAre("Controller", "~Controller",
-                                                 "~MainMenuUnregisteredScreen", "initialize"));
+                  EXPECT_THAT(order({"Controller", "~Controller", "~MainMenuUnregisteredScreen",
+                                     "initialize"}),
+                              ElementsAre("Controller", "~Controller",
+                                          "~MainMenuUnregisteredScreen", "initialize"));
                   EXPECT_EQ(nullptr, Controller::m_self);
               }));
     EXPECT_THAT(callsSince(), ElementsAre("applicationCancelled"));
@@ -388,6 +387,12 @@ TEST_F(MainTest, ATerminationWithoutDataWarnsAndLeavesTheCounterRaised) {
         return 0;
     });
     EXPECT_EQ(5, counter());
+}
+
+TEST_F(MainTest, ATerminationTellsTheDaemonBeforeItLeavesTheLoopAndTheFlowGoesLast) {
+    EXPECT_EQ(0, runOrdinary([](Callbacks&, void*) { platform().clearLog(); }));
+    EXPECT_THAT(order({"cancel", "applicationCancelled", "terminate", "~Controller"}),
+                ElementsAre("cancel", "applicationCancelled", "terminate", "~Controller"));
 }
 
 TEST_F(MainTest, ATerminationBeforeTheFirstLaunchOnlyLowersTheCounter) {

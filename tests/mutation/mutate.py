@@ -25,6 +25,15 @@ class MutationError(Exception):
     """Why nothing can be told of a mutant, in one line."""
 
 
+def text_around(folder, name, old):
+    """The text of the file NAME below FOLDER, which reads OLD in one place."""
+    with open(os.path.join(folder, name), encoding="utf-8") as file:
+        text = file.read()
+    if text.count(old) != 1:
+        raise MutationError(f"{name} reads {old!r} {text.count(old)} times, and not once")
+    return text
+
+
 class Tree:
     """A copy of the working tree with a build of its own. Files that have not changed keep their times,
     so that a second run builds only what is new."""
@@ -52,10 +61,7 @@ class Tree:
 
     def put(self, name, old, new):
         """Replaces the one place of the file NAME that reads OLD."""
-        with open(self.path(name), encoding="utf-8") as file:
-            text = file.read()
-        if text.count(old) != 1:
-            raise MutationError(f"{name} reads {old!r} {text.count(old)} times, and not once")
+        text = text_around(self.folder, name, old)
         with open(self.path(name), "w", encoding="utf-8") as file:
             file.write(text.replace(old, new))
 
@@ -120,12 +126,18 @@ def try_mutant(tree, mutant, limit):
 def main():
     parser = argparse.ArgumentParser(description="Breaks the program on purpose and sees that a test fails.")
     parser.add_argument("--list", action="store_true", help="tell the mutants, and try none")
+    parser.add_argument("--check", action="store_true", help="see that each place is there, and try none")
     parser.add_argument("word", nargs="*", help="only the mutants whose file or description has this word")
     choice = parser.parse_args()
     with open(_LIST, "rb") as file:
         mutants = tomllib.load(file)["mutant"]
     mutants = [mutant for mutant in mutants
                if all(word in mutant["file"] + " " + mutant["what"] for word in choice.word)]
+    if choice.check:
+        for mutant in mutants:
+            text_around(_ROOT, mutant["file"], mutant["old"])
+        print(f"{len(mutants)} mutants")
+        return 0
     if choice.list:
         for mutant in mutants:
             print(f"{os.path.basename(mutant['file'])}: {mutant['what']}")
