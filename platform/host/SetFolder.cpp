@@ -16,13 +16,15 @@ std::string SetFolder::variable(const char* name, const std::string& fallback) {
 }
 
 std::string SetFolder::path() {
-    // Kept from the first call on: a program that changes its directory stays on its set.
-    static const std::string start = [] {
+    // Kept from the first call on: a program that changes its directory stays on its set. Never
+    // given back: a static destructor may still log when the process ends, and so may a thread of
+    // the toolkit's.
+    static const auto* const start = [] {
         std::error_code failure;
         const fs::path here = fs::current_path(failure);
-        return failure ? std::string("/") : here.string();
+        return new std::string(failure ? "/" : here.string());
     }();
-    return (fs::path(start) / variable("VIRTUAL_SET_DIR", start)).lexically_normal().string();
+    return (fs::path(*start) / variable("VIRTUAL_SET_DIR", *start)).lexically_normal().string();
 }
 
 std::string SetFolder::file(const std::string& name) {

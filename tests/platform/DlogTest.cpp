@@ -188,4 +188,10 @@ TEST_F(DlogProcess, ClosedStandardDescriptorsAreOccupiedFromTheFirstLineOn) {
     EXPECT_TRUE(logHas("descriptor 2: " + file("stderr.log")));
 }
 
+TEST_F(DlogProcess, AStaticDestructorThatRunsLastMayStillLog) {
+    start({"leave", "farewell"});
+    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(said().back(), "farewell");
+}
+
 }  // namespace PlatformTest

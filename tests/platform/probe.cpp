@@ -52,6 +52,20 @@ void say(const std::string& text) {
     __dlog_print(LOG_ID_MAIN, DLOG_INFO, "PROBE", "%s", text.c_str());
 }
 
+// Speaks last: it is there before the log is, and so goes after it.
+struct Farewell {
+    Farewell() = default;
+    Farewell(const Farewell&) = delete;
+    Farewell& operator=(const Farewell&) = delete;
+    ~Farewell() {
+        if (wanted) {
+            say("farewell");
+        }
+    }
+    bool wanted = false;
+};
+Farewell farewell;
+
 // Stays in the callback until the X server is gone, which the main loop cannot notice meanwhile.
 void outliveServer(bool askIt) {
     auto* display = static_cast<Display*>(ecore_x_display_get());
@@ -421,6 +435,7 @@ int main(int argc, char** argv) {
     describeDescriptors();
     Probe probe;
     probe.wishes.assign(argv + 1, argv + argc);
+    farewell.wanted = probe.wants("farewell");
     try {
         return runProbe(1, argv, &probe);
     } catch (const std::exception& failure) {
