@@ -5,6 +5,8 @@
 #include <tuple>
 #include <vector>
 
+#include <gmock/gmock.h>
+
 #include "BusTest.h"
 #include "common/Exception.h"
 #include "gdbus/GuiProxy.h"
@@ -326,8 +328,11 @@ TEST_F(GuiProxyAttached, EventsReachTheCallbackUnchanged) {
 TEST_F(GuiProxyAttached, AnEventIsTracedWithItsValues) {
     service->sendEvent(1, 9);
     settle(*service);
-    EXPECT_TRUE(platform().hasLine(LOG_ID_MAIN, DLOG_INFO,
-                                   "Called static void ZOLT::GuiProxy::sendEvent(ZOLTGUI*, 1, 9)"));
+    // The compilers write the type of the first parameter in different ways.
+    EXPECT_THAT(platform().messages(LOG_ID_MAIN, DLOG_INFO),
+                testing::Contains(testing::AllOf(
+                    testing::StartsWith("Called static void ZOLT::GuiProxy::sendEvent("),
+                    testing::EndsWith(", 1, 9)"))));
 }
 
 TEST_F(GuiProxyAttached, EventsThatArriveDuringACallComeAfterIt) {
