@@ -29,9 +29,13 @@ int endOnError(Display* display) {
     endNow(display, nullptr);
 }
 
-gboolean onHangUp(gint, GIOCondition, gpointer) {
+[[noreturn]] void leaveLoop() {
     logError("The X server of the set is gone: the main loop ends");
     throw DisplayLost();
+}
+
+gboolean onHangUp(gint, GIOCondition, gpointer) {
+    leaveLoop();
 }
 
 // Before it waits, the toolkit reads what has come from the server, and an end that came since the
@@ -39,7 +43,7 @@ gboolean onHangUp(gint, GIOCondition, gpointer) {
 Eina_Bool beforeWaiting(void* descriptor) {
     pollfd connection = {*static_cast<int*>(descriptor), 0, 0};
     if (poll(&connection, 1, 0) > 0) {
-        onHangUp(connection.fd, G_IO_HUP, nullptr);
+        leaveLoop();
     }
     return ECORE_CALLBACK_RENEW;
 }

@@ -76,4 +76,10 @@ void EventsTest::TearDown() {
     BusTest::TearDown();
 }
 
+BusWithDaemon::BusWithDaemon() {
+    g_dbus_connection_set_exit_on_close(g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr), FALSE);
+    service.list(GUI_TREE);
+    service.own();
+}
+
 }  // namespace test

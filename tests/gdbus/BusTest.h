@@ -47,6 +47,14 @@ class EventsTest : public BusTest {
     Events events;  // event and reason
 };
 
+// A bus of a test's own, with a daemon on it and the connection of a process that outlives it.
+struct BusWithDaemon {
+    BusWithDaemon();
+
+    support::PrivateBus bus;
+    FakeService service;
+};
+
 }  // namespace test
 
 // Runs STATEMENTS in a process of their own: for tests that need no bus to have been there before,

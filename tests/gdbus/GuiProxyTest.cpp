@@ -521,13 +521,8 @@ TEST_F(GuiProxyWithoutBus, AFailedConnectionAtStartIsTriedAgainAtEveryCall) {
                                             "connect: No such file or directory"),
                       3);
         }
-        const support::PrivateBus bus;
-        g_dbus_connection_set_exit_on_close(g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr),
-                                            FALSE);
-        FakeService service;
-        service.list(GUI_TREE);
-        service.own();
-        service.answer("getPincode", "('12345678',)");
+        BusWithDaemon daemon;
+        daemon.service.answer("getPincode", "('12345678',)");
         EXPECT_EQ(proxy->getPincode(), "12345678");
         proxy.reset();
     });
@@ -535,12 +530,7 @@ TEST_F(GuiProxyWithoutBus, AFailedConnectionAtStartIsTriedAgainAtEveryCall) {
 
 TEST_F(GuiProxyWithoutBus, ADocumentThatTheBusRefusesForItsLengthFails) {
     IN_OWN_PROCESS({
-        const support::PrivateBus bus;
-        g_dbus_connection_set_exit_on_close(g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr),
-                                            FALSE);
-        FakeService service;
-        service.list(GUI_TREE);
-        service.own();
+        BusWithDaemon daemon;
         GuiProxy proxy;
         // A system bus ends the connection of whoever sends more than 32 MiB at once.
         const std::string document(40U << 20U, 'x');

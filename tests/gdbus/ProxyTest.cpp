@@ -323,12 +323,7 @@ TEST_F(ProxyWithoutBus, AFailedSubscriptionMayBeTriedAgainAndUsesUpNoId) {
             const Subscriber failed;
             EXPECT_EQ(failed.id(), -1);
         }
-        const support::PrivateBus bus;
-        g_dbus_connection_set_exit_on_close(g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr),
-                                            FALSE);
-        FakeService service;
-        service.list(GUI_TREE);
-        service.own();
+        const BusWithDaemon daemon;
         const Subscriber subscriber;
         EXPECT_EQ(subscriber.id(), 0);
         EXPECT_EQ(subscriber.added, Paths{"/zolt/gui"});

@@ -9,6 +9,7 @@ import signal
 import subprocess
 import types
 import unittest
+import unittest.mock
 
 from set_case import (BUILD, DEADLINE, SOURCE, SetCase, contents, descendants, program_of, running,
                       with_variables)
@@ -387,6 +388,13 @@ class Ending(SetCase):
                 self.assert_all_gone(held)
                 shutil.rmtree(held.state)
 
+    def test_the_private_folder_waits_for_the_program(self):
+        held = self.hold()
+        keeper = {os.readlink(f"/proc/{one.number}/fd/0") for one in held.started if program_of(one) == "cat"}
+        self.assertEqual(1, len(keeper))
+        program = f"/proc/{self.one(held, 'zolt-hub')}/fd"
+        self.assertIn(keeper.pop(), {os.readlink(f"{program}/{number}") for number in os.listdir(program)})
+
     def test_everything_ends_with_a_launcher_that_is_killed(self):
         held = self.hold()
         held.process.kill()
@@ -424,6 +432,20 @@ class Ending(SetCase):
             closed.program = types.SimpleNamespace(status=status)
             self.assertIsNone(closed.supervise())
         self.assertEqual([], self.said)
+
+    def test_a_server_that_nobody_is_connected_to_goes_on(self):
+        log = os.path.join(self.private, "servers.log")
+        outer = XServer(400, 300, log)
+        self.addCleanup(outer.stop)
+        with unittest.mock.patch.dict(os.environ, {"DISPLAY": outer.display}):
+            inner = XServer(320, 180, log, nested=True)
+        self.addCleanup(inner.stop)
+        for server in (outer, inner):
+            # One that began anew would have forgotten.
+            asked = ["xprop", "-display", server.display, "-root"]
+            subprocess.run([*asked, "-f", "PROBE", "8s", "-set", "PROBE", "kept"], check=True)
+            told = subprocess.run([*asked, "PROBE"], check=True, capture_output=True, text=True)
+            self.assertEqual('PROBE(STRING) = "kept"', told.stdout.strip())
 
     def test_a_server_that_is_gone_does_not_answer_when_another_has_taken_its_name(self):
         log = os.path.join(self.private, "servers.log")
