@@ -67,6 +67,17 @@ class Display : public ProbeSet {
         }));
     }
 
+    // Ends the server between two requests, at the moment that MOMENT wishes for.
+    void expectAnOrderlyEnd(const std::string& moment) {
+        startProbe({moment});
+        tool("xdotool", {"key", "a"});
+        ASSERT_TRUE(logHas("waiting for the server's end"));
+        server().send(SIGKILL);
+        EXPECT_NE(probe().wait(), -1);
+        EXPECT_TRUE(logHas("The X server of the set is gone: the main loop ends"));
+        EXPECT_THAT(said(), testing::Contains("terminate"));
+    }
+
     static std::string firstWord(const std::string& text) {
         return text.substr(0, text.find_first_of(" \n"));
     }
@@ -189,14 +200,12 @@ TEST_F(Display, ClosingTheLastWindowEndsTheApplication) {
     EXPECT_EQ(said().back(), "ui_app_main returned 0");
 }
 
-TEST_F(Display, AServerThatDiesBetweenTwoRequestsEndsTheMainLoopAndTheApplicationIsTold) {
-    startProbe({"outlive-server"});
-    tool("xdotool", {"key", "a"});
-    ASSERT_TRUE(logHas("waiting for the server's end"));
-    server().send(SIGKILL);
-    EXPECT_NE(probe().wait(), -1);
-    EXPECT_TRUE(logHas("The X server of the set is gone: the main loop ends"));
-    EXPECT_THAT(said(), testing::Contains("terminate"));
+TEST_F(Display, AServerThatDiesBeforeTheMainLoopWaitsEndsItAndTheApplicationIsTold) {
+    expectAnOrderlyEnd("outlive-server-at-work");
+}
+
+TEST_F(Display, AServerThatDiesWhileTheMainLoopWaitsEndsItAndTheApplicationIsTold) {
+    expectAnOrderlyEnd("outlive-server-at-rest");
 }
 
 TEST_F(Display, AnApplicationThatEndsBeforeItsFirstLaunchIsNotTerminated) {

@@ -87,8 +87,18 @@ void onKey(void* data, Evas*, Evas_Object*, void* info) {
     const auto* event = static_cast<Evas_Event_Key_Down*>(info);
     say(std::string("key down ") + event->key + " " + event->keyname);
     const auto* probe = static_cast<Probe*>(data);
-    if (probe->wants("outlive-server") || probe->wants("ask-dead-server")) {
-        outliveServer(probe->wants("ask-dead-server"));
+    if (probe->wants("ask-dead-server")) {
+        outliveServer(true);
+    } else if (probe->wants("outlive-server-at-work")) {
+        ecore_job_add([](void*) { outliveServer(false); }, nullptr);
+    } else if (probe->wants("outlive-server-at-rest")) {
+        // Behind everything else that the loop does before it waits.
+        ecore_idle_enterer_add(
+            [](void*) {
+                outliveServer(false);
+                return ECORE_CALLBACK_CANCEL;
+            },
+            nullptr);
     }
 }
 
