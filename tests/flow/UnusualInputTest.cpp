@@ -441,21 +441,20 @@ TEST_F(UnusualInputTest, ADeeperChainBehindAnEntryLeavesTheButtonOfItsConfirmati
 
 // --- names
 
-// NAME as a part with markup shows it, and as one for a single line does.
+// NAME, and what a part for a single line shows of it: the signs of markup as they are, entities as
+// what they stand for.
 struct Name {
     const char* name;
-    const char* read;
     const char* line;
 };
 
 constexpr Name plain(const char* name) {
-    return {name, name, name};
+    return {name, name};
 }
 
 const Name NAMES[] = {
-    {"<b>Big</b><br/><color=#ff0000ff>Red</color>", "Big\nRed",
-     "<b>Big</b><br/><color=#ff0000ff>Red</color>"},
-    {"A &amp; B &lt;i&gt;", "A & B <i>", "A & B <i>"},
+    {"<b>Big</b><br/><color=#ff0000ff>Red</color>", "<b>Big</b><br/><color=#ff0000ff>Red</color>"},
+    {"A &amp; B &lt;i&gt;", "A & B <i>"},
     plain("A & B"),
     plain("It's \"here\" `now` \u2018a\u2019 \u201cb\u201d \u201ec\u201c \u00abd\u00bb"),
     plain("\u05d7\u05e0\u05d5\u05ea 12 (\u05de\u05e8\u05db\u05d6)"),
@@ -469,7 +468,6 @@ TEST_F(UnusualInputTest, ANameGoesWholeFromTheListOverEveryScreenIntoTheDocument
         for (const Name& entry : NAMES) {
             SCOPED_TRACE(entry.name + std::to_string(orientation));
             const std::string name = entry.name;
-            const std::string read = entry.read;
             const std::string line = entry.line;
             const auto left = [orientation](const std::string& text) {
                 return orientation == 1 ? ": " + text : text + " :";
@@ -477,15 +475,14 @@ TEST_F(UnusualInputTest, ANameGoesWholeFromTheListOverEveryScreenIntoTheDocument
             restart();
             serveEncoded({{name + "1", {{name + "A", "01"}, {"South", "02"}}},
                           {name + "2", {{name + "B", "0101"}, {name + "C", "0102"}}}});
-            EXPECT_EQ(name + "1", textOf(heading()));
-            EXPECT_EQ(read + "1", seen(heading()));
+            EXPECT_EQ(line + "1", textOf(heading()));
             EXPECT_EQ(line + "A", firstRow());
             choose(name + "A");
             EXPECT_EQ(line + "A", textOf(button("selectBtn")));
             click(EventHandler::nextSelectionScreenRequested);
             EXPECT_EQ(line + "A", chosenValue());
             EXPECT_EQ("", textOf(layoutOf(screen()), orientation == 1 ? "shop1" : "shopname"));
-            EXPECT_EQ(read + "2", seen(heading()));
+            EXPECT_EQ(line + "2", textOf(heading()));
             choose(name + "C");
             click(EventHandler::registrationConfirmationScreenRequested);
             EXPECT_THAT(rows(), ElementsAre(std::make_pair(left(name + "1"), name + "A"),
@@ -510,9 +507,8 @@ TEST_F(UnusualInputTest, TheNameOfTheRegisteredShopIsShownWhole) {
                             encodedDocument({{name + "1", {{name, "01"}}}}));
             restart(true);
             event(0, 0);
-            EXPECT_EQ(name + " : 01", textOf(layoutOf(screen()), "RegistrationInfo"));
-            EXPECT_EQ(std::string(entry.read) + " : 01",
-                      seen(layoutOf(screen()), "RegistrationInfo"));
+            EXPECT_EQ(std::string(entry.line) + " : 01",
+                      textOf(layoutOf(screen()), "RegistrationInfo"));
             EXPECT_EQ("TV_SID_PIN_CODE, 1, 2, 3, 4, 5, 6, 7, 8", labelText());
             click(EventHandler::registrationInformationScreenRequested);
             EXPECT_THAT(rows(),
@@ -562,7 +558,6 @@ TEST_F(UnusualInputTest, ALongNameIsCutInTheRowsOnlyAndItsDocumentCannotBeRead) 
         serveEncoded({{name, {{name + "A", "01"}, {"South", "02"}}},
                       {"Store", {{"N1", "0101"}, {"N2", "0102"}}}});
         EXPECT_EQ(name, textOf(heading()));
-        EXPECT_EQ(name, seen(heading()));
         EXPECT_EQ(name.substr(0, ROW_LIMIT), firstRow());
         choose(name + "A");
         EXPECT_EQ(name + "A", textOf(button("selectBtn")));

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Holds the theme's page, the compiled theme and the program's sources against one another."""
+"""Holds the theme's pages, the compiled theme and the program's sources against one another."""
 import argparse
 import pathlib
 import re
@@ -17,10 +17,10 @@ options = None
 
 
 class Page:
-    """The tables of the page, by the heading above them."""
+    """The tables of the pages, by the heading above them."""
 
-    def __init__(self, path):
-        self.text = path.read_text(encoding="utf-8")
+    def __init__(self, *paths):
+        self.text = "\n".join(path.read_text(encoding="utf-8") for path in paths)
         self.tables = {}
         heading = ""
         for line in self.text.splitlines():
@@ -148,7 +148,7 @@ class ThemeContract(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
-        cls.page = Page(options.page)
+        cls.page = Page(options.page, options.design)
         cls.theme = Theme(options.inspector, options.theme)
         cls.program = Program(options.sources)
 
@@ -245,7 +245,7 @@ class ThemeContract(unittest.TestCase):
 
 if __name__ == "__main__":
     parser = argparse.ArgumentParser()
-    for name in ("page", "sources", "theme", "drawings"):
+    for name in ("page", "design", "sources", "theme", "drawings"):
         parser.add_argument("--" + name, type=pathlib.Path, required=True)
     parser.add_argument("--inspector", required=True)
     options, rest = parser.parse_known_args()
