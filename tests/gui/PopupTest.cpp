@@ -233,6 +233,30 @@ TEST_F(PopupTest, BlockingTakesAllButtonsOutOfReach) {
     EXPECT_EQ(2, entered("deactivateButton"));
 }
 
+TEST_F(PopupTest, AButtonOutOfReachLooksSoUntilItHasTheFocusAgain) {
+    const auto popup = popupOf(1920, 1080);
+    addOk(*popup);
+    addOk(*popup);
+    m_screen->show();
+    activate(*m_screen);
+    popup->show();
+    const auto look = [&](int number) {
+        return std::string(edje_object_part_state_get(elm_layout_edje_get(buttonOf(*popup, number)),
+                                                      "elm.text", nullptr));
+    };
+    const auto looks = [&](const std::string& first, const std::string& second) {
+        return turnUntil([&] { return look(1) == first && look(2) == second; });
+    };
+    EXPECT_TRUE(looks("focused", "default"));
+    popup->deactivateButton("button1");
+    popup->focusButton("button2");
+    EXPECT_TRUE(looks("blocked", "focused"));
+    popup->focusButton("button1");
+    EXPECT_TRUE(looks("focused", "default"));
+    popup->focusButton("button2");
+    EXPECT_TRUE(looks("default", "focused"));
+}
+
 TEST_F(PopupTest, BlockingAPopupWithoutButtonsDoesNothing) {
     const auto popup = popupOf(1920, 1080);
     popup->blockAllButtons();
