@@ -17,6 +17,7 @@ from set_case import (BUILD, DEADLINE, SOURCE, SetCase, contents, descendants, p
 from folder import Description, SetFolder
 from processes import Child, SetError, WindowManager, XServer, wait_until
 from remote import Camera, Remote
+from speech_test import catalogue
 from virtual_set import VirtualSet
 from walks import SOUND_MOVE
 
@@ -334,6 +335,19 @@ class Window(RunCase):
         self.assertEqual(0, self.run_with("--control", "pause").returncode)
         wait_until(lambda: "calling Pause" in contents(output), DEADLINE, "the new line to be shown")
         self.assertIsNone(process.poll())
+
+    def test_a_running_set_changes_to_a_language_whose_locale_was_not_built_before(self):
+        process, output = self.open("--log")
+        wait_until(lambda: "calling Resume" in contents(output), DEADLINE, "the log to be shown")
+        self.assertFalse(os.path.exists(os.path.join(self.tree, "build", "locales", "it_IT.utf8")))
+        self.assertEqual(0, self.run_with("--control", "resume").returncode)
+        told = self.run_with("--control", "language", "it_IT.utf8")
+        self.assertEqual((0, ""), (told.returncode, told.stderr))
+        wait_until(lambda: catalogue("it")["SID_CANCEL"] in self.run_with("--control", "look").stdout,
+                   DEADLINE, "the texts in the new language")
+        self.assertIsNone(process.poll())
+        self.assert_told_in_one_line(2, "xx_XX.utf8 is no language that this machine knows",
+                                     self.run_with("--control", "language", "xx_XX.utf8"))
 
     def test_without_a_display_the_set_is_walked_and_a_control_verb_reaches_it(self):
         out = os.path.join(self.private, "out")

@@ -5,6 +5,7 @@ import gettext
 import pathlib
 import re
 import sys
+import unicodedata
 import unittest
 
 # An id is a whole literal; a literal that merely holds one is a text of a log line.
@@ -59,6 +60,48 @@ class Catalogues(unittest.TestCase):
     def test_every_file_of_a_language_is_listed(self):
         self.assertEqual(sorted(self.languages),
                          sorted(path.stem for path in options.catalogues.glob("*.po")))
+
+    def test_a_language_has_a_home_that_a_set_can_be_told_of(self):
+        homes = {path.name for path in pathlib.Path("/usr/share/i18n/locales").iterdir()}
+        for language in self.languages:
+            with self.subTest(language=language):
+                self.assertTrue({home for home in homes if (home + "_").startswith(language + "_")})
+
+    def test_the_glossary_has_every_language_and_a_word_for_every_term(self):
+        lines = (options.catalogues / "GLOSSARY.md").read_text(encoding="utf-8").splitlines()
+        rows = [[cell.strip() for cell in line.strip("|").split("|")] for line in lines
+                if line.startswith("|")]
+        head = next(row for row in rows if row[0] == "Language")
+        table = {row[0].strip("`"): row for row in rows if re.fullmatch("`[a-zA-Z_]+`", row[0])}
+        self.assertEqual(sorted(table), sorted(self.languages))
+        self.assertEqual(sorted(row[0] for row in rows[2:] if row is not head and
+                                row[0] in head[2:]), sorted(head[2:]))
+        for language, row in table.items():
+            with self.subTest(language=language):
+                self.assertEqual(len(row), len(head))
+                self.assertNotIn("", row)
+
+    def test_the_text_at_the_end_names_the_button_as_it_reads(self):
+        for language, found in self.texts.items():
+            with self.subTest(language=language):
+                self.assertIn(found["COM_REGISTRATION_INFORMATION"][0].lower(),
+                              found["COM_SID_REGISTRATION_COMPLETED_CHECK_STATUS"][0].lower())
+
+    def test_a_text_breaks_where_the_english_does(self):
+        for language, found in self.texts.items():
+            for name, (text, _) in found.items():
+                with self.subTest(language=language, id=name):
+                    self.assertEqual(text.count("<br/>"), self.texts["en"][name][0].count("<br/>"))
+
+    def test_a_short_text_stays_within_what_its_comment_allows(self):
+        for language, found in self.texts.items():
+            for name, (text, comment) in found.items():
+                most = re.search(r"Up to (\d+) letters", comment)
+                letters = sum(not unicodedata.category(sign).startswith(("M", "Cf"))
+                              for sign in text)
+                if most:
+                    with self.subTest(language=language, id=name):
+                        self.assertLessEqual(letters, int(most.group(1)))
 
     def test_every_id_tells_translators_where_it_is_shown(self):
         for found in [self.template, *self.texts.values()]:

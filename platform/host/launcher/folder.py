@@ -10,12 +10,18 @@ import subprocess
 from key_file import KeyFile, KeyFileError
 from processes import ChoiceError, SetError
 
-# Where each language of the catalogues is at home, so that a running set can be switched to it.
+# The languages that every set has built from its start, so that it can be switched while it runs; others
+# are built when a set is started in one or is told to change to one.
 LOCALES = {"ar": "ar_EG.utf8", "en": "en_US.utf8", "ko": "ko_KR.utf8"}
 # What the set itself takes for a side of its screen.
 SMALLEST_SIDE = 1
 LARGEST_SIDE = 16384
 _LAID_OUT = {"config.xml", "data", "etc", "home"}
+
+
+def locales_of(state):
+    """Where the sets that share the folder STATE find their locales."""
+    return os.path.join(state, "locales")
 
 
 def locale_source(locale):
@@ -149,13 +155,13 @@ class SetFolder:
 
     def make_locales(self, path):
         """Builds the locales that the set may speak into PATH, whatever the machine itself has."""
-        os.makedirs(path, exist_ok=True)
         for locale in sorted({*LOCALES.values(), self.language}):
             self.make_locale(path, locale)
 
     @staticmethod
     def make_locale(path, locale):
         source = locale_source(locale)
+        os.makedirs(path, exist_ok=True)
         with open(os.path.join(path, ".lock"), "w", encoding="utf-8") as lock:
             fcntl.flock(lock, fcntl.LOCK_EX)
             target = os.path.join(path, locale)

@@ -14,7 +14,7 @@ import sys
 import threading
 import time
 
-from folder import LARGEST_SIDE, SMALLEST_SIDE, SetFolder
+from folder import LARGEST_SIDE, SMALLEST_SIDE, SetFolder, locales_of
 from journal import Journal
 from processes import ChoiceError, SetError, display_answers, require
 from registration import document_of, register
@@ -36,6 +36,7 @@ def options(arguments=None):
     parser.add_argument("--set")
     parser.add_argument("--patience", type=float, default=120, help="seconds to wait for a step")
     parser.add_argument("--log", action="store_true")
+    parser.add_argument("--locale", help="only build this locale, for a set that runs")
     parser.add_argument("--check", action="store_true", help="only tell whether the options are good")
     choice = parser.parse_args(arguments)
     # The program's working folder is the set's.
@@ -255,6 +256,9 @@ def main():
         signal.signal(name, end_orderly)
     if choice.walk == "list":
         list_walks(choice)
+        return 0
+    if choice.locale:
+        SetFolder.make_locale(locales_of(choice.state), choice.locale)
         return 0
     check_options(choice)
     if choice.check:

@@ -6,7 +6,7 @@ import os
 import subprocess
 import time
 
-from folder import SetFolder
+from folder import SetFolder, locales_of
 from journal import Journal
 from private_folder import PrivateFolder
 from processes import Bus, Child, SetError, WindowManager, XServer, wait_until
@@ -30,7 +30,7 @@ class VirtualSet:
         self.log = Journal(log or folder.file("zolt.log"))
         self.daemon_log = Journal(folder.file("daemon.log"))
         self.restarts = []
-        self._locales = os.path.join(state, "locales")
+        self._locales = locales_of(state)
         self._scenario = scenario
         self._nested = nested
         self._say = say
