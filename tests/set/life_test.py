@@ -300,7 +300,7 @@ class Language(LifeCase):
 
     def test_the_line_of_the_shop_code_is_renewed_on_a_set_that_starts_in_arabic(self):
         self.switch_on(registered=True, language="ar_EG")
-        for focus in ("إلغاء التسجيل", "معلومات التسجيل"):
+        for focus in ("إزالة التسجيل", "معلومات التسجيل"):
             self.press("Down")
             self.sees(focus=focus)
         self.press("Return")

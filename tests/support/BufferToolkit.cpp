@@ -19,6 +19,8 @@ void BufferToolkit::SetUp() {
         unsetenv(stray);
     }
     setenv("ELM_ENGINE", "buffer", 1);
+    // The fonts of a set, whatever else is installed.
+    setenv("FONTCONFIG_FILE", ZOLT_TEST_FONTS, 1);
     setenv("EINA_LOG_BACKTRACE", "-1", 1);
     setenv("EINA_LOG_LEVEL", "0", 0);
     setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent", 1);

@@ -102,6 +102,7 @@ class VirtualSet:
             "XDG_DATA_HOME": os.path.join(home, "data"),
             "XDG_RUNTIME_DIR": self._runtime_folder(),
             "LOCPATH": self._locales,
+            "FONTCONFIG_FILE": os.path.join(_ROOT, "platform", "host", "fonts.conf"),
             "EINA_LOG_LEVEL": "1",
             "EINA_LOG_BACKTRACE": "-1",
             "ELM_DISPLAY": "x11",
