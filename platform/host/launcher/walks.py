@@ -37,6 +37,10 @@ class Walk:
         """Takes the picture of a step, once the screen has come to rest."""
         number = len(self.pictures) + 1
         path = os.path.join(self.out, f"{number:02d}-{name}.png")
+        # The program draws when it has answered the first, and has drawn when it answers the second: a
+        # picture that stands still may be the one before.
+        for _ in range(2):
+            self.set.control("ping")
         self.set.camera.save(self.set.camera.settled(), path)
         self.pictures.append(path)
         elapsed = time.monotonic() - self._started
