@@ -10,12 +10,13 @@
 #include <libintl.h>
 
 #include <Ecore.h>
-#include <Ecore_Evas.h>
 
 #include "common/ZoltConfig.h"
 #include "gui/Controller.h"
 #include "gui/EventHandler.h"
+#include "gui/ScreenParts.h"
 #include "gui/Speech.h"
+#include "gui/ToolkitLoop.h"
 #include "support/BufferToolkit.h"
 
 namespace support {
@@ -27,22 +28,6 @@ using ZOLT::GUI::Screen;
 
 const auto* const toolkit = ::testing::AddGlobalTestEnvironment(
     new BufferToolkit(std::string(ZOLT_TEST_THEME_FOLDER) + "/gui.edj"));
-
-// A derived class may name the members that its base keeps to its family.
-struct ScreenFamily : Screen {
-    static constexpr Evas_Object* Screen::*window = &ScreenFamily::m_window;
-    static constexpr Evas_Object* Screen::*layout = &ScreenFamily::m_layout;
-};
-
-struct PopupFamily : Popup {
-    static constexpr Evas_Object* Popup::*widget = &PopupFamily::m_popup;
-    static constexpr Evas_Object* Popup::*background = &PopupFamily::m_background;
-};
-
-unsigned int nextTimestamp() {
-    static unsigned int timestamp = 0;
-    return ++timestamp;
-}
 
 std::string joined(const std::vector<std::string>& lines) {
     std::string all;
@@ -151,19 +136,19 @@ void GuiFixture::translate(const std::vector<std::pair<std::string, std::string>
 }
 
 Evas_Object* GuiFixture::windowOf(const Screen& screen) {
-    return screen.*ScreenFamily::window;
+    return support::windowOf(screen);
 }
 
 Evas_Object* GuiFixture::layoutOf(const Screen& screen) {
-    return screen.*ScreenFamily::layout;
+    return support::layoutOf(screen);
 }
 
 Evas_Object* GuiFixture::widgetOf(const Popup& popup) {
-    return popup.*PopupFamily::widget;
+    return support::widgetOf(popup);
 }
 
 Evas_Object* GuiFixture::backgroundOf(const Popup& popup) {
-    return popup.*PopupFamily::background;
+    return support::backgroundOf(popup);
 }
 
 std::string GuiFixture::textOf(Evas_Object* object, const char* part) {
@@ -257,12 +242,7 @@ Box GuiFixture::maximumOf(const Evas_Object* object) {
 }
 
 void GuiFixture::activate(const Screen& screen) {
-    // A window of the buffer engine has the keyboard from the start and never tells its widgets.
-    Ecore_Evas* window = ecore_evas_ecore_evas_get(evas_object_evas_get(windowOf(screen)));
-    ecore_evas_focus_set(window, EINA_FALSE);
-    settle();
-    ecore_evas_focus_set(window, EINA_TRUE);
-    settle();
+    ToolkitLoop::activate(windowOf(screen));
 }
 
 void GuiFixture::press(Evas_Object* object, const std::string& key) {
@@ -281,24 +261,15 @@ void GuiFixture::keyUp(Evas_Object* object, const std::string& key) {
 }
 
 void GuiFixture::feedKeyDown(Evas_Object* object, const std::string& key) {
-    evas_event_feed_key_down(evas_object_evas_get(object), key.c_str(), key.c_str(), nullptr,
-                             nullptr, nextTimestamp(), nullptr);
+    ToolkitLoop::keyDown(object, key);
 }
 
 void GuiFixture::feedKeyUp(Evas_Object* object, const std::string& key) {
-    evas_event_feed_key_up(evas_object_evas_get(object), key.c_str(), key.c_str(), nullptr, nullptr,
-                           nextTimestamp(), nullptr);
+    ToolkitLoop::keyUp(object, key);
 }
 
 void GuiFixture::settle() {
-    // Work that a job puts off goes into further jobs; a few rounds behind them are enough.
-    for (int round = 0; round < 5; ++round) {
-        bool reached = false;
-        ecore_job_add([](void* data) { *static_cast<bool*>(data) = true; }, &reached);
-        while (!reached) {
-            ecore_main_loop_iterate();
-        }
-    }
+    ToolkitLoop::settle();
 }
 
 void GuiFixture::draw(Evas_Object* object) {

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: Apache-2.0
+// The widgets of a screen and of a popup, which their classes keep to themselves.
+#include "gui/ScreenParts.h"
+
+namespace support {
+
+namespace {
+
+using ZOLT::GUI::Popup;
+using ZOLT::GUI::Screen;
+
+// A derived class may name the members that its base keeps to its family.
+struct ScreenFamily : Screen {
+    static constexpr Evas_Object* Screen::*window = &ScreenFamily::m_window;
+    static constexpr Evas_Object* Screen::*layout = &ScreenFamily::m_layout;
+};
+
+struct PopupFamily : Popup {
+    static constexpr Evas_Object* Popup::*widget = &PopupFamily::m_popup;
+    static constexpr Evas_Object* Popup::*background = &PopupFamily::m_background;
+};
+
+}  // namespace
+
+Evas_Object* windowOf(const Screen& screen) {
+    return screen.*ScreenFamily::window;
+}
+
+Evas_Object* layoutOf(const Screen& screen) {
+    return screen.*ScreenFamily::layout;
+}
+
+Evas_Object* widgetOf(const Popup& popup) {
+    return popup.*PopupFamily::widget;
+}
+
+Evas_Object* backgroundOf(const Popup& popup) {
+    return popup.*PopupFamily::background;
+}
+
+}  // namespace support

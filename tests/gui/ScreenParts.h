@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: Apache-2.0
+// The widgets of a screen and of a popup, which their classes keep to themselves.
+#pragma once
+
+#include <Elementary.h>
+
+#include "gui/Popup.h"
+#include "gui/Screen.h"
+
+namespace support {
+
+Evas_Object* windowOf(const ZOLT::GUI::Screen& screen);
+Evas_Object* layoutOf(const ZOLT::GUI::Screen& screen);
+Evas_Object* widgetOf(const ZOLT::GUI::Popup& popup);
+Evas_Object* backgroundOf(const ZOLT::GUI::Popup& popup);
+
+}  // namespace support
