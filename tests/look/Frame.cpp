@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: Apache-2.0
+// The pixels of a picture, and how they differ from those of another.
+#include "look/Frame.h"
+
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+
+namespace look {
+
+namespace {
+
+constexpr int OVERLOOKED = 12;  // of 255
+
+std::array<double, 256> makeLinear() {
+    std::array<double, 256> linear{};
+    for (std::size_t value = 0; value < linear.size(); ++value) {
+        const double part = static_cast<double>(value) / 255.0;
+        linear[value] = part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    }
+    return linear;
+}
+
+double luminance(Pixel pixel) {
+    static const std::array<double, 256> linear = makeLinear();
+    return 0.2126 * linear[(pixel >> 16) & 255] + 0.7152 * linear[(pixel >> 8) & 255] +
+           0.0722 * linear[pixel & 255];
+}
+
+int part(Pixel pixel, int shift) {
+    return static_cast<int>((pixel >> shift) & 255);
+}
+
+}  // namespace
+
+double contrastOf(Pixel one, Pixel other) {
+    const double first = luminance(one) + 0.05;
+    const double second = luminance(other) + 0.05;
+    return first > second ? first / second : second / first;
+}
+
+int distanceOf(Pixel one, Pixel other) {
+    int most = 0;
+    for (const int shift : {0, 8, 16}) {
+        most = std::max(most, std::abs(part(one, shift) - part(other, shift)));
+    }
+    return most;
+}
+
+Frame::Frame(int width, int height, const void* pixels)
+    : m_width(width),
+      m_height(height),
+      m_pixels(static_cast<const Pixel*>(pixels),
+               static_cast<const Pixel*>(pixels) +
+                   static_cast<std::size_t>(width) * static_cast<std::size_t>(height)) {}
+
+Box Frame::differenceTo(const Frame& other) const {
+    Box box;
+    const std::size_t bytes = static_cast<std::size_t>(m_width) * sizeof(Pixel);
+    for (int y = 0; y < m_height; ++y) {
+        const Pixel* mine = row(y);
+        const Pixel* others = other.row(y);
+        if (std::memcmp(mine, others, bytes) == 0) {
+            continue;
+        }
+        int left = 0;
+        int right = m_width;
+        while (left < right && distanceOf(mine[left], others[left]) <= OVERLOOKED) {
+            ++left;
+        }
+        while (right > left && distanceOf(mine[right - 1], others[right - 1]) <= OVERLOOKED) {
+            --right;
+        }
+        if (left < right) {
+            box = box.with({left, y, right, y + 1});
+        }
+    }
+    return box;
+}
+
+Frame Frame::reduced(int factor) const {
+    std::vector<Pixel> pixels;
+    const int width = m_width / factor;
+    const int height = m_height / factor;
+    pixels.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            std::array<int, 3> sums{};
+            for (int line = 0; line < factor; ++line) {
+                for (int column = 0; column < factor; ++column) {
+                    const Pixel pixel = at(x * factor + column, y * factor + line);
+                    sums[0] += part(pixel, 16);
+                    sums[1] += part(pixel, 8);
+                    sums[2] += part(pixel, 0);
+                }
+            }
+            Pixel mean = 0xff;
+            for (const int sum : sums) {
+                mean = (mean << 8) | static_cast<Pixel>(sum / (factor * factor));
+            }
+            pixels.push_back(mean);
+        }
+    }
+    return {width, height, pixels.data()};
+}
+
+}  // namespace look

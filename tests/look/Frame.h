@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: Apache-2.0
+// The pixels of a picture, and how they differ from those of another.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "look/Box.h"
+
+namespace look {
+
+using Pixel = std::uint32_t;  // 0xAARRGGBB
+
+// Contrast of two colours, from 1 to 21, by relative luminance.
+double contrastOf(Pixel one, Pixel other);
+// The largest difference of a colour part, from 0 to 255.
+int distanceOf(Pixel one, Pixel other);
+
+// A copy of what a window shows.
+class Frame {
+  public:
+    Frame() = default;
+    Frame(int width, int height, const void* pixels);
+
+    int width() const { return m_width; }
+    int height() const { return m_height; }
+    Box whole() const { return {0, 0, m_width, m_height}; }
+    Pixel at(int x, int y) const {
+        return m_pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) +
+                        static_cast<std::size_t>(x)];
+    }
+    const Pixel* row(int y) const {
+        return &m_pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width)];
+    }
+
+    // The smallest box around all pixels that differ from OTHER by more than the eye overlooks.
+    Box differenceTo(const Frame& other) const;
+    // The same picture with fewer pixels: FACTOR by FACTOR of them become one.
+    Frame reduced(int factor) const;
+
+  private:
+    int m_width = 0;
+    int m_height = 0;
+    std::vector<Pixel> m_pixels;
+};
+
+}  // namespace look

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
+// What is looked at: every screen and every popup, as the flow makes them, with good and bad input.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "gui/Screen.h"
+
+namespace look {
+
+class Stage;
+
+struct Scene {
+    std::string name;
+    // Makes the screen, not shown yet.
+    std::function<ZOLT::GUI::Screen*(Stage&)> make;
+    // What happens on the screen once it is shown: a popup, keys. May be missing.
+    std::function<void(Stage&)> after;
+    // What others have named, as opposed to texts of ours. Such a text may end in an ellipsis.
+    std::vector<std::string> names;
+    // What is read character by character, always from left to right and whole.
+    std::vector<std::string> codes;
+    // Whether the circle turns.
+    bool waits = false;
+    // Whether the scene has texts of ours that no other scene of this kind has.
+    bool rich = true;
+};
+
+const std::vector<Scene>& scenes();
+
+}  // namespace look

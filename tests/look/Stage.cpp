@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: Apache-2.0
+// One screen of the program in a window in memory, with the time and the keys in the hands of the
+// one who looks.
+#include "look/Stage.h"
+
+#include <stdexcept>
+
+#include <Ecore.h>
+#include <Ecore_Evas.h>
+
+#include "gui/EventHandler.h"
+#include "gui/ScreenParts.h"
+#include "gui/ToolkitLoop.h"
+#include "look/Clock.h"
+#include "look/Scene.h"
+
+namespace look {
+
+namespace {
+
+constexpr double TICK = 0.05;   // seconds
+constexpr double MOTION = 0.6;  // more than any motion of the theme and of a list takes, in seconds
+constexpr int CALCULATIONS = 4;  // widgets answer one another's sizes from turn to turn
+
+Ecore_Evas* frameOf(Evas_Object* window) {
+    return ecore_evas_ecore_evas_get(evas_object_evas_get(window));
+}
+
+}  // namespace
+
+Stage::Stage(const Scene& scene, const Mode& mode) : m_mode(mode) {
+    ecore_animator_source_set(ECORE_ANIMATOR_SOURCE_CUSTOM);
+    ZOLT::GUI::EventHandler::m_keyUnfocused = false;
+    ZOLT::GUI::EventHandler::m_focusState = ZOLT::GUI::FOCUS_STATE_NONE;
+    m_screen = scene.make(*this);
+    m_window = support::windowOf(*m_screen);
+    ecore_evas_manual_render_set(frameOf(m_window), EINA_TRUE);
+    m_shown = std::make_unique<support::ShownScreen>(m_screen);
+    support::ToolkitLoop::activate(m_window);
+    settle();
+    if (scene.after) {
+        scene.after(*this);
+        settle();
+    }
+}
+
+Stage::~Stage() {
+    m_shown.reset();
+    support::ToolkitLoop::settle();
+}
+
+Evas_Object* Stage::popup() const {
+    ZOLT::GUI::Popup* popup = m_screen->getPopup();
+    return popup != nullptr && popup->getVisible() ? support::widgetOf(*popup) : nullptr;
+}
+
+Evas_Object* Stage::focused() const {
+    return elm_object_focused_object_get(m_window);
+}
+
+void Stage::press(const std::string& key) {
+    support::ToolkitLoop::keyDown(m_window, key);
+    support::ToolkitLoop::settle();
+    support::ToolkitLoop::keyUp(m_window, key);
+    settle();
+}
+
+void Stage::focus(Evas_Object* widget) {
+    elm_object_focus_set(widget, EINA_TRUE);
+    settle();
+}
+
+void Stage::pass(double seconds) {
+    Clock::pass(seconds);
+    support::ToolkitLoop::settle();
+}
+
+void Stage::settle() {
+    for (int turn = 0; turn < CALCULATIONS; ++turn) {
+        support::ToolkitLoop::settle();
+        evas_smart_objects_calculate(canvas());
+    }
+    for (double passed = 0.0; passed < MOTION; passed += TICK) {
+        Clock::pass(TICK);
+        ecore_main_loop_iterate_may_block(0);
+    }
+    for (int turn = 0; turn < CALCULATIONS; ++turn) {
+        support::ToolkitLoop::settle();
+        ecore_evas_manual_render(frameOf(m_window));
+    }
+}
+
+Frame Stage::draw() {
+    Ecore_Evas* frame = frameOf(m_window);
+    ecore_evas_manual_render(frame);
+    const void* pixels = ecore_evas_buffer_pixels_get(frame);
+    if (pixels == nullptr) {
+        throw std::runtime_error("the window has no pixels");
+    }
+    return {m_mode.width, m_mode.height, pixels};
+}
+
+std::set<ZOLT::Shop*, ZOLT::Shop::ShopComp> Stage::shops(const std::vector<std::string>& names) {
+    std::set<ZOLT::Shop*, ZOLT::Shop::ShopComp> shops;
+    for (const std::string& name : names) {
+        auto shop = std::make_unique<ZOLT::Shop>();
+        shop->name = name;
+        const std::string number = std::to_string(m_shops.size() + 1);
+        shop->code = std::string(4 - std::min<std::size_t>(number.size(), 4), '0') + number;
+        shops.insert(shop.get());
+        m_shops.push_back(std::move(shop));
+    }
+    return shops;
+}
+
+}  // namespace look
