@@ -49,11 +49,29 @@ int distanceOf(Pixel one, Pixel other) {
 }
 
 Frame::Frame(int width, int height, const void* pixels)
-    : m_width(width),
-      m_height(height),
-      m_pixels(static_cast<const Pixel*>(pixels),
-               static_cast<const Pixel*>(pixels) +
-                   static_cast<std::size_t>(width) * static_cast<std::size_t>(height)) {}
+    : m_width(width), m_height(height), m_pixels(static_cast<const Pixel*>(pixels)) {}
+
+Frame Frame::copy() const {
+    Frame made = *this;
+    const std::size_t count =
+        static_cast<std::size_t>(m_width) * static_cast<std::size_t>(m_height);
+    made.m_kept = std::make_shared<std::vector<Pixel>>(m_pixels, m_pixels + count);
+    made.m_pixels = made.m_kept->data();
+    return made;
+}
+
+int Frame::changedPixels(const Frame& other, const Box& area, double least) const {
+    const Box seen = area.common(whole());
+    int changed = 0;
+    for (int y = seen.top; y < seen.bottom; ++y) {
+        for (int x = seen.left; x < seen.right; ++x) {
+            const Pixel mine = at(x, y);
+            const Pixel others = other.at(x, y);
+            changed += mine != others && contrastOf(mine, others) >= least ? 1 : 0;
+        }
+    }
+    return changed;
+}
 
 Box Frame::differenceTo(const Frame& other) const {
     Box box;
@@ -102,7 +120,7 @@ Frame Frame::reduced(int factor) const {
             pixels.push_back(mean);
         }
     }
-    return {width, height, pixels.data()};
+    return Frame(width, height, pixels.data()).copy();
 }
 
 }  // namespace look

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -17,11 +18,15 @@ double contrastOf(Pixel one, Pixel other);
 // The largest difference of a colour part, from 0 to 255.
 int distanceOf(Pixel one, Pixel other);
 
-// A copy of what a window shows.
+// What a window shows: a copy, or a view of pixels that somebody else keeps.
 class Frame {
   public:
     Frame() = default;
+    // A view, which is good until the window is drawn again.
     Frame(int width, int height, const void* pixels);
+
+    Frame copy() const;
+    bool empty() const { return m_pixels == nullptr; }
 
     int width() const { return m_width; }
     int height() const { return m_height; }
@@ -34,6 +39,8 @@ class Frame {
         return &m_pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width)];
     }
 
+    // How many pixels in AREA differ from those of OTHER by a contrast of at least LEAST.
+    int changedPixels(const Frame& other, const Box& area, double least) const;
     // The smallest box around all pixels that differ from OTHER by more than the eye overlooks.
     Box differenceTo(const Frame& other) const;
     // The same picture with fewer pixels: FACTOR by FACTOR of them become one.
@@ -42,7 +49,8 @@ class Frame {
   private:
     int m_width = 0;
     int m_height = 0;
-    std::vector<Pixel> m_pixels;
+    const Pixel* m_pixels = nullptr;
+    std::shared_ptr<std::vector<Pixel>> m_kept;  // holds m_pixels; null for a view
 };
 
 }  // namespace look

@@ -46,7 +46,7 @@ class Stage {
     void pass(double seconds);
     // Lets all motion come to its end.
     void settle();
-    // Draws what has changed and gives a copy of the whole picture.
+    // Draws what has changed and gives a view of the whole picture.
     Frame draw();
 
     // Shops of these names, each with a code, which live as long as this.

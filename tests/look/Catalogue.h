@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+// Compiled message catalogues, read as they are and made up on purpose.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "look/Easel.h"
+
+namespace look {
+
+// Texts by their id; the entry of the empty id, which is about the file, is left out.
+using Messages = std::map<std::string, std::string>;
+
+class Catalogue {
+  public:
+    Catalogue() = delete;
+
+    // The languages that FOLDER has a catalogue of, in order.
+    static std::vector<std::string> languagesIn(const std::string& folder);
+    // Throws std::runtime_error when there is none or it is spoilt.
+    static Messages read(const std::string& folder, const std::string& language);
+
+    // The languages that makeUp makes.
+    static const std::vector<std::string>& madeUp();
+    // Writes into FOLDER the languages that no one speaks: "longest" has the widest translation of
+    // all in CATALOGUES, "grown" is English as long as it may become elsewhere, and of "missing"
+    // two texts are gone. The fonts to measure with are those of EASEL.
+    static void makeUp(const std::string& folder, const std::string& catalogues, Easel& easel);
+    // TEXT as long as a translation may become, in letters that can still be read.
+    static std::string grown(const std::string& text);
+};
+
+}  // namespace look

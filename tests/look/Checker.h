@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: Apache-2.0
+// Holds one picture of a screen against the bars.
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "look/Easel.h"
+#include "look/Frame.h"
+#include "look/Inventory.h"
+#include "look/Report.h"
+#include "look/Stage.h"
+
+namespace look {
+
+// Sizes of texts in the ordinary mode, by their words.
+using Sizes = std::map<std::string, double>;
+Sizes sizesOf(const Inventory& inventory);
+
+class Checker {
+  public:
+    // ORDINARY is what an enlarged screen is measured by, and null for one that is not enlarged.
+    Checker(Stage& stage, const Scene& scene, Easel& easel, Report& report, const Sizes* ordinary);
+
+    // Looks at the screen as it stands now. PICTURE is what it shows.
+    void look(Inventory& inventory, const Frame& picture);
+
+  private:
+    // The ink of texts and icons, found by leaving each of them out in turn.
+    void findInk(Inventory& inventory, const Frame& picture);
+    void checkContrast(const std::string& name, const std::string& what, const Frame& picture,
+                       const Frame& without, const Box& ink, double least);
+    void checkFit(Text& text);
+    void checkWords(const Text& text);
+    void checkSize(const Text& text);
+    void checkOrder(const Text& text);
+    void checkPlaces(const Inventory& inventory);
+    void checkOverlap(const Inventory& inventory);
+    void checkEdges(const Inventory& inventory, const Frame& picture);
+    void checkEdge(const std::string& what, const Frame& picture, const Box& box,
+                   const Box& around);
+    Box safeArea() const;
+    bool ask(const std::string& name, bool good, const std::string& detail);
+    double pixels(double at1080) const { return m_stage.mode().pixels(at1080); }
+
+    Stage& m_stage;
+    const Scene& m_scene;
+    Easel& m_easel;
+    Report& m_report;
+    const Sizes* m_ordinary;
+};
+
+}  // namespace look

@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: Apache-2.0
+// What the command line asks for.
+#include "look/Options.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <sstream>
+#include <stdexcept>
+
+#include "look/Catalogue.h"
+#include "look/Scene.h"
+
+namespace look {
+
+namespace {
+
+// A few that strain a layout in different ways: long words, no blanks, tall letters, from the
+// right.
+const std::vector<std::string> SAMPLE = {"en", "ar", "de", "ko", "ru", "th", "hi", "vi"};
+
+std::vector<std::string> split(const std::string& list, char at = ',') {
+    std::vector<std::string> items;
+    std::istringstream stream(list);
+    for (std::string item; std::getline(stream, item, at);) {
+        items.push_back(item);
+    }
+    if (items.empty()) {
+        throw std::invalid_argument("an empty list");
+    }
+    return items;
+}
+
+bool has(const std::vector<std::string>& list, const std::string& item) {
+    return std::find(list.begin(), list.end(), item) != list.end();
+}
+
+std::size_t wholeNumber(const std::string& text) {
+    if (text.empty() || text.size() > 4 ||
+        text.find_first_not_of("0123456789") != std::string::npos || std::stoul(text) == 0) {
+        throw std::invalid_argument(text + " is no number");
+    }
+    return std::stoul(text);
+}
+
+template <typename Value>
+Value named(const std::map<std::string, Value>& values, const std::string& name) {
+    const auto found = values.find(name);
+    if (found == values.end()) {
+        throw std::invalid_argument("there is no " + name);
+    }
+    return found->second;
+}
+
+}  // namespace
+
+std::string Options::usage() {
+    return "Usage: look-check --theme-folder DIR --catalogues DIR [OPTION ...]\n"
+           "Draws every screen and popup in memory and holds the pictures against the bars.\n\n"
+           "  --sizes WxH,...        1280x720, 1920x1080 or any other (default: 1920x1080)\n"
+           "  --languages LIST       all (of the catalogues), sample, made-up (longest, grown,\n"
+           "                         missing), or names (default: en)\n"
+           "  --directions LIST      own (that of the language), ltr, rtl (default: own)\n"
+           "  --modes LIST           all, ordinary, contrast, enlarged, both (default: ordinary)\n"
+           "  --scenes LIST          all, rich (those with texts of their own), or names; with a\n"
+           "                         * at the end all that begin so (default: all)\n"
+           "  --states WHICH         all states of the focus, or the opening one (default: all)\n"
+           "  --part N/M             of M parts of the work, the Nth\n"
+           "  --all                  everything: both sizes, all modes and languages\n"
+           "  --sample               all modes in English and Arabic\n"
+           "  --jobs N               so many at a time (default: one for each core)\n"
+           "  --pictures DIR         keep every picture, whole and small\n"
+           "  --report FILE          write what was found as JSON\n"
+           "Exit status: 0 when nothing failed, 1 when something did, 2 when an option is wrong.\n";
+}
+
+Options::Options(int argc, char** argv) {
+    for (int place = 1; place < argc; ++place) {
+        const std::string option = argv[place];
+        if (option == "--help") {
+            help = true;
+        } else if (option == "--all") {
+            set("--sizes", "1280x720,1920x1080");
+            set("--languages", "all,made-up");
+            set("--modes", "all");
+        } else if (option == "--sample") {
+            set("--languages", "en,ar");
+            set("--modes", "all");
+        } else if (place + 1 < argc) {
+            set(option, argv[++place]);
+        } else {
+            throw std::invalid_argument(option + " is unknown or needs a value");
+        }
+    }
+    if (!help && (themeFolder.empty() || catalogues.empty())) {
+        throw std::invalid_argument("--theme-folder and --catalogues are needed");
+    }
+}
+
+void Options::set(const std::string& option, const std::string& value) {
+    if (option == "--theme-folder") {
+        themeFolder = value;
+    } else if (option == "--catalogues") {
+        catalogues = value;
+    } else if (option == "--pictures") {
+        pictures = value;
+    } else if (option == "--report") {
+        report = value;
+    } else if (option == "--jobs") {
+        jobs = wholeNumber(value);
+    } else if (option == "--sizes") {
+        m_sizes.clear();
+        for (const std::string& size : split(value)) {
+            const auto sides = split(size, 'x');
+            if (sides.size() != 2) {
+                throw std::invalid_argument(size + " is no size");
+            }
+            m_sizes.push_back(
+                {static_cast<int>(wholeNumber(sides[0])), static_cast<int>(wholeNumber(sides[1]))});
+        }
+    } else if (option == "--languages") {
+        m_languages = split(value);
+    } else if (option == "--directions") {
+        m_directions.clear();
+        for (const std::string& name : split(value)) {
+            m_directions.push_back(named<Direction>({{"own", Direction::OfLanguage},
+                                                     {"ltr", Direction::LeftToRight},
+                                                     {"rtl", Direction::RightToLeft}},
+                                                    name));
+        }
+    } else if (option == "--modes") {
+        m_looks.clear();
+        for (const std::string& name :
+             split(value == "all" ? "ordinary,contrast,enlarged,both" : value)) {
+            m_looks.push_back(named<Look>({{"ordinary", {false, false}},
+                                           {"contrast", {true, false}},
+                                           {"enlarged", {false, true}},
+                                           {"both", {true, true}}},
+                                          name));
+        }
+    } else if (option == "--scenes") {
+        m_scenes = split(value);
+    } else if (option == "--states") {
+        states = named<bool>({{"all", true}, {"opening", false}}, value);
+    } else if (option == "--part") {
+        const auto numbers = split(value, '/');
+        if (numbers.size() != 2 || wholeNumber(numbers[0]) > wholeNumber(numbers[1])) {
+            throw std::invalid_argument(value + " is no part");
+        }
+        m_part = wholeNumber(numbers[0]);
+        m_parts = wholeNumber(numbers[1]);
+    } else {
+        throw std::invalid_argument("there is no option " + option);
+    }
+}
+
+std::vector<std::string> Options::languagesOf(const std::vector<std::string>& shipped) const {
+    std::vector<std::string> languages;
+    const auto add = [&](const std::vector<std::string>& more, bool mustBe) {
+        for (const std::string& language : more) {
+            const bool there = has(shipped, language) || has(Catalogue::madeUp(), language);
+            if (!there && mustBe) {
+                throw std::invalid_argument("there is no catalogue of " + language);
+            }
+            if (there && !has(languages, language)) {
+                languages.push_back(language);
+            }
+        }
+    };
+    for (const std::string& name : m_languages) {
+        if (name == "all") {
+            add(shipped, true);
+        } else if (name == "made-up") {
+            add(Catalogue::madeUp(), true);
+        } else if (name == "sample") {
+            add(SAMPLE, false);
+        } else {
+            add({name}, true);
+        }
+    }
+    return languages;
+}
+
+std::vector<std::size_t> Options::chosenScenes() const {
+    std::vector<std::size_t> chosen;
+    for (const std::string& name : m_scenes) {
+        bool found = false;
+        for (std::size_t place = 0; place < scenes().size(); ++place) {
+            const Scene& scene = scenes()[place];
+            const bool start =
+                !name.empty() && name.back() == '*' &&
+                scene.name.compare(0, name.size() - 1, name, 0, name.size() - 1) == 0;
+            if (name == "all" || (name == "rich" && scene.rich) || scene.name == name || start) {
+                chosen.push_back(place);
+                found = true;
+            }
+        }
+        if (!found) {
+            throw std::invalid_argument("there is no scene " + name);
+        }
+    }
+    return chosen;
+}
+
+std::vector<Item> Options::items(const std::vector<std::string>& shipped) const {
+    std::vector<Item> all;
+    for (const std::string& language : languagesOf(shipped)) {
+        for (const Size& size : m_sizes) {
+            for (const Look& look : m_looks) {
+                for (const Direction direction : m_directions) {
+                    for (const std::size_t scene : chosenScenes()) {
+                        all.push_back({scene,
+                                       {size.width, size.height, language, direction, look.contrast,
+                                        look.enlarged}});
+                    }
+                }
+            }
+        }
+    }
+    std::vector<Item> part;
+    for (std::size_t place = m_part - 1; place < all.size(); place += m_parts) {
+        part.push_back(all[place]);
+    }
+    return part;
+}
+
+}  // namespace look

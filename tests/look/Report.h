@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: Apache-2.0
+// Counts what was looked at and keeps what is wrong.
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace look {
+
+struct Failure {
+    std::string check;
+    std::string scene;
+    std::string mode;
+    std::string state;
+    std::string detail;
+};
+
+class Report {
+  public:
+    // What follows is about this scene in this mode, and about this state of the focus.
+    void enter(const std::string& scene, const std::string& mode, const std::string& language);
+    void enterState(const std::string& state) { m_state = state; }
+
+    // Counts one question put to the screen, and keeps DETAIL if the answer is no.
+    void check(const std::string& name, bool good, const std::string& detail);
+    void countPicture() { ++m_pictures; }
+    void countText(const std::string& kind, const std::string& fit);
+    // Something that is told in the report of a machine and fails nothing.
+    void note(const std::string& line);
+
+    // One line for each thing that is known, for addLine of another report.
+    std::string lines() const;
+    void addLine(const std::string& line);
+
+    bool good() const { return m_failures.empty(); }
+    const std::vector<Failure>& failures() const { return m_failures; }
+    // The failures in words, at most MOST of each check, and the numbers.
+    std::string words(std::size_t most, double seconds) const;
+    std::string json(double seconds) const;
+
+  private:
+    struct Count {
+        long asked = 0;
+        long failed = 0;
+    };
+
+    std::string m_scene;
+    std::string m_mode;
+    std::string m_state;
+    long m_pictures = 0;
+    std::map<std::string, Count> m_checks;
+    std::map<std::string, long> m_texts;  // by kind and fit
+    std::set<std::string> m_languages;
+    std::vector<Failure> m_failures;
+    std::vector<std::string> m_notes;
+};
+
+}  // namespace look

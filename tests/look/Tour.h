@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: Apache-2.0
+// Goes with the arrows to everything on a screen that can take the focus, and looks at each picture
+// on the way.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "look/Checker.h"
+
+namespace look {
+
+class Tour {
+  public:
+    using Keep = std::function<void(Stage& stage, const std::string& state, const Frame& picture)>;
+    // Where an arrow leads from a widget, both by name.
+    using Ways = std::map<std::pair<std::string, std::string>, std::string>;
+
+    // KEEP, if given, gets every picture.
+    Tour(Stage& stage, const Scene& scene, const Vocabulary& vocabulary, Checker& checker,
+         Report& report, Keep keep);
+
+    void go();
+    const Ways& ways() const { return m_ways; }
+
+  private:
+    struct Stop {
+        std::string name;
+        Frame picture;
+        Box ring;
+    };
+
+    std::vector<Evas_Object*> focusable();
+    std::string nameOf(Evas_Object* widget);
+    void arrive(Evas_Object* widget, const std::string& more);
+    void explore(Evas_Object* from);
+    // Puts a list or a scroller where ARROW leads out of it.
+    void prepare(Evas_Object* from, const std::string& arrow);
+    void visitRows(Evas_Object* list);
+    void visitEnds(Evas_Object* scroller);
+    void checkReach(const std::vector<Evas_Object*>& widgets, Evas_Object* opening);
+    void checkRings();
+    void checkRing(const std::string& name, const Frame& with, const Frame& without,
+                   const Box& ring);
+    void checkOnlyRing(Evas_Object* widget);
+
+    Stage& m_stage;
+    const Scene& m_scene;
+    const Vocabulary& m_vocabulary;
+    Checker& m_checker;
+    Report& m_report;
+    Keep m_keep;
+    bool m_anyFocusable = false;
+    std::map<Evas_Object*, Stop> m_stops;
+    std::map<Evas_Object*, std::map<std::string, Evas_Object*>> m_leads;
+    std::map<Evas_Object*, std::string> m_names;
+    Ways m_ways;
+};
+
+}  // namespace look
