@@ -14,6 +14,10 @@ double seconds = 1000.0;  // not 0, which the toolkit takes for a time that was 
 }  // namespace
 
 void Clock::pass(double some) {
+    // A new window puts the animations back on a clock of their own.
+    if (ecore_animator_source_get() != ECORE_ANIMATOR_SOURCE_CUSTOM) {
+        ecore_animator_source_set(ECORE_ANIMATOR_SOURCE_CUSTOM);
+    }
     seconds += some;
     ecore_loop_time_set(seconds);
     ecore_animator_custom_tick();

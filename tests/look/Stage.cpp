@@ -29,7 +29,6 @@ Ecore_Evas* frameOf(Evas_Object* window) {
 }  // namespace
 
 Stage::Stage(const Scene& scene, const Mode& mode) : m_mode(mode) {
-    ecore_animator_source_set(ECORE_ANIMATOR_SOURCE_CUSTOM);
     ZOLT::GUI::EventHandler::m_keyUnfocused = false;
     ZOLT::GUI::EventHandler::m_focusState = ZOLT::GUI::FOCUS_STATE_NONE;
     m_screen = scene.make(*this);
