@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <memory>
 #include <regex>
 #include <unordered_map>
 
@@ -168,21 +169,72 @@ void Checker::look(Inventory& inventory, const Frame& picture) {
 }
 
 void Checker::findInk(Inventory& inventory, const Frame& picture) {
-    const bool high = m_stage.mode().contrast;
+    std::vector<Drawn> texts;
     for (Text& text : inventory.texts) {
-        const LeftOut leftOut(text.object);
-        const Frame without = m_stage.draw();
-        text.ink = picture.differenceTo(without);
+        texts.push_back({text.object, text.box.with(text.natural), &text.ink});
+    }
+    leaveOut(texts, picture, [&](std::size_t place, const Frame& without) {
+        const Text& text = inventory.texts[place];
+        // What cannot be pressed may step back, as long as it can be read.
+        const Control* control = inventory.controlOf(text.control);
+        const bool high = m_stage.mode().contrast && (control == nullptr || control->active);
         checkContrast("contrast", described(text), picture, without, text.ink, high ? 7.0 : 4.5);
-    }
+    });
+    std::vector<Drawn> icons;
     for (Icon& icon : inventory.icons) {
-        const LeftOut leftOut(icon.object);
-        const Frame without = m_stage.draw();
-        icon.ink = picture.differenceTo(without);
-        checkContrast("edges", "icon at " + icon.box.words(), picture, without, icon.ink,
-                      high ? 4.5 : 3.0);
+        icons.push_back({icon.object, icon.box, &icon.ink});
     }
+    leaveOut(icons, picture, [&](std::size_t place, const Frame& without) {
+        const Icon& icon = inventory.icons[place];
+        const Control* control = inventory.controlOf(icon.control);
+        if (control == nullptr || control->active) {
+            checkContrast("edges", "icon at " + icon.box.words(), picture, without, icon.ink,
+                          m_stage.mode().contrast ? 4.5 : 3.0);
+        }
+    });
     m_stage.draw();
+}
+
+// All that stand clear of one another are left out at once, since to draw takes longer than to
+// look; the others one by one.
+void Checker::leaveOut(const std::vector<Drawn>& things, const Frame& picture,
+                       const std::function<void(std::size_t, const Frame&)>& look) {
+    const int margin = static_cast<int>(std::lround(pixels(4)));
+    std::vector<std::size_t> alone;
+    std::vector<std::size_t> together;
+    std::vector<Box> areas;
+    for (std::size_t one = 0; one < things.size(); ++one) {
+        const Box area = things[one].box.grown(margin);
+        bool clear = true;
+        for (std::size_t other = 0; other < things.size(); ++other) {
+            clear = clear && (other == one || !area.meets(things[other].box.grown(margin)));
+        }
+        (clear ? together : alone).push_back(one);
+        if (clear) {
+            areas.push_back(area);
+        }
+    }
+    if (!together.empty()) {
+        std::vector<std::unique_ptr<LeftOut>> leftOut;
+        for (const std::size_t one : together) {
+            leftOut.push_back(std::make_unique<LeftOut>(things[one].object));
+        }
+        const Frame without = m_stage.draw();
+        if (picture.differsOnlyIn(without, areas)) {
+            for (std::size_t place = 0; place < together.size(); ++place) {
+                *things[together[place]].ink = picture.differenceIn(without, areas[place]);
+                look(together[place], without);
+            }
+        } else {
+            alone.insert(alone.end(), together.begin(), together.end());
+        }
+    }
+    for (const std::size_t one : alone) {
+        const LeftOut leftOut(things[one].object);
+        const Frame without = m_stage.draw();
+        *things[one].ink = picture.differenceTo(without);
+        look(one, without);
+    }
 }
 
 void Checker::checkContrast(const std::string& name, const std::string& what, const Frame& picture,
@@ -382,7 +434,7 @@ void Checker::checkOverlap(const Inventory& inventory) {
 
 void Checker::checkEdges(const Inventory& inventory, const Frame& picture) {
     for (const Control& control : inventory.controls) {
-        if (control.row) {
+        if (control.row || !control.active) {
             continue;
         }
         Box around = control.box;

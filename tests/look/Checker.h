@@ -2,8 +2,10 @@
 // Holds one picture of a screen against the bars.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "look/Easel.h"
 #include "look/Frame.h"
@@ -26,8 +28,17 @@ class Checker {
     void look(Inventory& inventory, const Frame& picture);
 
   private:
-    // The ink of texts and icons, found by leaving each of them out in turn.
+    struct Drawn {
+        Evas_Object* object;
+        Box box;  // where its ink is expected
+        Box* ink;
+    };
+
+    // The ink of texts and icons, found by leaving them out of the picture.
     void findInk(Inventory& inventory, const Frame& picture);
+    // Finds the ink of THINGS, and calls LOOK with the place of each and a picture without it.
+    void leaveOut(const std::vector<Drawn>& things, const Frame& picture,
+                  const std::function<void(std::size_t, const Frame&)>& look);
     void checkContrast(const std::string& name, const std::string& what, const Frame& picture,
                        const Frame& without, const Box& ink, double least);
     void checkFit(Text& text);

@@ -85,7 +85,7 @@ void Examination::look(const Item& item, Report& report) {
     Checker checker(stage, scene, *m_easel, report, item.mode.enlarged ? &ordinary : nullptr);
     if (m_options.states) {
         std::size_t number = 0;
-        Tour tour(stage, scene, words, checker, report,
+        Tour tour(stage, scene, words, &checker, report,
                   [&](Stage& shown, const std::string& /*state*/, const Frame& picture) {
                       keep(shown, scene, number++, picture);
                   });
@@ -113,8 +113,7 @@ void Examination::compareMirrored(const Item& item, Report& report) {
         Stage stage(scene, mode);
         const Inventory inventory(stage, scene, words);
         Report forgotten;  // each of the two is looked at elsewhere
-        Checker checker(stage, scene, *m_easel, forgotten, nullptr);
-        Tour tour(stage, scene, words, checker, forgotten, nullptr);
+        Tour tour(stage, scene, words, nullptr, forgotten, nullptr);
         tour.go();
         both.emplace_back(inventory, tour.ways(), mode);
     }

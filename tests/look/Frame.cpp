@@ -2,6 +2,7 @@
 // The pixels of a picture, and how they differ from those of another.
 #include "look/Frame.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
@@ -73,17 +74,21 @@ int Frame::changedPixels(const Frame& other, const Box& area, double least) cons
     return changed;
 }
 
-Box Frame::differenceTo(const Frame& other) const {
+Box Frame::differenceIn(const Frame& other, const Box& area) const {
     Box box;
-    const std::size_t bytes = static_cast<std::size_t>(m_width) * sizeof(Pixel);
-    for (int y = 0; y < m_height; ++y) {
+    const Box seen = area.common(whole());
+    if (seen.empty()) {
+        return box;
+    }
+    const std::size_t bytes = static_cast<std::size_t>(seen.width()) * sizeof(Pixel);
+    for (int y = seen.top; y < seen.bottom; ++y) {
         const Pixel* mine = row(y);
         const Pixel* others = other.row(y);
-        if (std::memcmp(mine, others, bytes) == 0) {
+        if (std::memcmp(mine + seen.left, others + seen.left, bytes) == 0) {
             continue;
         }
-        int left = 0;
-        int right = m_width;
+        int left = seen.left;
+        int right = seen.right;
         while (left < right && distanceOf(mine[left], others[left]) <= OVERLOOKED) {
             ++left;
         }
@@ -95,6 +100,28 @@ Box Frame::differenceTo(const Frame& other) const {
         }
     }
     return box;
+}
+
+bool Frame::differsOnlyIn(const Frame& other, const std::vector<Box>& areas) const {
+    const std::size_t bytes = static_cast<std::size_t>(m_width) * sizeof(Pixel);
+    for (int y = 0; y < m_height; ++y) {
+        if (std::memcmp(row(y), other.row(y), bytes) == 0) {
+            continue;
+        }
+        for (int x = 0; x < m_width; ++x) {
+            if (distanceOf(at(x, y), other.at(x, y)) <= OVERLOOKED) {
+                continue;
+            }
+            const Box point{x, y, x + 1, y + 1};
+            const auto holding = std::find_if(areas.begin(), areas.end(),
+                                              [&](const Box& area) { return area.holds(point); });
+            if (holding == areas.end()) {
+                return false;
+            }
+            x = holding->right - 1;  // the rest of this line of the area is its own
+        }
+    }
+    return true;
 }
 
 Frame Frame::reduced(int factor) const {

@@ -42,7 +42,11 @@ class Frame {
     // How many pixels in AREA differ from those of OTHER by a contrast of at least LEAST.
     int changedPixels(const Frame& other, const Box& area, double least) const;
     // The smallest box around all pixels that differ from OTHER by more than the eye overlooks.
-    Box differenceTo(const Frame& other) const;
+    Box differenceTo(const Frame& other) const { return differenceIn(other, whole()); }
+    // The same within AREA.
+    Box differenceIn(const Frame& other, const Box& area) const;
+    // Whether all pixels that differ from OTHER lie in one of AREAS.
+    bool differsOnlyIn(const Frame& other, const std::vector<Box>& areas) const;
     // The same picture with fewer pixels: FACTOR by FACTOR of them become one.
     Frame reduced(int factor) const;
 

@@ -30,6 +30,10 @@ std::string typeOf(const Evas_Object* object) {
     return type != nullptr ? type : "";
 }
 
+bool isWidget(const std::string& type) {
+    return type.compare(0, 4, "elm_") == 0;
+}
+
 std::string groupOf(const Evas_Object* edje) {
     const char* group = nullptr;
     edje_object_file_get(edje, nullptr, &group);
@@ -343,7 +347,9 @@ class Walk {
     }
 
     void noteWidget(Evas_Object* object, const std::string& type, const Box& clip, Path& path) {
-        const Control control{object, type, boxOf(object), clip, false};
+        const Control control{
+            object, type,  boxOf(object),
+            clip,   false, isWidget(type) && elm_object_focus_allow_get(object) != EINA_FALSE};
         if (type == "elm_button" || type == "elm_hoversel") {
             m_found.controls.push_back(control);
             path.control = object;
@@ -378,7 +384,7 @@ class Walk {
         if (startsWith(group, "elm/genlist/item")) {
             path.control = edje;
             path.inRow = true;
-            m_found.controls.push_back({edje, "row", boxOf(edje), clip, true});
+            m_found.controls.push_back({edje, "row", boxOf(edje), clip, true, true});
         }
         if (startsWith(group, "elm/popup/base/")) {
             m_found.cards.push_back({boxOf(edje_object_part_object_get(edje, "face")),

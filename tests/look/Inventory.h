@@ -59,7 +59,8 @@ struct Control {
     std::string type;
     Box box;
     Box clip;
-    bool row = false;  // of a list
+    bool row = false;    // of a list
+    bool active = true;  // one that cannot take the focus cannot be pressed either
 };
 
 struct Icon {

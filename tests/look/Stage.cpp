@@ -20,7 +20,8 @@ namespace {
 
 constexpr double TICK = 0.05;   // seconds
 constexpr double MOTION = 0.6;  // more than any motion of the theme and of a list takes, in seconds
-constexpr int CALCULATIONS = 4;  // widgets answer one another's sizes from turn to turn
+constexpr int CALCULATIONS = 2;
+constexpr int ROUNDS = 4;
 
 Ecore_Evas* frameOf(Evas_Object* window) {
     return ecore_evas_ecore_evas_get(evas_object_evas_get(window));
@@ -74,16 +75,18 @@ void Stage::pass(double seconds) {
     support::ToolkitLoop::settle();
 }
 
+// Sizes follow one another from turn to turn, a list makes its rows for a frame, and what a row
+// moves may have a motion of its own.
 void Stage::settle() {
-    for (int turn = 0; turn < CALCULATIONS; ++turn) {
-        support::ToolkitLoop::settle();
-        evas_smart_objects_calculate(canvas());
-    }
-    for (double passed = 0.0; passed < MOTION; passed += TICK) {
-        Clock::pass(TICK);
-        ecore_main_loop_iterate_may_block(0);
-    }
-    for (int turn = 0; turn < CALCULATIONS; ++turn) {
+    for (int round = 0; round < ROUNDS; ++round) {
+        for (int turn = 0; turn < CALCULATIONS; ++turn) {
+            support::ToolkitLoop::settle();
+            evas_smart_objects_calculate(canvas());
+        }
+        for (double passed = 0.0; passed < MOTION; passed += TICK) {
+            Clock::pass(TICK);
+            ecore_main_loop_iterate_may_block(0);
+        }
         support::ToolkitLoop::settle();
         ecore_evas_manual_render(frameOf(m_window));
     }

@@ -19,8 +19,8 @@ class Tour {
     // Where an arrow leads from a widget, both by name.
     using Ways = std::map<std::pair<std::string, std::string>, std::string>;
 
-    // KEEP, if given, gets every picture.
-    Tour(Stage& stage, const Scene& scene, const Vocabulary& vocabulary, Checker& checker,
+    // CHECKER, if given, looks at every picture, and KEEP, if given, gets it.
+    Tour(Stage& stage, const Scene& scene, const Vocabulary& vocabulary, Checker* checker,
          Report& report, Keep keep);
 
     void go();
@@ -50,7 +50,7 @@ class Tour {
     Stage& m_stage;
     const Scene& m_scene;
     const Vocabulary& m_vocabulary;
-    Checker& m_checker;
+    Checker* m_checker;
     Report& m_report;
     Keep m_keep;
     bool m_anyFocusable = false;
