@@ -9,6 +9,8 @@
 #include <regex>
 #include <unordered_map>
 
+#include "gui/ScreenParts.h"
+
 namespace look {
 
 namespace {
@@ -156,6 +158,7 @@ bool Checker::ask(const std::string& name, bool good, const std::string& detail)
 
 void Checker::look(Inventory& inventory, const Frame& picture) {
     m_report.countPicture();
+    checkContrastMode();
     findInk(inventory, picture);
     for (Text& text : inventory.texts) {
         checkFit(text);
@@ -166,6 +169,19 @@ void Checker::look(Inventory& inventory, const Frame& picture) {
     checkPlaces(inventory);
     checkOverlap(inventory);
     checkEdges(inventory, picture);
+}
+
+// High contrast is a look of its own, which the screen answers with as a whole.
+void Checker::checkContrastMode() {
+    if (!m_stage.mode().contrast) {
+        return;
+    }
+    const Evas_Object* layout = elm_layout_edje_get(support::layoutOf(m_stage.screen()));
+    for (const char* part : {"background", "title"}) {
+        const char* state = edje_object_part_state_get(layout, part, nullptr);
+        ask("contrast", state != nullptr && std::string(state) == "contrast",
+            std::string(part) + " does not answer to high contrast");
+    }
 }
 
 void Checker::findInk(Inventory& inventory, const Frame& picture) {

@@ -28,6 +28,7 @@ class Checker {
     void look(Inventory& inventory, const Frame& picture);
 
   private:
+    void checkContrastMode();
     struct Drawn {
         Evas_Object* object;
         Box box;  // where its ink is expected

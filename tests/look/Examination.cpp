@@ -55,8 +55,8 @@ Report Examination::examine(const Item& item) {
     Report report;
     report.enter(scene.name, item.mode.name(), item.mode.language);
     look(item, report);
-    // One language is enough: where things stand is the theme's choice and not that of the words.
-    if (m_options.states && item.mode.language == "en" &&
+    // One language in one set of colours is enough: where things stand is not their choice.
+    if (m_options.states && item.mode.language == "en" && !item.mode.contrast &&
         item.mode.direction == Direction::OfLanguage) {
         report.enterState("mirrored");
         compareMirrored(item, report);

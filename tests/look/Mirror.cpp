@@ -9,6 +9,7 @@ namespace look {
 
 namespace {
 
+constexpr char LIST[] = "elm_genlist";
 constexpr double BOX_TOLERANCE = 2.0;     // pixels
 constexpr double MIDDLE_TOLERANCE = 4.0;  // pixels of a screen of 1080 lines
 
@@ -51,6 +52,11 @@ void Mirror::compare(const Mirror& other, Report& report) const {
     compareAll(m_texts, other.m_texts, std::max(BOX_TOLERANCE, MIDDLE_TOLERANCE * m_scale), true,
                report);
     for (const auto& [step, to] : m_ways) {
+        // The buttons of the popup stand below its list in either direction, and one key leads to
+        // them: its sounds say the same.
+        if (step.first == LIST) {
+            continue;
+        }
         const auto found = other.m_ways.find({step.first, turned(step.second)});
         const std::string there = found != other.m_ways.end() ? found->second : "no way";
         report.check("reach", there == to,
