@@ -54,7 +54,9 @@ void Mode::apply(const std::string& catalogues) const {
     elm_config_scale_set(scale());
     elm_config_mirrored_set(mirrored() ? EINA_TRUE : EINA_FALSE);
     setenv("LANGUAGE", language.c_str(), 1);
-    // Any locale but the plain C one lets the variable choose the catalogue.
+    // Any locale but the plain C one lets the variable choose the catalogue, and only a change of
+    // the locale makes the library look at the variable again.
+    std::setlocale(LC_ALL, "C");
     if (std::setlocale(LC_ALL, "C.UTF-8") == nullptr) {
         throw std::runtime_error("there is no locale C.UTF-8");
     }
