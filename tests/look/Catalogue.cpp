@@ -130,7 +130,7 @@ Messages Catalogue::read(const std::string& folder, const std::string& language)
 }
 
 const std::vector<std::string>& Catalogue::madeUp() {
-    static const std::vector<std::string> languages = {"longest", "grown", "missing"};
+    static const std::vector<std::string> languages = {"longest", "grown", lacking()};
     return languages;
 }
 
@@ -157,7 +157,7 @@ void Catalogue::makeUp(const std::string& folder, const std::string& catalogues,
     missing["TV_SID_NEW_REGISTRATION"] = "";
     write(folder, "longest", longest);
     write(folder, "grown", longer);
-    write(folder, "missing", missing);
+    write(folder, lacking(), missing);
 }
 
 std::string Catalogue::grown(const std::string& text) {

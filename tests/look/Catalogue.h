@@ -24,6 +24,8 @@ class Catalogue {
 
     // The languages that makeUp makes.
     static const std::vector<std::string>& madeUp();
+    // The one of them in which two texts are gone.
+    static const char* lacking() { return "missing"; }
     // Writes into FOLDER the languages that no one speaks: "longest" has the widest translation of
     // all in CATALOGUES, "grown" is English as long as it may become elsewhere, and of "missing"
     // two texts are gone. The fonts to measure with are those of EASEL.

@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include <Eina.h>
+#include <glib.h>
 
 namespace look {
 
@@ -60,17 +61,19 @@ double Easel::capitalHeight(const std::string& font) {
     return m_capitals[font] = static_cast<double>(ink.height()) / LETTER;
 }
 
-bool Easel::draws(const std::string& font, Eina_Unicode letter) {
-    const auto known = m_letters.find({font, letter});
+bool Easel::draws(const std::string& font, Eina_Unicode before, Eina_Unicode letter) {
+    const std::string base = g_unichar_ismark(letter) != FALSE ? encoded(before) : "";
+    const std::string letters = base + encoded(letter);
+    const auto known = m_letters.find({font, letters});
     if (known != m_letters.end()) {
         return known->second;
     }
-    const Frame missing = drawn(font, encoded(NO_LETTER)).copy();
+    const Frame missing = drawn(font, base + encoded(NO_LETTER)).copy();
     const Frame blank = drawn(font, "").copy();
-    const Frame real = drawn(font, encoded(letter));
+    const Frame real = drawn(font, letters);
     const bool looksMissing =
         real.differenceTo(missing).empty() && !missing.differenceTo(blank).empty();
-    return m_letters[{font, letter}] = !looksMissing;
+    return m_letters[{font, letters}] = !looksMissing;
 }
 
 int Easel::widthOf(const std::string& font, const std::string& text) {

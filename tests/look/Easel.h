@@ -23,9 +23,9 @@ class Easel {
 
     // The height of a capital letter as a share of the size of FONT.
     double capitalHeight(const std::string& font);
-    // Whether FONT, or another font in its place, draws LETTER as more than the box for a missing
-    // one.
-    bool draws(const std::string& font, Eina_Unicode letter);
+    // Whether FONT, or another font in its place, draws LETTER, which follows BEFORE, as more than
+    // the box for a missing one. A sign that goes on top of another is drawn with that one.
+    bool draws(const std::string& font, Eina_Unicode before, Eina_Unicode letter);
     // How wide TEXT is on one line in FONT, in pixels of size 40.
     int widthOf(const std::string& font, const std::string& text);
 
@@ -36,7 +36,7 @@ class Easel {
     Evas_Object* m_text;   // deleted with the board
     Evas_Object* m_paper;  // deleted with the board
     std::map<std::string, double> m_capitals;
-    std::map<std::pair<std::string, Eina_Unicode>, bool> m_letters;
+    std::map<std::pair<std::string, std::string>, bool> m_letters;  // by font and letters
 };
 
 }  // namespace look

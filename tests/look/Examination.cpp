@@ -20,6 +20,15 @@ bool isMadeUp(const std::string& language) {
     return std::find(all.begin(), all.end(), language) != all.end();
 }
 
+// The widget that has the focus keeps it, whatever arrow is pressed. No theme can do that.
+void spoilArrows(Stage& stage) {
+    Evas_Object* const widget = stage.focused();
+    for (const Elm_Focus_Direction direction :
+         {ELM_FOCUS_UP, ELM_FOCUS_DOWN, ELM_FOCUS_LEFT, ELM_FOCUS_RIGHT}) {
+        elm_object_focus_next_object_set(widget, widget, direction);
+    }
+}
+
 }  // namespace
 
 Examination::Examination(const Options& options, const std::string& madeUp)
@@ -82,6 +91,9 @@ void Examination::look(const Item& item, Report& report) {
     apply(item.mode);
     const Vocabulary& words = vocabulary(item.mode.language);
     Stage stage(scene, item.mode);
+    if (!m_options.spoil.empty()) {
+        spoilArrows(stage);
+    }
     Checker checker(stage, scene, *m_easel, report, item.mode.enlarged ? &ordinary : nullptr);
     if (m_options.states) {
         std::size_t number = 0;

@@ -3,7 +3,7 @@
 #include "look/Options.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <filesystem>
 #include <map>
 #include <sstream>
 #include <stdexcept>
@@ -70,6 +70,7 @@ std::string Options::usage() {
            "  --sample               all modes in English and Arabic\n"
            "  --jobs N               so many at a time (default: one for each core)\n"
            "  --pictures DIR         keep every picture, whole and small\n"
+           "  --spoil arrows         break the screens, to see that it is noticed\n"
            "  --report FILE          write what was found as JSON\n"
            "Exit status: 0 when nothing failed, 1 when something did, 2 when an option is wrong.\n";
 }
@@ -99,13 +100,15 @@ Options::Options(int argc, char** argv) {
 
 void Options::set(const std::string& option, const std::string& value) {
     if (option == "--theme-folder") {
-        themeFolder = value;
+        themeFolder = std::filesystem::absolute(value);
     } else if (option == "--catalogues") {
-        catalogues = value;
+        catalogues = std::filesystem::absolute(value);
     } else if (option == "--pictures") {
-        pictures = value;
+        pictures = std::filesystem::absolute(value);
     } else if (option == "--report") {
         report = value;
+    } else if (option == "--spoil") {
+        spoil = named<std::string>({{"arrows", "arrows"}}, value);
     } else if (option == "--jobs") {
         jobs = wholeNumber(value);
     } else if (option == "--sizes") {

@@ -29,6 +29,7 @@ struct Options {
     std::string pictures;  // folder, or empty
     std::string report;    // file, or empty
     std::size_t jobs = 0;  // 0: one for each core
+    std::string spoil;     // what to break on purpose, or empty
     bool states = true;    // every state of the focus, or the opening one alone
 
   private:
