@@ -71,6 +71,7 @@ std::string Options::usage() {
            "  --jobs N               so many at a time (default: one for each core)\n"
            "  --pictures DIR         keep every picture, whole and small\n"
            "  --spoil arrows         break the screens, to see that it is noticed\n"
+           "  --list                 only tell the names of the scenes\n"
            "  --report FILE          write what was found as JSON\n"
            "Exit status: 0 when nothing failed, 1 when something did, 2 when an option is wrong.\n";
 }
@@ -80,6 +81,8 @@ Options::Options(int argc, char** argv) {
         const std::string option = argv[place];
         if (option == "--help") {
             help = true;
+        } else if (option == "--list") {
+            list = true;
         } else if (option == "--all") {
             set("--sizes", "1280x720,1920x1080");
             set("--languages", "all,made-up");
@@ -93,7 +96,7 @@ Options::Options(int argc, char** argv) {
             throw std::invalid_argument(option + " is unknown or needs a value");
         }
     }
-    if (!help && (themeFolder.empty() || catalogues.empty())) {
+    if (!help && !list && (themeFolder.empty() || catalogues.empty())) {
         throw std::invalid_argument("--theme-folder and --catalogues are needed");
     }
 }

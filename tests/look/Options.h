@@ -24,6 +24,7 @@ struct Options {
     static std::string usage();
 
     bool help = false;
+    bool list = false;  // the names of the scenes, and nothing else
     std::string themeFolder;
     std::string catalogues;
     std::string pictures;  // folder, or empty

@@ -10,6 +10,7 @@
 #include "look/Crew.h"
 #include "look/Options.h"
 #include "look/Report.h"
+#include "look/Scene.h"
 #include "support/TestSupport.h"
 
 namespace {
@@ -40,6 +41,12 @@ int main(int argc, char** argv) {
         const look::Options options(argc, argv);
         if (options.help) {
             std::cout << look::Options::usage();
+            return 0;
+        }
+        if (options.list) {
+            for (const look::Scene& scene : look::scenes()) {
+                std::cout << scene.name << "\n";
+            }
             return 0;
         }
         return check(options);
