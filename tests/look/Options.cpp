@@ -65,7 +65,7 @@ std::string Options::usage() {
            "  --scenes LIST          all, rich (those with texts of their own), or names; with a\n"
            "                         * at the end all that begin so (default: all)\n"
            "  --states WHICH         all states of the focus, or the opening one (default: all)\n"
-           "  --part N/M             of M parts of the work, the Nth\n"
+           "  --share N/M            of M shares of the work, the Nth\n"
            "  --all                  everything: both sizes, all modes and languages\n"
            "  --sample               all modes in English and Arabic\n"
            "  --jobs N               so many at a time (default: one for each core)\n"
@@ -148,10 +148,10 @@ void Options::set(const std::string& option, const std::string& value) {
         m_scenes = split(value);
     } else if (option == "--states") {
         states = named<bool>({{"all", true}, {"opening", false}}, value);
-    } else if (option == "--part") {
+    } else if (option == "--share") {
         const auto numbers = split(value, '/');
         if (numbers.size() != 2 || wholeNumber(numbers[0]) > wholeNumber(numbers[1])) {
-            throw std::invalid_argument(value + " is no part");
+            throw std::invalid_argument(value + " is no share");
         }
         m_part = wholeNumber(numbers[0]);
         m_parts = wholeNumber(numbers[1]);
