@@ -192,6 +192,11 @@ void Checker::findInk(Inventory& inventory, const Frame& picture) {
     }
     leaveOut(texts, picture, [&](std::size_t place, const Frame& without) {
         const Text& text = inventory.texts[place];
+        // Of a line that is scrolled half away, the rims of its letters may be all that shows.
+        if (text.scroller != nullptr &&
+            (text.box.top < text.clip.top || text.box.bottom > text.clip.bottom)) {
+            return;
+        }
         // What cannot be pressed may step back, as long as it can be read.
         const Control* control = inventory.controlOf(text.control);
         const bool high = m_stage.mode().contrast && (control == nullptr || control->active);
