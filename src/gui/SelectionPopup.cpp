@@ -158,6 +158,16 @@ void SelectionPopup::addButton(char const* text, Evas_Smart_Cb callback, void* d
         Screen::createButton(m_popup, text, callback, data, icon, "c_button_icontext");
     appendButton(button);
     leaveSizeToPart(button);
+    evas_object_event_callback_add(button, EVAS_CALLBACK_KEY_DOWN, onButtonKeyDown, nullptr);
+}
+
+// Nothing is below the buttons. The toolkit at times goes round and leads to the list.
+void SelectionPopup::onButtonKeyDown(void* /*data*/, Evas* /*evas*/, Evas_Object* /*button*/,
+                                     void* eventInfo) {
+    auto* const event = static_cast<Evas_Event_Key_Down*>(eventInfo);
+    if (event->key != nullptr && std::strcmp(event->key, "Down") == 0) {
+        event->event_flags = EVAS_EVENT_FLAG_ON_HOLD;
+    }
 }
 
 void SelectionPopup::onRowDrawn(void* data, Evas_Object* list, void* item) {

@@ -71,6 +71,7 @@ class SelectionPopup : public Popup {
     static void onListKeyDown(void* data, Evas* evas, Evas_Object* list, void* eventInfo);
     static void onListKeyUp(void* data, Evas* evas, Evas_Object* list, void* eventInfo);
     static void onListLeft(void* data, Evas_Object* list, void* eventInfo);
+    static void onButtonKeyDown(void* data, Evas* evas, Evas_Object* button, void* eventInfo);
     // Gives the focus to the first button that may have it.
     void focusFirstButton();
     // The index of the row that has the focus, or NO_ROW.

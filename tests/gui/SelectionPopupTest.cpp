@@ -371,6 +371,34 @@ TEST_F(SelectionPopupTest, TheListTellsOfItsKeysWhenTheyAreReleased) {
     EXPECT_EQ(1U, popup.m_position);
 }
 
+TEST_F(SelectionPopupTest, NothingIsBelowItsButtonsAndTheOtherArrowsGoOn) {
+    SelectionPopup& popup = openAndShow();
+    for (const char* part : {"button1", "button2"}) {
+        popup.focusButton(part);
+        Evas_Object* const button = partOf(widgetOf(popup), part);
+        ASSERT_TRUE(turnUntil([&] { return focusedIn(button) == button; }));
+        for (const char* key : {"Down", "Up"}) {
+            // The popup above hears what is left of a key.
+            Evas_Event_Flags left = EVAS_EVENT_FLAG_NONE;
+            const Evas_Object_Event_Cb hear = [](void* data, Evas* /*canvas*/,
+                                                 Evas_Object* /*object*/, void* eventInfo) {
+                *static_cast<Evas_Event_Flags*>(data) =
+                    static_cast<Evas_Event_Key_Down*>(eventInfo)->event_flags;
+            };
+            evas_object_event_callback_priority_add(button, EVAS_CALLBACK_KEY_DOWN,
+                                                    EVAS_CALLBACK_PRIORITY_AFTER, hear, &left);
+            press(button, key);
+            evas_object_event_callback_del_full(button, EVAS_CALLBACK_KEY_DOWN, hear, &left);
+            if (std::string(key) == "Down") {
+                EXPECT_NE(0U, left & EVAS_EVENT_FLAG_ON_HOLD) << part;
+                EXPECT_EQ(button, focusedIn(button)) << part;
+            } else {
+                EXPECT_EQ(popup.m_list, focusedIn(button)) << part;
+            }
+        }
+    }
+}
+
 TEST_F(SelectionPopupTest, ItsButtonsHaveNoSizeOfTheirOwn) {
     const SelectionPopup& popup = open();
     EXPECT_EQ("c_button_icontext", styleOf(okOf(popup)));

@@ -161,7 +161,8 @@ void Catalogue::makeUp(const std::string& folder, const std::string& catalogues,
 }
 
 std::string Catalogue::grown(const std::string& text) {
-    static const char* const WORDS[] = {"ömå", "lŕéñ", "vîšţå", "ñû", "åþöŕé"};
+    static const char* const MORE[] = {" ", "ö", "m", "å", " ", "l", "ŕ", "é", "ñ",
+                                       " ", "v", "î", "š", "ţ", "å", " ", "ñ", "û"};
     const double letters = static_cast<double>(lettersOf(replaced(text, LINE_BREAK, " ")));
     const double growth = letters <= 10 ? 3.0 : letters <= 30 ? 1.8 : 1.4;
     const auto wanted = static_cast<std::size_t>(std::ceil(letters * growth));
@@ -174,8 +175,8 @@ std::string Catalogue::grown(const std::string& text) {
         }
         start = end + std::strlen(LINE_BREAK);
     }
-    for (std::size_t word = 0; lettersOf(replaced(result, LINE_BREAK, " ")) + 1 < wanted; ++word) {
-        result += std::string(" ") + WORDS[word % std::size(WORDS)];
+    for (std::size_t sign = 0; lettersOf(replaced(result, LINE_BREAK, " ")) + 1 < wanted; ++sign) {
+        result += MORE[sign % std::size(MORE)];
     }
     return result + "]";
 }

@@ -11,6 +11,7 @@ namespace {
 
 constexpr char LIST[] = "elm_genlist";
 constexpr double BOX_TOLERANCE = 2.0;     // pixels
+constexpr double ICON_TOLERANCE = 3.0;    // pixels: the control around it is rounded on its own
 constexpr double MIDDLE_TOLERANCE = 4.0;  // pixels of a screen of 1080 lines
 
 std::string nameOf(const Inventory& inventory, const Evas_Object* control) {
@@ -48,7 +49,7 @@ Mirror::Mirror(const Inventory& inventory, const Tour::Ways& ways, const Mode& m
 
 void Mirror::compare(const Mirror& other, Report& report) const {
     compareAll(m_controls, other.m_controls, BOX_TOLERANCE, false, report);
-    compareAll(m_icons, other.m_icons, BOX_TOLERANCE, false, report);
+    compareAll(m_icons, other.m_icons, ICON_TOLERANCE, false, report);
     compareAll(m_texts, other.m_texts, std::max(BOX_TOLERANCE, MIDDLE_TOLERANCE * m_scale), true,
                report);
     for (const auto& [step, to] : m_ways) {

@@ -109,10 +109,13 @@ void Turning::checkKeys(Evas_Object* circle) {
     }
     double earlier = 0.0;
     double later = 0.0;
+    // What turns is turned when it is drawn.
+    m_stage.draw();
     angleOf(circle, earlier);
     for (int frame = 0; frame < FRAMES; ++frame) {
         m_stage.pass(FRAME);
     }
+    m_stage.draw();
     angleOf(circle, later);
     m_report.check("still", earlier < later || later < earlier, "keys stop the circle");
 }
