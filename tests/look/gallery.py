@@ -53,7 +53,7 @@ def draw(arguments, folder):
         result = subprocess.run(
             [arguments.look_check, "--theme-folder", arguments.theme_folder, "--catalogues",
              arguments.catalogues, "--sizes", SIZE, "--languages", language, "--modes", wanted,
-             "--states", "opening", "--pictures", folder],
+             "--scenes", arguments.scenes, "--states", "opening", "--pictures", folder],
             capture_output=True, text=True, check=False)
         if result.returncode not in (0, 1):
             sys.exit(result.stderr)
@@ -80,12 +80,35 @@ def section(folder, scene):
     return "\n".join(parts)
 
 
+def changes(arguments, folder):
+    """The screens that are not as they were agreed: the agreed picture, the present one, the difference."""
+    goldens = os.path.join(os.path.dirname(os.path.abspath(__file__)), "goldens", "goldens.py")
+    told = subprocess.run(
+        [sys.executable, "-B", goldens, "--look-check", arguments.look_check, "--theme-folder",
+         arguments.theme_folder, "--catalogues", arguments.catalogues, "--out", folder,
+         *(["--accept"] if arguments.accept else [])], capture_output=True, text=True, check=False)
+    if told.returncode not in (0, 1):
+        sys.exit(told.stderr)
+    print(told.stdout, end="")
+    parts = []
+    for name in sorted(name[:-len(".old.png")] for name in os.listdir(folder) if name.endswith(".old.png")):
+        figures = [f'<figure><a href="changes/{name}.{kind}.png"><img src="changes/{name}.{kind}.png" '
+                   f'loading="lazy" alt="{caption}"></a><figcaption>{caption}</figcaption></figure>'
+                   for kind, caption in (("old", "agreed"), ("new", "now"), ("difference", "difference"))]
+        parts.append(f'<h3>{html.escape(name)}</h3>\n<div class="row">\n' + "\n".join(figures) + "\n</div>")
+    lines = told.stdout.strip().splitlines()
+    heading = '<h2 id="changes">Changes</h2>\n' + "".join(f"<p>{html.escape(line)}</p>\n" for line in lines)
+    return heading + "\n".join(parts)
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--look-check", required=True)
     parser.add_argument("--theme-folder", required=True)
     parser.add_argument("--catalogues", required=True)
     parser.add_argument("--out", required=True)
+    parser.add_argument("--scenes", default="all", help="only these, with commas between them")
+    parser.add_argument("--accept", action="store_true", help="agree to the screens as they are now")
     arguments = parser.parse_args()
     pictures = os.path.join(arguments.out, "pictures")
     shutil.rmtree(pictures, ignore_errors=True)
@@ -93,11 +116,14 @@ def main():
     draw(arguments, pictures)
     scenes = subprocess.run([arguments.look_check, "--list"], capture_output=True, text=True,
                             check=True).stdout.split()
+    if arguments.scenes != "all":
+        scenes = arguments.scenes.split(",")
     sections = [section(arguments.out, scene) for scene in scenes]
+    changed = changes(arguments, os.path.join(arguments.out, "changes"))
     page = PAGE.format(
         count=sum(part.count("<figure>") for part in sections), scenes=len(scenes), size=SIZE,
-        links="\n".join(f'<a href="#{scene}">{html.escape(scene)}</a>' for scene in scenes),
-        sections="\n".join(sections))
+        links='<a href="#changes">Changes</a>\n' + "\n".join(f'<a href="#{scene}">{html.escape(scene)}</a>' for scene in scenes),
+        sections="\n".join([changed, *sections]))
     place = os.path.join(arguments.out, "index.html")
     with open(place, "w", encoding="utf-8") as file:
         file.write(page)

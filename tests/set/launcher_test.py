@@ -62,7 +62,8 @@ class Options(RunCase):
                           ["--language", "english"], ["--language"],
                           ["--scenario", "/nowhere/scenario.ini"], ["--set", "/nowhere/set.ini"],
                           ["--set", "/"], ["--out"], ["--out", ""], ["--build", "cathedral"],
-                          ["--build", ".*"], ["--build", "base"], ["extra"], ["--control"]):
+                          ["--build", ".*"], ["--build", "base"], ["extra"], ["--control"],
+                          ["--accept"], ["--gallery", "--headless"]):
             with self.subTest(arguments):
                 self.assert_refused(*arguments)
 
