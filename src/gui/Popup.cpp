@@ -141,8 +141,7 @@ void Popup::deactivateButton(std::string part) {
         // A widget that may not have the focus is not told that it has lost it, and would go on
         // looking as if it had it.
         elm_layout_signal_emit(button, "elm,action,unfocus", "elm");
-        // Nor does the theme know that it cannot be reached; the next focus takes this back.
-        elm_layout_signal_emit(button, "button,blocked", "");
+        showBlocked(button);
     }
 }
 

@@ -379,6 +379,9 @@ void Screen::addButton(char const* part, char const* text, Evas_Smart_Cb callbac
     evas_object_show(button);
     elm_object_focus_allow_set(button, focusable ? EINA_TRUE : EINA_FALSE);
     elm_object_focus_set(button, focusable && focused ? EINA_TRUE : EINA_FALSE);
+    if (!focusable) {
+        showBlocked(button);
+    }
 }
 
 void Screen::modifyButtonText(char const* part, char const* text) {

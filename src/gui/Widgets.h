@@ -64,4 +64,10 @@ inline void dropHandle(Evas_Object*& handle) {
     handle = nullptr;
 }
 
+// Makes BUTTON look like one that cannot be reached, until it gets the focus: the theme is not told
+// of that by the toolkit.
+inline void showBlocked(Evas_Object* button) {
+    elm_layout_signal_emit(button, "button,blocked", "");
+}
+
 }  // namespace ZOLT::GUI

@@ -597,6 +597,18 @@ TEST_F(ScreenTest, AButtonTakesTheFocusOnlyIfItMayAndShould) {
     }
 }
 
+TEST_F(ScreenTest, AButtonThatCannotTakeTheFocusLooksSo) {
+    PlainScreen screen;
+    screen.addButton("prevBtn", "SID_PREVIOUS", noteCall, nullptr, true, false);
+    screen.addButton("nextBtn", "SID_NEXT", noteCall, nullptr, false, false);
+    const auto look = [&](const char* part) {
+        return std::string(edje_object_part_state_get(
+            elm_layout_edje_get(partOf(layoutOf(screen), part)), "elm.text", nullptr));
+    };
+    EXPECT_TRUE(turnUntil([&] { return look("nextBtn") == "blocked"; }));
+    EXPECT_EQ("default", look("prevBtn"));
+}
+
 TEST_F(ScreenTest, ANewButtonInAPartReplacesTheOldOne) {
     PlainScreen screen;
     screen.addButton("singleBtn", "SID_NEXT", noteCall, nullptr, true, true);

@@ -170,6 +170,13 @@ void Checker::look(Inventory& inventory, const Frame& picture) {
     checkPlaces(inventory);
     checkOverlap(inventory);
     checkEdges(inventory, picture);
+    for (const Control& control : inventory.controls) {
+        if (!control.active) {
+            m_outOfReach.insert(control.object);
+        }
+        ask("focus", control.object != m_stage.focused() || m_outOfReach.count(control.object) == 0,
+            control.type + " at " + control.box.words() + " looked out of reach and is not");
+    }
 }
 
 // High contrast is a look of its own, which the screen answers with as a whole.

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -59,6 +60,7 @@ class Checker {
     const Scene& m_scene;
     Easel& m_easel;
     Report& m_report;
+    std::set<const Evas_Object*> m_outOfReach;  // what looked so in an earlier state
     const Sizes* m_ordinary;
 };
 

@@ -111,6 +111,16 @@ Box clipOf(const Evas_Object* object, const Box& picture) {
     return clip;
 }
 
+// Whether WIDGET takes the focus and with it OK. The toolkit counts the icon in a button as one
+// that could take it, so a button is asked for its look, too; a look that lies is told when the
+// focus comes.
+bool canBePressed(const Evas_Object* widget) {
+    const char* const face =
+        edje_object_part_state_get(elm_layout_edje_get(widget), "face", nullptr);
+    return elm_object_focus_allow_get(widget) != EINA_FALSE &&
+           (face == nullptr || std::strcmp(face, "blocked") != 0);
+}
+
 std::string withoutMarkup(const std::string& markup) {
     char* plain = evas_textblock_text_markup_to_utf8(nullptr, markup.c_str());
     const std::string text(plain != nullptr ? plain : "");
@@ -347,9 +357,8 @@ class Walk {
     }
 
     void noteWidget(Evas_Object* object, const std::string& type, const Box& clip, Path& path) {
-        const Control control{
-            object, type,  boxOf(object),
-            clip,   false, isWidget(type) && elm_object_focus_allow_get(object) != EINA_FALSE};
+        const Control control{object, type,  boxOf(object),
+                              clip,   false, isWidget(type) && canBePressed(object)};
         if (type == "elm_button" || type == "elm_hoversel") {
             m_found.controls.push_back(control);
             path.control = object;
