@@ -50,6 +50,7 @@ Popup::Popup(Evas_Object* parent, char const* style, int width, int height)
     evas_object_resize(m_popup, width, height);
     elm_object_style_set(m_popup, style);
     placePopup(m_popup, width, height);
+    followContrast(m_popup);
     setTranslatable(m_popup, "title,text", "COM_SID_ZOLT_CONTENT");
     evas_object_event_callback_add(m_popup, EVAS_CALLBACK_KEY_UP, onKeyPress, this);
 }
@@ -193,6 +194,7 @@ void Popup::appendButton(Evas_Object* button) {
     ++m_buttonsCnt;
     const std::string part = "button" + std::to_string(m_buttonsCnt);
     elm_object_part_content_set(m_popup, part.c_str(), button);
+    followContrast(button);
 }
 
 }  // namespace ZOLT::GUI

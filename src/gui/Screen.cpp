@@ -204,11 +204,11 @@ Screen::Screen(char const* windowTitle, std::string layoutFile, char const* layo
     elm_layout_file_set(m_layout, path.c_str(), layoutGroup);
     evas_object_size_hint_weight_set(m_layout, 1.0, 1.0);
     elm_win_resize_object_add(m_window, m_layout);
-    if (IsHighContrastMode() != 0) {
+    highContrast = IsHighContrastMode() != 0;
+    if (highContrast) {
         ZOLT_DEBUG("High Contrast Mode ON");
-        elm_layout_signal_emit(m_layout, "WIN_CONTRAST_1", "");
-        elm_layout_signal_emit(m_layout, "WIN_CONTRAST_2", "");
     }
+    followContrast(m_layout);
     evas_object_show(m_layout);
     m_mirrored = applyDirection();
     evas_object_event_callback_add(m_window, EVAS_CALLBACK_KEY_DOWN, onKeyPress, this);

@@ -64,6 +64,18 @@ inline void dropHandle(Evas_Object*& handle) {
     handle = nullptr;
 }
 
+// Whether the screens have the high contrast look, as the last one that was made found it.
+inline bool highContrast = false;
+
+// Gives WIDGET the high contrast look if the screens have it: the theme is told by the program
+// alone.
+inline void followContrast(Evas_Object* widget) {
+    if (highContrast) {
+        elm_layout_signal_emit(widget, "WIN_CONTRAST_1", "");
+        elm_layout_signal_emit(widget, "WIN_CONTRAST_2", "");
+    }
+}
+
 // Makes BUTTON look like one that cannot be reached, until it gets the focus: the theme is not told
 // of that by the toolkit.
 inline void showBlocked(Evas_Object* button) {

@@ -148,9 +148,8 @@ Sizes sizesOf(const Inventory& inventory) {
     return sizes;
 }
 
-Checker::Checker(Stage& stage, const Scene& scene, Easel& easel, Report& report,
-                 const Sizes* ordinary)
-    : m_stage(stage), m_scene(scene), m_easel(easel), m_report(report), m_ordinary(ordinary) {}
+Checker::Checker(Stage& stage, Easel& easel, Report& report, const Sizes* ordinary)
+    : m_stage(stage), m_easel(easel), m_report(report), m_ordinary(ordinary) {}
 
 bool Checker::ask(const std::string& name, bool good, const std::string& detail) {
     m_report.check(name, good, detail);
@@ -159,7 +158,7 @@ bool Checker::ask(const std::string& name, bool good, const std::string& detail)
 
 void Checker::look(Inventory& inventory, const Frame& picture) {
     m_report.countPicture();
-    checkContrastMode();
+    checkContrastMode(picture);
     findInk(inventory, picture);
     for (Text& text : inventory.texts) {
         checkFit(text);
@@ -180,10 +179,22 @@ void Checker::look(Inventory& inventory, const Frame& picture) {
 }
 
 // High contrast is a look of its own, which the screen answers with as a whole.
-void Checker::checkContrastMode() {
+void Checker::checkContrastMode(const Frame& picture) {
     if (!m_stage.mode().contrast) {
         return;
     }
+    // It is made of black, white and yellow; the ordinary look is blue through and through.
+    const Box whole = picture.whole();
+    long blue = 0;
+    for (int y = whole.top; y < whole.bottom; ++y) {
+        for (int x = whole.left; x < whole.right; ++x) {
+            const Pixel there = picture.at(x, y);
+            blue += static_cast<int>(there & 255U) > static_cast<int>((there >> 16U) & 255U) + 8;
+        }
+    }
+    const double share =
+        100.0 * static_cast<double>(blue) / (static_cast<double>(whole.width()) * whole.height());
+    ask("contrast", share < 1.0, number(share) + " % of the picture has the ordinary colours");
     const Evas_Object* layout = elm_layout_edje_get(support::layoutOf(m_stage.screen()));
     for (const char* part : {"background", "title"}) {
         const char* state = edje_object_part_state_get(layout, part, nullptr);
@@ -204,10 +215,9 @@ void Checker::findInk(Inventory& inventory, const Frame& picture) {
             (text.box.top < text.clip.top || text.box.bottom > text.clip.bottom)) {
             return;
         }
-        // What cannot be pressed may step back, as long as it can be read.
-        const Control* control = inventory.controlOf(text.control);
-        const bool high = m_stage.mode().contrast && (control == nullptr || control->active);
-        checkContrast("contrast", described(text), picture, without, text.ink, high ? 7.0 : 4.5);
+        ask("clipped", !text.ink.empty(), described(text) + " does not show");
+        checkContrast("contrast", described(text), picture, without, text.ink,
+                      m_stage.mode().contrast ? 7.0 : 4.5);
     });
     std::vector<Drawn> icons;
     for (Icon& icon : inventory.icons) {
@@ -215,8 +225,8 @@ void Checker::findInk(Inventory& inventory, const Frame& picture) {
     }
     leaveOut(icons, picture, [&](std::size_t place, const Frame& without) {
         const Icon& icon = inventory.icons[place];
-        const Control* control = inventory.controlOf(icon.control);
-        if (control == nullptr || control->active) {
+        ask("edges", !icon.ink.empty(), "the icon at " + icon.box.words() + " does not show");
+        if (!icon.layered) {
             checkContrast("edges", "icon at " + icon.box.words(), picture, without, icon.ink,
                           m_stage.mode().contrast ? 4.5 : 3.0);
         }
@@ -401,9 +411,23 @@ void Checker::checkPlaces(const Inventory& inventory) {
     for (const auto* list : {&inventory.controls, &inventory.holders, &inventory.circles}) {
         for (const Control& control : *list) {
             const Box seen = control.box.common(control.clip);
-            ask("safe", seen.empty() || safe.holds(seen),
+            ask("safe", seen.empty() ? control.row : safe.holds(seen),
                 control.type + " at " + control.box.words());
         }
+    }
+    for (const Icon& icon : inventory.icons) {
+        ask("safe", icon.ink.empty() || safe.holds(icon.ink), "icon at " + icon.ink.words());
+    }
+    ask("clipped",
+        std::any_of(inventory.texts.begin(), inventory.texts.end(),
+                    [](const Text& text) { return text.role == Role::Title; }),
+        "there is no title");
+    for (const Control& control : inventory.controls) {
+        ask("clipped",
+            control.type != "elm_button" ||
+                std::any_of(inventory.texts.begin(), inventory.texts.end(),
+                            [&](const Text& text) { return text.control == control.object; }),
+            control.type + " at " + control.box.words() + " has no words");
     }
     for (const Control& control : inventory.controls) {
         ask("controls", control.box.height() >= static_cast<int>(std::floor(pixels(64))),
@@ -483,6 +507,16 @@ void Checker::checkEdges(const Inventory& inventory, const Frame& picture) {
     }
     for (const Card& card : inventory.cards) {
         checkEdge("card", picture, card.box, card.box);
+    }
+    // A list has no edge of its own: it fills the card of its popup.
+    for (const Control& holder : inventory.holders) {
+        if (holder.type == "elm_scroller") {
+            Box around = holder.box;
+            for (const Ring& ring : inventory.rings) {
+                around = ring.box.holds(holder.box) ? ring.box : around;
+            }
+            checkEdge(holder.type, picture, holder.box, around);
+        }
     }
 }
 

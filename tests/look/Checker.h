@@ -23,13 +23,13 @@ Sizes sizesOf(const Inventory& inventory);
 class Checker {
   public:
     // ORDINARY is what an enlarged screen is measured by, and null for one that is not enlarged.
-    Checker(Stage& stage, const Scene& scene, Easel& easel, Report& report, const Sizes* ordinary);
+    Checker(Stage& stage, Easel& easel, Report& report, const Sizes* ordinary);
 
     // Looks at the screen as it stands now. PICTURE is what it shows.
     void look(Inventory& inventory, const Frame& picture);
 
   private:
-    void checkContrastMode();
+    void checkContrastMode(const Frame& picture);
     struct Drawn {
         Evas_Object* object;
         Box box;  // where its ink is expected
@@ -57,7 +57,6 @@ class Checker {
     double pixels(double at1080) const { return m_stage.mode().pixels(at1080); }
 
     Stage& m_stage;
-    const Scene& m_scene;
     Easel& m_easel;
     Report& m_report;
     std::set<const Evas_Object*> m_outOfReach;  // what looked so in an earlier state

@@ -94,7 +94,7 @@ void Examination::look(const Item& item, Report& report) {
     if (!m_options.spoil.empty()) {
         spoilArrows(stage);
     }
-    Checker checker(stage, scene, *m_easel, report, item.mode.enlarged ? &ordinary : nullptr);
+    Checker checker(stage, *m_easel, report, item.mode.enlarged ? &ordinary : nullptr);
     if (m_options.states) {
         std::size_t number = 0;
         Tour tour(stage, scene, words, &checker, report,

@@ -316,6 +316,23 @@ void measureLine(Text& text) {
                     text.box.top + natural.height()};
 }
 
+// What the theme itself draws to be understood: the arrow of the drop-down, the tick of a picked
+// row and of a chosen value, the drawing of a screen, where a list stands, and the arc that turns.
+constexpr const char* DRAWINGS[] = {
+    "arrow",       "mark",           "shop1.mark",      "shopname.mark", "hero.lines",
+    "hero.accent", "hero.lines.rtl", "hero.accent.rtl", "bar.handle",    "arc"};
+
+// Whether nothing that OBJECT is clipped to is out of sight, and it has a size of its own.
+bool isLit(const Evas_Object* object) {
+    for (const Evas_Object* clip = evas_object_clip_get(object); clip != nullptr;
+         clip = evas_object_clip_get(clip)) {
+        if (!evas_object_visible_get(clip)) {
+            return false;
+        }
+    }
+    return !boxOf(object).empty();
+}
+
 class Walk {
   public:
     Walk(Stage& stage, const Scene& scene, const Vocabulary& vocabulary, Inventory& found)
@@ -368,10 +385,7 @@ class Walk {
         } else if (type == "elm_progressbar") {
             m_found.circles.push_back(control);
         } else if (type == "elm_icon") {
-            const Box box = boxOf(object);
-            if (!box.empty()) {
-                m_found.icons.push_back({object, path.control, box, {}});
-            }
+            m_found.icons.push_back({object, path.control, boxOf(object), {}});
             path.icon = object;
         }
     }
@@ -389,6 +403,13 @@ class Walk {
         }
         if (!wanted) {
             return;
+        }
+        for (const char* part : DRAWINGS) {
+            auto* const drawing = const_cast<Evas_Object*>(edje_object_part_object_get(edje, part));
+            if (drawing != nullptr && evas_object_visible_get(drawing) && isLit(drawing)) {
+                m_found.icons.push_back(
+                    {drawing, path.control, boxOf(drawing), {}, startsWith(part, "hero.")});
+            }
         }
         if (startsWith(group, "elm/genlist/item")) {
             path.control = edje;
@@ -410,7 +431,9 @@ class Walk {
                           : withoutMarkup(words != nullptr ? words : "");
         text.box = boxOf(object);
         text.clip = clip;
-        if (trimmed(text.words).empty() || text.box.common(clip).empty()) {
+        // Words that cannot be seen are a fault, but for those that are scrolled away.
+        if (trimmed(text.words).empty() ||
+            (path.scroller != nullptr && text.box.common(clip).empty())) {
             return;
         }
         text.turned = isTurned(object);

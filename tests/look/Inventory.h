@@ -68,6 +68,7 @@ struct Icon {
     Evas_Object* control = nullptr;
     Box box;
     Box ink;
+    bool layered = false;  // another one of other colours lies over it
 };
 
 struct Ring {

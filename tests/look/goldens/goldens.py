@@ -19,9 +19,10 @@ SCENES = (
     "pin-waiting", "search-waiting", "pin", "pin-registered",
     "level-first", "level-first-picked", "level-later", "level-later-picked", "level-last",
     "selection", "selection-made", "selection-500-middle", "selection-empty",
-    "information-2", "information-4", "confirmation-12", "confirmation-single",
+    "information-2", "information-4", "confirmation-2", "confirmation-12", "confirmation-single",
     "popup-completed", "popup-connecting", "popup-deletion", "popup-deregistered",
-    "popup-deregistration", "popup-searching", "popup-unstable",
+    "popup-deregistration", "popup-no-network", "popup-no-server", "popup-not-found", "popup-pin-expired",
+    "popup-searching", "popup-unstable",
 )
 # How far a colour may be from the agreed one, in per cent of the way from black to white and after a blur
 # that leaves nothing of a difference of single pixels; and how many pixels may be further.
