@@ -257,6 +257,19 @@ TEST_F(PopupTest, AButtonOutOfReachLooksSoUntilItHasTheFocusAgain) {
     EXPECT_TRUE(looks("default", "focused"));
 }
 
+TEST_F(PopupTest, ItsButtonsFollowTheContrastOfTheScreen) {
+    for (const int contrast : {1, 0}) {
+        platform().setVconf("db/menu/system/accessibility/highcontrast", contrast);
+        m_screen = std::make_unique<MainMenuRegisteredScreen>(1920, 1080);
+        const auto popup = popupOf(1920, 1080);
+        addOk(*popup);
+        settle();
+        double mode = -1.0;
+        edje_object_part_state_get(elm_layout_edje_get(buttonOf(*popup, 1)), "face", &mode);
+        EXPECT_DOUBLE_EQ(contrast, mode);
+    }
+}
+
 TEST_F(PopupTest, BlockingAPopupWithoutButtonsDoesNothing) {
     const auto popup = popupOf(1920, 1080);
     popup->blockAllButtons();

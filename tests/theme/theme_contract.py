@@ -234,13 +234,28 @@ class ThemeContract(unittest.TestCase):
             with self.subTest(text_class=name):
                 self.assertGreaterEqual(size, least)
 
+    def test_every_role_and_every_measure_is_used(self):
+        folder = options.drawings / "edc"
+        sources = {path: path.read_text(encoding="utf-8") for path in folder.rglob("*.edc")}
+        tree = sources[folder / "palette.edc"].split("color_tree")[1]
+        groups = "".join(text for path, text in sources.items() if path.name != "palette.edc")
+        roles = re.findall(r'^ {6}"([^"]+)";', tree, re.MULTILINE)
+        self.assertTrue(roles)
+        # Some groups put the end of such a name together with its start.
+        self.assertEqual([], [role for role in roles if f'"{role}"' not in groups and
+                              f'"{role.removesuffix("/contrast")}"' not in groups])
+        everything = "".join(sources.values())
+        measures = re.findall(r"#define (\w+)", everything)
+        self.assertEqual([], [name for name in measures
+                              if len(re.findall(rf"\b{name}\b", everything)) < 2])
+
     def test_no_group_holds_a_colour_or_a_size_of_text_of_its_own(self):
         for path in sorted((options.drawings / "edc").rglob("*.edc")):
-            if path.name in ("palette.edc", "text.edc", "macros.edc"):
+            if path.name in ("palette.edc", "text.edc"):
                 continue
             for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
                 with self.subTest(line="%s:%d" % (path.name, number)):
-                    self.assertIsNone(re.search(r"\bcolor\d?: \d|\bfont_size=|\btext\.size:", line))
+                    self.assertIsNone(re.search(r"\bcolor\d?: \d|\bfont_size=\d|\btext\.size:|\bfont: \"|[^.]\bsize: \d+;", line))
 
 
 if __name__ == "__main__":
