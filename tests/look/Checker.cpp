@@ -255,6 +255,7 @@ void Checker::leaveOut(const std::vector<Drawn>& things, const Frame& picture,
     }
     if (!together.empty()) {
         std::vector<std::unique_ptr<LeftOut>> leftOut;
+        leftOut.reserve(together.size());
         for (const std::size_t one : together) {
             leftOut.push_back(std::make_unique<LeftOut>(things[one].object));
         }

@@ -19,7 +19,7 @@ constexpr Eina_Unicode NO_LETTER = 0xFFFF;  // never a letter, in any font
 std::string encoded(Eina_Unicode letter) {
     int length = 0;
     char* text = eina_unicode_unicode_to_utf8_range(&letter, 1, &length);
-    const std::string result(text != nullptr ? text : "");
+    std::string result(text != nullptr ? text : "");
     std::free(text);
     return result;
 }

@@ -123,7 +123,7 @@ bool canBePressed(const Evas_Object* widget) {
 
 std::string withoutMarkup(const std::string& markup) {
     char* plain = evas_textblock_text_markup_to_utf8(nullptr, markup.c_str());
-    const std::string text(plain != nullptr ? plain : "");
+    std::string text(plain != nullptr ? plain : "");
     std::free(plain);
     return text;
 }
@@ -262,14 +262,20 @@ int linesOf(const Evas_Object* block) {
     return lines;
 }
 
+// The number that TEXT begins with, or OTHERWISE.
+double numberIn(const std::string& text, double otherwise) {
+    char* end = nullptr;
+    const double number = std::strtod(text.c_str(), &end);
+    return end != text.c_str() ? number : otherwise;
+}
+
 // Measures a block without its ellipsis, in the same width.
 void measureBlock(Text& text) {
     const std::string format = formatOf(text.object);
     text.font = styleValue(format, "font");
-    text.size =
-        std::atof(styleValue(format, "font_size").c_str()) * evas_object_scale_get(text.object);
+    text.size = numberIn(styleValue(format, "font_size"), 0.0) * evas_object_scale_get(text.object);
     const std::string ellipsis = styleValue(format, "ellipsis");
-    const bool mayEnd = !ellipsis.empty() && std::atof(ellipsis.c_str()) >= 0.0;
+    const bool mayEnd = numberIn(ellipsis, -1.0) >= 0.0;
     const Box plain = plainBoxOf(text.object);
     text.lines = linesOf(text.object);
     int width = 0;
@@ -406,7 +412,10 @@ class Walk {
         }
         for (const char* part : DRAWINGS) {
             auto* const drawing = const_cast<Evas_Object*>(edje_object_part_object_get(edje, part));
-            if (drawing != nullptr && evas_object_visible_get(drawing) && isLit(drawing)) {
+            // A tick may be scrolled away with its row.
+            const bool away = path.scroller != nullptr && drawing != nullptr &&
+                              !clipOf(drawing, m_picture).holds(boxOf(drawing));
+            if (drawing != nullptr && evas_object_visible_get(drawing) && isLit(drawing) && !away) {
                 m_found.icons.push_back(
                     {drawing, path.control, boxOf(drawing), {}, startsWith(part, "hero.")});
             }

@@ -60,9 +60,10 @@ void Mirror::compare(const Mirror& other, Report& report) const {
         }
         const auto found = other.m_ways.find({step.first, turned(step.second)});
         const std::string there = found != other.m_ways.end() ? found->second : "no way";
-        report.check("reach", there == to,
-                     step.second + " leads from " + step.first + " to " + to + ", and " +
-                         turned(step.second) + " in the mirror image to " + there);
+        std::string told = step.second;
+        told.append(" leads from ").append(step.first).append(" to ").append(to);
+        told.append(", and ").append(turned(step.second)).append(" in the mirror image to ");
+        report.check("reach", there == to, told.append(there));
     }
 }
 

@@ -18,8 +18,8 @@ namespace look {
 
 namespace {
 
-constexpr double TICK = 0.05;   // seconds
-constexpr double MOTION = 0.6;  // more than any motion of the theme and of a list takes, in seconds
+constexpr double TICK = 0.05;  // seconds
+constexpr int TICKS = 12;      // more than any motion of the theme and of a list takes
 constexpr int CALCULATIONS = 2;
 constexpr int ROUNDS = 4;
 
@@ -83,7 +83,7 @@ void Stage::settle() {
             support::ToolkitLoop::settle();
             evas_smart_objects_calculate(canvas());
         }
-        for (double passed = 0.0; passed < MOTION; passed += TICK) {
+        for (int tick = 0; tick < TICKS; ++tick) {
             Clock::pass(TICK);
             ecore_main_loop_iterate_may_block(0);
         }
