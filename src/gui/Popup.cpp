@@ -194,7 +194,6 @@ void Popup::appendButton(Evas_Object* button) {
     ++m_buttonsCnt;
     const std::string part = "button" + std::to_string(m_buttonsCnt);
     elm_object_part_content_set(m_popup, part.c_str(), button);
-    followContrast(button);
 }
 
 }  // namespace ZOLT::GUI

@@ -82,6 +82,8 @@ Evas_Object* createShopCodeRow(Evas_Object* box, const Shop& shop) {
 
 void packRow(Evas_Object* box, Evas_Object* row) {
     elm_box_pack_end(box, row);
+    // A new scale, which it may have got, makes a widget begin anew with its look.
+    followContrast(row);
     evas_object_show(row);
 }
 
@@ -115,6 +117,7 @@ RegistrationInfoScreen::RegistrationInfoScreen(std::vector<ShopList>& records, i
     }
     elm_object_content_set(scroller, box);
     elm_object_part_content_set(m_layout, "scroller", scroller);
+    followContrast(scroller);  // which has the scale of the layout from here on
     evas_object_smart_callback_add(scroller, "unfocused", EventHandler::unfocusedItemCb, nullptr);
     evas_object_smart_callback_add(scroller, "focused", EventHandler::focusedItemCb, nullptr);
     // Key-down, where buttons take key-up: the scroller moves its content before the key is up.

@@ -307,6 +307,7 @@ Evas_Object* Screen::createLabel(Evas_Object* parent, char const* text, char con
         required(elm_label_add(parent), "Cannot allocate memory for label instance");
     elm_object_style_set(label, style);
     setTranslatable(label, nullptr, text);
+    followContrast(label);
     return label;
 }
 
@@ -342,6 +343,7 @@ Evas_Object* Screen::createButton(Evas_Object* parent, char const* text, Evas_Sm
     if (icon != nullptr) {
         elm_object_part_content_set(button, "icon", createIcon(button, icon));
     }
+    followContrast(button);
     return button;
 }
 

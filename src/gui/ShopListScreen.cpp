@@ -45,6 +45,7 @@ void addDropDown(Evas_Object* layout) {
     evas_object_event_callback_add(dropDown, EVAS_CALLBACK_KEY_UP, EventHandler::onKeyPress,
                                    nullptr);
     elm_layout_signal_emit(dropDown, "edc,align,left", "");
+    followContrast(dropDown);
     elm_object_part_content_set(layout, "selectBtn", dropDown);
     evas_object_show(dropDown);
     elm_object_focus_allow_set(dropDown, EINA_TRUE);
