@@ -124,10 +124,11 @@ void Examination::compareMirrored(const Item& item, Report& report) {
         const Vocabulary& words = vocabulary(mode.language);
         Stage stage(scene, mode);
         const Inventory inventory(stage, scene, words);
+        const Frame picture = stage.draw().copy();
         Report forgotten;  // each of the two is looked at elsewhere
         Tour tour(stage, scene, words, nullptr, forgotten, nullptr);
         tour.go();
-        both.emplace_back(inventory, tour.ways(), mode);
+        both.emplace_back(inventory, picture, tour.ways(), mode);
     }
     both[0].compare(both[1], report);
 }

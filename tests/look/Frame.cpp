@@ -124,6 +124,31 @@ bool Frame::differsOnlyIn(const Frame& other, const std::vector<Box>& areas) con
     return true;
 }
 
+double Frame::shareThatDiffers(const Box& area, const Frame& other, const Box& areaOfOther,
+                               bool turned, int least) const {
+    const int width = std::min(area.width(), areaOfOther.width());
+    const int height = std::min(area.height(), areaOfOther.height());
+    int different = 0;
+    int seen = 0;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const int there = turned ? areaOfOther.right - 1 - x : areaOfOther.left + x;
+            if (!whole().holds(
+                    {area.left + x, area.top + y, area.left + x + 1, area.top + y + 1}) ||
+                !other.whole().holds(
+                    {there, areaOfOther.top + y, there + 1, areaOfOther.top + y + 1})) {
+                continue;
+            }
+            ++seen;
+            if (distanceOf(at(area.left + x, area.top + y), other.at(there, areaOfOther.top + y)) >
+                least) {
+                ++different;
+            }
+        }
+    }
+    return seen > 0 ? static_cast<double>(different) / seen : 0.0;
+}
+
 Frame Frame::reduced(int factor) const {
     std::vector<Pixel> pixels;
     const int width = m_width / factor;

@@ -47,6 +47,11 @@ class Frame {
     Box differenceIn(const Frame& other, const Box& area) const;
     // Whether all pixels that differ from OTHER lie in one of AREAS.
     bool differsOnlyIn(const Frame& other, const std::vector<Box>& areas) const;
+    // Which share of the pixels of AREA differ by more than LEAST in a colour part from those of
+    // AREA_OF_OTHER in OTHER, where both overlap when laid on one another; TURNED holds the second
+    // up to a mirror.
+    double shareThatDiffers(const Box& area, const Frame& other, const Box& areaOfOther,
+                            bool turned, int least) const;
     // The same picture with fewer pixels: FACTOR by FACTOR of them become one.
     Frame reduced(int factor) const;
 

@@ -328,6 +328,19 @@ constexpr const char* DRAWINGS[] = {
     "arrow",       "mark",           "shop1.mark",      "shopname.mark", "hero.lines",
     "hero.accent", "hero.lines.rtl", "hero.accent.rtl", "bar.handle",    "arc"};
 
+// The arrows of the program, by the names of its icons.
+bool isArrow(const Evas_Object* icon) {
+    const char* group = nullptr;
+    elm_image_file_get(icon, nullptr, &group);
+    const std::string drawn = group != nullptr ? group : "";
+    for (const char* arrow : {"i_previous", "i_next", "i_go", "i_go_r"}) {
+        if (drawn.find("/" + std::string(arrow) + "/") != std::string::npos) {
+            return true;
+        }
+    }
+    return false;
+}
+
 // Whether nothing that OBJECT is clipped to is out of sight, and it has a size of its own.
 bool isLit(const Evas_Object* object) {
     for (const Evas_Object* clip = evas_object_clip_get(object); clip != nullptr;
@@ -391,7 +404,8 @@ class Walk {
         } else if (type == "elm_progressbar") {
             m_found.circles.push_back(control);
         } else if (type == "elm_icon") {
-            m_found.icons.push_back({object, path.control, boxOf(object), {}});
+            m_found.icons.push_back(
+                {object, path.control, boxOf(object), {}, false, isArrow(object)});
             path.icon = object;
         }
     }
@@ -410,14 +424,17 @@ class Walk {
         if (!wanted) {
             return;
         }
+        // The tree of levels grows to where the next one is.
+        const bool levels = startsWith(group, "ShopListWindow");
         for (const char* part : DRAWINGS) {
+            const bool hero = startsWith(part, "hero.");
             auto* const drawing = const_cast<Evas_Object*>(edje_object_part_object_get(edje, part));
             // A tick may be scrolled away with its row.
             const bool away = path.scroller != nullptr && drawing != nullptr &&
                               !clipOf(drawing, m_picture).holds(boxOf(drawing));
             if (drawing != nullptr && evas_object_visible_get(drawing) && isLit(drawing) && !away) {
                 m_found.icons.push_back(
-                    {drawing, path.control, boxOf(drawing), {}, startsWith(part, "hero.")});
+                    {drawing, path.control, boxOf(drawing), {}, hero, hero && levels});
             }
         }
         if (startsWith(group, "elm/genlist/item")) {

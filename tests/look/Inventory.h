@@ -68,7 +68,8 @@ struct Icon {
     Evas_Object* control = nullptr;
     Box box;
     Box ink;
-    bool layered = false;  // another one of other colours lies over it
+    bool layered = false;   // another one of other colours lies over it
+    bool directed = false;  // it points to where the writing goes
 };
 
 struct Ring {

@@ -2,17 +2,21 @@
 // Holds a screen written from left to right against the same one written from right to left.
 #include "look/Mirror.h"
 
+#include <algorithm>
 #include <cmath>
 #include <map>
+#include <utility>
 
 namespace look {
 
 namespace {
 
 constexpr char LIST[] = "elm_genlist";
-constexpr double BOX_TOLERANCE = 2.0;     // pixels
-constexpr double ICON_TOLERANCE = 3.0;    // pixels: the control around it is rounded on its own
+// The middle of an odd number of pixels is half a pixel off, and one side gets it.
+constexpr int ROUNDED = 1;                // pixel
 constexpr double MIDDLE_TOLERANCE = 4.0;  // pixels of a screen of 1080 lines
+constexpr int OTHER_COLOUR = 64;          // of 255
+constexpr double OTHER_DRAWING = 0.02;    // of its pixels
 
 std::string nameOf(const Inventory& inventory, const Evas_Object* control) {
     for (const Text& text : inventory.texts) {
@@ -29,29 +33,57 @@ std::string turned(const std::string& arrow) {
 
 }  // namespace
 
-Mirror::Mirror(const Inventory& inventory, const Tour::Ways& ways, const Mode& mode)
-    : m_width(mode.width), m_scale(mode.scale()), m_ways(ways) {
+Mirror::Mirror(const Inventory& inventory, Frame picture, Tour::Ways ways, const Mode& mode)
+    : m_width(mode.width),
+      m_scale(mode.scale()),
+      m_picture(std::move(picture)),
+      m_ways(std::move(ways)) {
     for (const auto* list : {&inventory.controls, &inventory.holders, &inventory.circles}) {
         for (const Control& control : *list) {
-            m_controls.emplace_back(control.type + " " + nameOf(inventory, control.object),
-                                    control.box);
+            m_controls.push_back(
+                {control.type + " " + nameOf(inventory, control.object), control.box});
         }
     }
     for (const Icon& icon : inventory.icons) {
-        m_icons.emplace_back("icon of " + nameOf(inventory, icon.control), icon.box);
+        m_icons.push_back({"icon of " + nameOf(inventory, icon.control), icon.box, icon.directed});
     }
     for (const Text& text : inventory.texts) {
         if (text.kind != Kind::Mark) {
-            m_texts.emplace_back("text " + coreOf(text.words), text.box);
+            m_texts.push_back({"text " + coreOf(text.words), text.box});
         }
     }
 }
 
 void Mirror::compare(const Mirror& other, Report& report) const {
-    compareAll(m_controls, other.m_controls, BOX_TOLERANCE, false, report);
-    compareAll(m_icons, other.m_icons, ICON_TOLERANCE, false, report);
-    compareAll(m_texts, other.m_texts, std::max(BOX_TOLERANCE, MIDDLE_TOLERANCE * m_scale), true,
-               report);
+    const auto judge = [&](const Place& mine, const Place& there, bool good) {
+        report.check("mirror", good,
+                     mine.name + " at " + mine.box.words() + " should be at " +
+                         mine.box.mirrored(m_width).words() + " in the mirror image and is at " +
+                         there.box.words());
+        return good;
+    };
+    compareAll(m_controls, other.m_controls, report, [&](const Place& mine, const Place& there) {
+        judge(mine, there, distance(mine, there) <= ROUNDED);
+    });
+    compareAll(m_texts, other.m_texts, report, [&](const Place& mine, const Place& there) {
+        judge(mine, there, distanceOfMiddles(mine, there) <= MIDDLE_TOLERANCE * m_scale);
+    });
+    compareAll(m_icons, other.m_icons, report, [&](const Place& mine, const Place& there) {
+        // A control is rounded, and the drawing in it once more.
+        if (!judge(mine, there, distance(mine, there) <= 2 * ROUNDED)) {
+            return;
+        }
+        const double changed = m_picture.shareThatDiffers(mine.box, other.m_picture, there.box,
+                                                          mine.directed, OTHER_COLOUR);
+        report.check("mirror", changed <= OTHER_DRAWING,
+                     mine.name + " at " + mine.box.words() +
+                         (mine.directed ? " does not turn round" : " is another drawing") +
+                         " in the mirror image: " + std::to_string(changed) + " of its pixels");
+    });
+    compareWays(other, report);
+}
+
+void Mirror::compareWays(const Mirror& other, Report& report) const {
     for (const auto& [step, to] : m_ways) {
         // The buttons of the popup stand below its list in either direction, and one key leads to
         // them: its sounds say the same.
@@ -67,38 +99,39 @@ void Mirror::compare(const Mirror& other, Report& report) const {
     }
 }
 
-void Mirror::compareAll(const Places& mine, const Places& others, double tolerance, bool middles,
-                        Report& report) const {
+int Mirror::distance(const Place& mine, const Place& other) const {
+    const Box wanted = mine.box.mirrored(m_width);
+    return std::max({std::abs(wanted.left - other.box.left),
+                     std::abs(wanted.right - other.box.right), std::abs(wanted.top - other.box.top),
+                     std::abs(wanted.bottom - other.box.bottom)});
+}
+
+double Mirror::distanceOfMiddles(const Place& mine, const Place& other) const {
+    const Box wanted = mine.box.mirrored(m_width);
+    return std::max(std::abs(wanted.left + wanted.right - other.box.left - other.box.right),
+                    std::abs(wanted.top + wanted.bottom - other.box.top - other.box.bottom)) /
+           2.0;
+}
+
+void Mirror::compareAll(const Places& mine, const Places& others, Report& report,
+                        const Compare& compare) {
     report.check("mirror", mine.size() == others.size(),
                  std::to_string(mine.size()) + " things, and " + std::to_string(others.size()) +
                      " in the mirror image");
     // Of several of one name, each stands for itself in its order.
-    std::map<std::string, std::vector<Box>> places;
-    for (const auto& [name, box] : others) {
-        places[name].push_back(box);
+    std::map<std::string, std::vector<const Place*>> places;
+    for (const Place& other : others) {
+        places[other.name].push_back(&other);
     }
     std::map<std::string, std::size_t> used;
-    for (const auto& [name, box] : mine) {
-        const std::size_t number = used[name]++;
-        const auto& found = places[name];
+    for (const Place& place : mine) {
+        const std::size_t number = used[place.name]++;
+        const auto& found = places[place.name];
         if (number >= found.size()) {
-            report.check("mirror", false, name + " is not in the mirror image");
+            report.check("mirror", false, place.name + " is not in the mirror image");
             continue;
         }
-        const Box wanted = box.mirrored(m_width);
-        const Box& there = found[number];
-        const bool good =
-            middles ? std::abs(wanted.left + wanted.right - there.left - there.right) <=
-                              2 * tolerance &&
-                          std::abs(wanted.top + wanted.bottom - there.top - there.bottom) <=
-                              2 * tolerance
-                    : std::abs(wanted.left - there.left) <= tolerance &&
-                          std::abs(wanted.right - there.right) <= tolerance &&
-                          std::abs(wanted.top - there.top) <= tolerance &&
-                          std::abs(wanted.bottom - there.bottom) <= tolerance;
-        report.check("mirror", good,
-                     name + " at " + box.words() + " should be at " + wanted.words() +
-                         " in the mirror image and is at " + there.words());
+        compare(place, *found[number]);
     }
 }
 

@@ -2,32 +2,47 @@
 // Holds a screen written from left to right against the same one written from right to left.
 #pragma once
 
+#include <functional>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "look/Frame.h"
 #include "look/Inventory.h"
 #include "look/Report.h"
 #include "look/Tour.h"
 
 namespace look {
 
-// What one of the two looks like: names with their places.
+// What one of the two looks like: names with their places, and the picture.
 class Mirror {
   public:
-    Mirror(const Inventory& inventory, const Tour::Ways& ways, const Mode& mode);
+    // PICTURE is what INVENTORY was made of; WAYS is where arrows lead.
+    Mirror(const Inventory& inventory, Frame picture, Tour::Ways ways, const Mode& mode);
 
     // Asks whether OTHER, which is written the other way, is the mirror image of this.
     void compare(const Mirror& other, Report& report) const;
 
   private:
-    using Places = std::vector<std::pair<std::string, Box>>;
+    struct Place {
+        std::string name;
+        Box box;
+        bool directed = false;  // a drawing that turns round
+    };
+    using Places = std::vector<Place>;
+    using Compare = std::function<void(const Place& mine, const Place& other)>;
 
-    void compareAll(const Places& mine, const Places& others, double tolerance, bool middles,
-                    Report& report) const;
+    // Finds the other of each and lets COMPARE judge the two.
+    static void compareAll(const Places& mine, const Places& others, Report& report,
+                           const Compare& compare);
+    // How far OTHER is from where MINE belongs, in pixels.
+    int distance(const Place& mine, const Place& other) const;
+    // The same of their middles.
+    double distanceOfMiddles(const Place& mine, const Place& other) const;
+    void compareWays(const Mirror& other, Report& report) const;
 
     int m_width;
     double m_scale;
+    Frame m_picture;
     Places m_controls;
     Places m_icons;
     Places m_texts;

@@ -397,8 +397,7 @@ class Playing(SetCase):
         self.assertEqual(6, len(english))
         self.assertEqual([place[1:] for place in english], [place[1:] for place in arabic])
         for (left, _, width, _), (mirrored, _, _, _) in zip(english, arabic):
-            # Shares of a screen end on whole pixels, each part for itself.
-            self.assertLessEqual(abs(1280 - left - width - mirrored), 2)
+            self.assertEqual(1280 - left - width, mirrored)
             self.assertGreater(abs(left - mirrored), 200)
 
     def test_a_change_of_the_language_renews_the_texts_of_the_screen_that_stands(self):
