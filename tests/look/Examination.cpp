@@ -3,6 +3,7 @@
 #include "look/Examination.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <stdexcept>
 
 #include "common/ZoltConfig.h"
@@ -27,6 +28,16 @@ void spoilArrows(Stage& stage) {
          {ELM_FOCUS_UP, ELM_FOCUS_DOWN, ELM_FOCUS_LEFT, ELM_FOCUS_RIGHT}) {
         elm_object_focus_next_object_set(widget, widget, direction);
     }
+}
+
+// A key stops CIRCLE, as on a screen whose loop has other things to do.
+void spoilCircle(Stage& stage, Evas_Object* circle) {
+    evas_object_event_callback_add(
+        evas_focus_get(stage.canvas()), EVAS_CALLBACK_KEY_DOWN,
+        [](void* data, Evas* /*canvas*/, Evas_Object* /*object*/, void* /*event*/) {
+            elm_layout_signal_emit(static_cast<Evas_Object*>(data), "stop_pulse", "elm");
+        },
+        circle);
 }
 
 }  // namespace
@@ -91,8 +102,10 @@ void Examination::look(const Item& item, Report& report) {
     apply(item.mode);
     const Vocabulary& words = vocabulary(item.mode.language);
     Stage stage(scene, item.mode);
-    if (!m_options.spoil.empty()) {
+    if (m_options.spoil == Spoil::Arrows) {
         spoilArrows(stage);
+    } else if (m_options.spoil == Spoil::Worker) {
+        std::_Exit(EXIT_FAILURE);
     }
     Checker checker(stage, *m_easel, report, item.mode.enlarged ? &ordinary : nullptr);
     if (m_options.states) {
@@ -110,6 +123,9 @@ void Examination::look(const Item& item, Report& report) {
     }
     if (scene.waits && m_options.states) {
         const Inventory inventory(stage, scene, words);
+        if (m_options.spoil == Spoil::Circle) {
+            spoilCircle(stage, inventory.circles.at(0).object);
+        }
         Turning(stage, inventory, report).check();
     }
 }

@@ -428,13 +428,14 @@ class Walk {
         const bool levels = startsWith(group, "ShopListWindow");
         for (const char* part : DRAWINGS) {
             const bool hero = startsWith(part, "hero.");
+            const bool bar = startsWith(part, "bar.");
             auto* const drawing = const_cast<Evas_Object*>(edje_object_part_object_get(edje, part));
             // A tick may be scrolled away with its row.
             const bool away = path.scroller != nullptr && drawing != nullptr &&
                               !clipOf(drawing, m_picture).holds(boxOf(drawing));
             if (drawing != nullptr && evas_object_visible_get(drawing) && isLit(drawing) && !away) {
                 m_found.icons.push_back(
-                    {drawing, path.control, boxOf(drawing), {}, hero, hero && levels});
+                    {drawing, path.control, boxOf(drawing), {}, hero, hero && levels, bar});
             }
         }
         if (startsWith(group, "elm/genlist/item")) {

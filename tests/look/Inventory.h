@@ -68,8 +68,9 @@ struct Icon {
     Evas_Object* control = nullptr;
     Box box;
     Box ink;
-    bool layered = false;   // another one of other colours lies over it
-    bool directed = false;  // it points to where the writing goes
+    bool layered = false;    // another one of other colours lies over it
+    bool directed = false;   // it points to where the writing goes
+    bool stretches = false;  // how high it is tells how many lines others have
 };
 
 struct Ring {

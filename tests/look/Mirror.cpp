@@ -45,7 +45,8 @@ Mirror::Mirror(const Inventory& inventory, Frame picture, Tour::Ways ways, const
         }
     }
     for (const Icon& icon : inventory.icons) {
-        m_icons.push_back({"icon of " + nameOf(inventory, icon.control), icon.box, icon.directed});
+        m_icons.push_back({"icon of " + nameOf(inventory, icon.control), icon.box, icon.directed,
+                           icon.stretches});
     }
     for (const Text& text : inventory.texts) {
         if (text.kind != Kind::Mark) {
@@ -101,9 +102,12 @@ void Mirror::compareWays(const Mirror& other, Report& report) const {
 
 int Mirror::distance(const Place& mine, const Place& other) const {
     const Box wanted = mine.box.mirrored(m_width);
-    return std::max({std::abs(wanted.left - other.box.left),
-                     std::abs(wanted.right - other.box.right), std::abs(wanted.top - other.box.top),
-                     std::abs(wanted.bottom - other.box.bottom)});
+    const int across =
+        std::max(std::abs(wanted.left - other.box.left), std::abs(wanted.right - other.box.right));
+    // The colon stands before the words or behind them, and they may break elsewhere.
+    return mine.stretches ? across
+                          : std::max({across, std::abs(wanted.top - other.box.top),
+                                      std::abs(wanted.bottom - other.box.bottom)});
 }
 
 double Mirror::distanceOfMiddles(const Place& mine, const Place& other) const {

@@ -26,7 +26,8 @@ class Mirror {
     struct Place {
         std::string name;
         Box box;
-        bool directed = false;  // a drawing that turns round
+        bool directed = false;   // a drawing that turns round
+        bool stretches = false;  // one whose height is not its own
     };
     using Places = std::vector<Place>;
     using Compare = std::function<void(const Place& mine, const Place& other)>;

@@ -70,7 +70,9 @@ std::string Options::usage() {
            "  --sample               all modes in English and Arabic\n"
            "  --jobs N               so many at a time (default: one for each core)\n"
            "  --pictures DIR         keep every picture, whole and small\n"
-           "  --spoil arrows         break the screens, to see that it is noticed\n"
+           "  --spoil WHAT           break the screens, to see that it is noticed: arrows, "
+           "circle,\n"
+           "                         worker\n"
            "  --list                 only tell the names of the scenes\n"
            "  --report FILE          write what was found as JSON\n"
            "Exit status: 0 when nothing failed, 1 when something did, 2 when an option is wrong.\n";
@@ -82,7 +84,7 @@ Options::Options(int argc, char** argv) {
         if (option == "--help") {
             help = true;
         } else if (option == "--list") {
-            list = true;
+            namesOnly = true;
         } else if (option == "--all") {
             set("--sizes", "1280x720,1920x1080");
             set("--languages", "all,made-up");
@@ -96,68 +98,93 @@ Options::Options(int argc, char** argv) {
             throw std::invalid_argument(option + " is unknown or needs a value");
         }
     }
-    if (!help && !list && (themeFolder.empty() || catalogues.empty())) {
+    if (!help && !namesOnly && (themeFolder.empty() || catalogues.empty())) {
         throw std::invalid_argument("--theme-folder and --catalogues are needed");
     }
 }
 
 void Options::set(const std::string& option, const std::string& value) {
-    if (option == "--theme-folder") {
-        themeFolder = std::filesystem::absolute(value);
-    } else if (option == "--catalogues") {
-        catalogues = std::filesystem::absolute(value);
-    } else if (option == "--pictures") {
-        pictures = std::filesystem::absolute(value);
-    } else if (option == "--report") {
-        report = value;
-    } else if (option == "--spoil") {
-        spoil = named<std::string>({{"arrows", "arrows"}}, value);
-    } else if (option == "--jobs") {
-        jobs = wholeNumber(value);
-    } else if (option == "--sizes") {
-        m_sizes.clear();
-        for (const std::string& size : split(value)) {
-            const auto sides = split(size, 'x');
-            if (sides.size() != 2) {
-                throw std::invalid_argument(size + " is no size");
-            }
-            m_sizes.push_back(
-                {static_cast<int>(wholeNumber(sides[0])), static_cast<int>(wholeNumber(sides[1]))});
-        }
-    } else if (option == "--languages") {
-        m_languages = split(value);
-    } else if (option == "--directions") {
-        m_directions.clear();
-        for (const std::string& name : split(value)) {
-            m_directions.push_back(named<Direction>({{"own", Direction::OfLanguage},
-                                                     {"ltr", Direction::LeftToRight},
-                                                     {"rtl", Direction::RightToLeft}},
-                                                    name));
-        }
-    } else if (option == "--modes") {
-        m_looks.clear();
-        for (const std::string& name :
-             split(value == "all" ? "ordinary,contrast,enlarged,both" : value)) {
-            m_looks.push_back(named<Look>({{"ordinary", {false, false}},
-                                           {"contrast", {true, false}},
-                                           {"enlarged", {false, true}},
-                                           {"both", {true, true}}},
-                                          name));
-        }
-    } else if (option == "--scenes") {
-        m_scenes = split(value);
-    } else if (option == "--states") {
-        states = named<bool>({{"all", true}, {"opening", false}}, value);
-    } else if (option == "--share") {
-        const auto numbers = split(value, '/');
-        if (numbers.size() != 2 || wholeNumber(numbers[0]) > wholeNumber(numbers[1])) {
-            throw std::invalid_argument(value + " is no share");
-        }
-        m_part = wholeNumber(numbers[0]);
-        m_parts = wholeNumber(numbers[1]);
-    } else {
+    using Set = void (*)(Options&, const std::string&);
+    static const std::map<std::string, Set> setters = {
+        {"--theme-folder",
+         [](Options& all, const std::string& name) {
+             all.themeFolder = std::filesystem::absolute(name);
+         }},
+        {"--catalogues",
+         [](Options& all, const std::string& name) {
+             all.catalogues = std::filesystem::absolute(name);
+         }},
+        {"--pictures",
+         [](Options& all, const std::string& name) {
+             all.pictures = std::filesystem::absolute(name);
+         }},
+        {"--report", [](Options& all, const std::string& name) { all.report = name; }},
+        {"--spoil",
+         [](Options& all, const std::string& name) {
+             all.spoil = named<Spoil>(
+                 {{"arrows", Spoil::Arrows}, {"circle", Spoil::Circle}, {"worker", Spoil::Worker}},
+                 name);
+         }},
+        {"--jobs", [](Options& all, const std::string& number) { all.jobs = wholeNumber(number); }},
+        {"--sizes", [](Options& all, const std::string& list) { all.setSizes(list); }},
+        {"--languages",
+         [](Options& all, const std::string& list) { all.m_languages = split(list); }},
+        {"--directions", [](Options& all, const std::string& list) { all.setDirections(list); }},
+        {"--modes", [](Options& all, const std::string& list) { all.setModes(list); }},
+        {"--scenes", [](Options& all, const std::string& list) { all.m_scenes = split(list); }},
+        {"--states",
+         [](Options& all, const std::string& name) {
+             all.states = named<bool>({{"all", true}, {"opening", false}}, name);
+         }},
+        {"--share", [](Options& all, const std::string& share) { all.setShare(share); }}};
+    const auto found = setters.find(option);
+    if (found == setters.end()) {
         throw std::invalid_argument("there is no option " + option);
     }
+    found->second(*this, value);
+}
+
+void Options::setSizes(const std::string& list) {
+    m_sizes.clear();
+    for (const std::string& size : split(list)) {
+        const auto sides = split(size, 'x');
+        if (sides.size() != 2) {
+            throw std::invalid_argument(size + " is no size");
+        }
+        m_sizes.push_back(
+            {static_cast<int>(wholeNumber(sides[0])), static_cast<int>(wholeNumber(sides[1]))});
+    }
+}
+
+void Options::setDirections(const std::string& list) {
+    m_directions.clear();
+    for (const std::string& name : split(list)) {
+        m_directions.push_back(named<Direction>({{"own", Direction::OfLanguage},
+                                                 {"ltr", Direction::LeftToRight},
+                                                 {"rtl", Direction::RightToLeft}},
+                                                name));
+    }
+}
+
+void Options::setModes(const std::string& list) {
+    m_looks.clear();
+    for (const std::string& name :
+         split(list == "all" ? "ordinary,contrast,enlarged,both" : list)) {
+        m_looks.push_back(named<Look>({{"ordinary", {false, false}},
+                                       {"contrast", {true, false}},
+                                       {"enlarged", {false, true}},
+                                       {"both", {true, true}}},
+                                      name));
+    }
+}
+
+void Options::setShare(const std::string& share) {
+    const auto numbers = split(share, '/');
+    if (numbers.size() != 2 || wholeNumber(numbers[0]) > wholeNumber(numbers[1])) {
+        throw std::invalid_argument(share + " is no share");
+    }
+    m_part = wholeNumber(numbers[0]);
+    m_parts = wholeNumber(numbers[1]);
 }
 
 std::vector<std::string> Options::languagesOf(const std::vector<std::string>& shipped) const {

@@ -15,6 +15,14 @@ struct Item {
     Mode mode;
 };
 
+// What to break on purpose, where no theme can.
+enum class Spoil {
+    Nothing,
+    Arrows,  // which lead nowhere
+    Circle,  // which a key stops
+    Worker,  // which dies
+};
+
 struct Options {
     // Throws std::invalid_argument when an option is wrong.
     Options(int argc, char** argv);
@@ -24,14 +32,14 @@ struct Options {
     static std::string usage();
 
     bool help = false;
-    bool list = false;  // the names of the scenes, and nothing else
+    bool namesOnly = false;  // of the scenes
     std::string themeFolder;
     std::string catalogues;
     std::string pictures;  // folder, or empty
     std::string report;    // file, or empty
     std::size_t jobs = 0;  // 0: one for each core
-    std::string spoil;     // what to break on purpose, or empty
-    bool states = true;    // every state of the focus, or the opening one alone
+    Spoil spoil = Spoil::Nothing;
+    bool states = true;  // every state of the focus, or the opening one alone
 
   private:
     struct Size {
@@ -44,6 +52,10 @@ struct Options {
     std::vector<std::string> languagesOf(const std::vector<std::string>& shipped) const;
     std::vector<std::size_t> chosenScenes() const;
     void set(const std::string& option, const std::string& value);
+    void setSizes(const std::string& list);
+    void setDirections(const std::string& list);
+    void setModes(const std::string& list);
+    void setShare(const std::string& share);
 
     std::vector<Size> m_sizes = {{1920, 1080}};
     std::vector<std::string> m_languages = {"en"};

@@ -43,7 +43,7 @@ int main(int argc, char** argv) {
             std::cout << look::Options::usage();
             return 0;
         }
-        if (options.list) {
+        if (options.namesOnly) {
             for (const look::Scene& scene : look::scenes()) {
                 std::cout << scene.name << "\n";
             }

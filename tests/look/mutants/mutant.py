@@ -90,9 +90,10 @@ def run(mutant, arguments):
             capture_output=True, text=True, check=False)
         if not os.path.exists(report):
             sys.exit(f"the checker did not come to its end\n{result.stdout}{result.stderr}")
-        checks = json.loads(read(report))["checks"]
-    failed = sorted(name for name, (_, failures) in checks.items() if failures)
-    if mutant["check"] in failed:
+        failures = json.loads(read(report))["failures"]
+    failed = sorted({failure["check"] for failure in failures})
+    if any(failure["check"] == mutant["check"] and mutant.get("says", "") in failure["detail"]
+           for failure in failures):
         print(f"caught by {mutant['check']}; failed: {', '.join(failed)}")
         return
     sys.exit(f"{mutant['check']} does not notice; failed: {', '.join(failed) or 'nothing'}\n"
