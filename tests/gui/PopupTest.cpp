@@ -40,6 +40,15 @@ class PopupTest : public support::GuiFixture {
     static void addOk(Popup& popup) {
         popup.addButton("SID_OK", ignore, nullptr, iconName("i_ok_done_allow"));
     }
+    std::unique_ptr<MessagePopup> shownWithTwoButtons() const {
+        auto popup = popupOf(1920, 1080);
+        addOk(*popup);
+        addOk(*popup);
+        m_screen->show();
+        activate(*m_screen);
+        popup->show();
+        return popup;
+    }
     static Evas_Object* buttonOf(const Popup& popup, int number) {
         return partOf(widgetOf(popup), ("button" + std::to_string(number)).c_str());
     }
@@ -197,12 +206,7 @@ TEST_F(PopupTest, TwoButtonsAreCountedAndPutInTheirParts) {
 }
 
 TEST_F(PopupTest, AButtonCanBeGivenTheFocusAndDeniedIt) {
-    const auto popup = popupOf(1920, 1080);
-    addOk(*popup);
-    addOk(*popup);
-    m_screen->show();
-    activate(*m_screen);
-    popup->show();
+    const auto popup = shownWithTwoButtons();
     popup->focusButton("button2");
     EXPECT_TRUE(turnUntil([&] { return focusedIn(widgetOf(*popup)) == buttonOf(*popup, 2); }));
     popup->deactivateButton("button2");
@@ -216,12 +220,7 @@ TEST_F(PopupTest, AButtonCanBeGivenTheFocusAndDeniedIt) {
 }
 
 TEST_F(PopupTest, BlockingTakesAllButtonsOutOfReach) {
-    const auto popup = popupOf(1920, 1080);
-    addOk(*popup);
-    addOk(*popup);
-    m_screen->show();
-    activate(*m_screen);
-    popup->show();
+    const auto popup = shownWithTwoButtons();
     popup->focusButton("button1");
     EXPECT_TRUE(turnUntil([&] { return looksFocused(buttonOf(*popup, 1)); }));
     popup->blockAllButtons();
@@ -234,12 +233,7 @@ TEST_F(PopupTest, BlockingTakesAllButtonsOutOfReach) {
 }
 
 TEST_F(PopupTest, AButtonOutOfReachLooksSoUntilItHasTheFocusAgain) {
-    const auto popup = popupOf(1920, 1080);
-    addOk(*popup);
-    addOk(*popup);
-    m_screen->show();
-    activate(*m_screen);
-    popup->show();
+    const auto popup = shownWithTwoButtons();
     const auto look = [&](int number) {
         return std::string(edje_object_part_state_get(elm_layout_edje_get(buttonOf(*popup, number)),
                                                       "elm.text", nullptr));

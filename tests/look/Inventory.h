@@ -96,6 +96,7 @@ class Vocabulary {
 };
 
 // Of a screen with a popup, only the popup's things are noted: what is dimmed is not for reading.
+// The objects are the screen's own, good until something changes on it.
 struct Inventory {
     Inventory(Stage& stage, const Scene& scene, const Vocabulary& vocabulary);
 
