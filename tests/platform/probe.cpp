@@ -91,14 +91,6 @@ void onKey(void* data, Evas*, Evas_Object*, void* info) {
         outliveServer(true);
     } else if (probe->wants("outlive-server-at-work")) {
         ecore_job_add([](void*) { outliveServer(false); }, nullptr);
-    } else if (probe->wants("outlive-server-at-rest")) {
-        // Behind everything else that the loop does before it waits.
-        ecore_idle_enterer_add(
-            [](void*) {
-                outliveServer(false);
-                return ECORE_CALLBACK_CANCEL;
-            },
-            nullptr);
     }
 }
 
