@@ -40,12 +40,23 @@ gboolean onHangUp(gint, GIOCondition, gpointer) {
 
 // Before it waits, the toolkit reads what has come from the server, and an end that came since the
 // last wait would be its own to find.
-Eina_Bool beforeWaiting(void* descriptor) {
+Eina_Bool leaveIfGone(void* descriptor) {
     pollfd connection = {*static_cast<int*>(descriptor), 0, 0};
     if (poll(&connection, 1, 0) > 0) {
         leaveLoop();
     }
     return ECORE_CALLBACK_RENEW;
+}
+
+// What waits for the main loop, and the connection that is looked at when it has waited: the
+// toolkit reads next.
+Ecore_Select_Function waitOfLoop = nullptr;
+int watched = -1;
+
+int waitAndLook(int count, fd_set* readable, fd_set* writable, fd_set* others, timeval* timeout) {
+    const int ready = waitOfLoop(count, readable, writable, others, timeout);
+    leaveIfGone(&watched);
+    return ready;
 }
 
 }  // namespace
@@ -61,11 +72,15 @@ DisplayWatch::DisplayWatch() {
     m_source = g_unix_fd_add_full(G_PRIORITY_HIGH, m_descriptor,
                                   static_cast<GIOCondition>(G_IO_HUP | G_IO_ERR), onHangUp, nullptr,
                                   nullptr);
-    m_enterer = ecore_idle_enterer_before_add(beforeWaiting, &m_descriptor);
+    m_enterer = ecore_idle_enterer_before_add(leaveIfGone, &m_descriptor);
+    watched = m_descriptor;
+    waitOfLoop = reinterpret_cast<Ecore_Select_Function>(ecore_main_loop_select_func_get());
+    ecore_main_loop_select_func_set(waitAndLook);
 }
 
 DisplayWatch::~DisplayWatch() {
     if (m_descriptor >= 0) {
+        ecore_main_loop_select_func_set(waitOfLoop);
         ecore_idle_enterer_del(m_enterer);
         g_source_remove(m_source);
         close(m_descriptor);

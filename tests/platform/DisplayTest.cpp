@@ -219,7 +219,7 @@ TEST_F(Display, AServerThatDiesBeforeTheMainLoopWaitsEndsItAndTheApplicationIsTo
 
 TEST_F(Display, AServerThatDiesWhileTheMainLoopWaitsEndsItAndTheApplicationIsTold) {
     // Nothing more is to come, and nothing to be done.
-    expectAnOrderlyEnd({}, "key up a a");
+    expectAnOrderlyEnd({"rest"}, "at rest");
 }
 
 TEST_F(Display, AnApplicationThatEndsBeforeItsFirstLaunchIsNotTerminated) {

@@ -66,15 +66,33 @@ struct Farewell {
 };
 Farewell farewell;
 
+// What is drawn is a request to the X server.
+void stopDrawing() {
+    for (Eina_List* at = ecore_evas_ecore_evas_list_get(); at != nullptr;
+         at = eina_list_remove_list(at, at)) {
+        auto* drawn = static_cast<Ecore_Evas*>(eina_list_data_get(at));
+        evas_sync(ecore_evas_get(drawn));
+        ecore_evas_manual_render_set(drawn, EINA_TRUE);
+    }
+}
+
+// Says when a few turns of the main loop have gone by in which what was under way has come to its
+// end.
+Eina_Bool comeToRest(void* data) {
+    auto* turns = static_cast<int*>(data);
+    if (--*turns > 0) {
+        ecore_job_add([](void*) {}, nullptr);
+        return ECORE_CALLBACK_RENEW;
+    }
+    say("at rest");
+    return ECORE_CALLBACK_CANCEL;
+}
+
 // Stays in the callback until the X server is gone, which the main loop cannot notice meanwhile.
 void outliveServer(bool askIt) {
     auto* display = static_cast<Display*>(ecore_x_display_get());
     pollfd connection = {ConnectionNumber(display), 0, 0};
-    for (Eina_List* at = ecore_evas_ecore_evas_list_get(); at != nullptr;
-         at = eina_list_remove_list(at, at)) {
-        // What is drawn meanwhile would be a request.
-        ecore_evas_manual_render_set(static_cast<Ecore_Evas*>(eina_list_data_get(at)), EINA_TRUE);
-    }
+    stopDrawing();
     say("waiting for the server's end");
     poll(&connection, 1, -1);
     if (askIt) {
@@ -94,9 +112,16 @@ void onKey(void* data, Evas*, Evas_Object*, void* info) {
     }
 }
 
-void onKeyUp(void*, Evas*, Evas_Object*, void* info) {
+// DATA is the probe or null.
+void onKeyUp(void* data, Evas*, Evas_Object*, void* info) {
     const auto* event = static_cast<Evas_Event_Key_Up*>(info);
     say(std::string("key up ") + event->key + " " + event->keyname);
+    const auto* probe = static_cast<Probe*>(data);
+    if (probe != nullptr && probe->wants("rest")) {
+        static int turns = 4;
+        stopDrawing();
+        ecore_idle_enterer_add(comeToRest, &turns);
+    }
 }
 
 void forget(void* data, Evas*, Evas_Object* window, void*) {
@@ -113,7 +138,7 @@ Evas_Object* openWindow(Probe* probe, const char* title) {
     elm_win_autodel_set(window, EINA_TRUE);
     evas_object_resize(window, 320, 180);
     evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_DOWN, onKey, probe);
-    evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_UP, onKeyUp, nullptr);
+    evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_UP, onKeyUp, probe);
     if (ecore_x_display_get() != nullptr) {
         evas_object_smart_callback_add(window, "focus,in", onFocusIn, nullptr);
     }
