@@ -9,13 +9,9 @@
 
 #include <glib.h>
 
-namespace Host {
+#include "host/ControlUsage.h"
 
-// What a control program gets back.
-struct ControlReply {
-    int status;  // its exit status: 0 done, 1 failed, 2 wrongly asked
-    std::string text;
-};
+namespace Host {
 
 // Serves the socket in the set's folder from GLib's default main context. A request is one line of
 // words, each escaped as a C string and separated by tabs; the reply is the status, a blank and the

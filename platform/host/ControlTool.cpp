@@ -12,14 +12,15 @@
 #include <unistd.h>
 
 #include "host/ControlAddress.h"
-#include "host/ControlVerbs.h"
+#include "host/ControlUsage.h"
 #include "host/ControlWords.h"
+#include "host/DescriptionVerbs.h"
 #include "host/SetFolder.h"
 
 namespace {
 
-constexpr int kFailed = 1;
-constexpr int kWronglyAsked = 2;
+using Host::CONTROL_FAILED;
+using Host::CONTROL_USAGE_ERROR;
 
 int complain(int status, const std::string& text) {
     std::fprintf(stderr, "virtual-set-control: %s\n", text.c_str());
@@ -29,9 +30,12 @@ int complain(int status, const std::string& text) {
 void printUsage() {
     std::printf(
         "usage: virtual-set-control [--set DIR] VERB [ARGUMENT...]\n"
-        "Talks to the set that runs in DIR (VIRTUAL_SET_DIR, or the working directory).\n"
+        "       virtual-set-control --description FILE describe | get GROUP KEY |"
+        " set GROUP KEY VALUE\n"
+        "Talks to the set that runs in DIR (VIRTUAL_SET_DIR, or the working directory), or reads\n"
+        "and changes the description FILE without a running set.\n"
         "Verbs:\n%s"
-        "Exit status: 0 done, 1 failed or no set runs there, 2 wrongly asked.\n",
+        "Exit status: 0 done, 1 failed or no set runs there, 2 usage error.\n",
         Host::controlHelp().c_str());
 }
 
@@ -64,53 +68,83 @@ std::string receiveLine(int descriptor) {
     return line.substr(0, line.find('\n'));
 }
 
-int report(const std::string& line) {
-    if (line.size() < 2) {
-        return complain(kFailed, "the set ended before it answered");
+int report(const Host::ControlReply& reply) {
+    if (reply.status != Host::CONTROL_DONE) {
+        return complain(reply.status, reply.text);
     }
-    const int status = line.front() - '0';
-    const std::string text = Host::unescapeWord(line.substr(2));
-    if (status != 0) {
-        return complain(status, text);
+    if (!reply.text.empty()) {
+        std::printf("%s%s", reply.text.c_str(), reply.text.back() == '\n' ? "" : "\n");
     }
-    if (!text.empty()) {
-        std::printf("%s%s", text.c_str(), text.back() == '\n' ? "" : "\n");
-    }
-    return 0;
+    return Host::CONTROL_DONE;
 }
 
-int ask(const std::string& folder, const std::vector<std::string>& words) {
+int reportLine(const std::string& line) {
+    if (line.size() < 2) {
+        return complain(CONTROL_FAILED, "the set ended before it answered");
+    }
+    return report({line.front() - '0', Host::unescapeWord(line.substr(2))});
+}
+
+int askFile(const std::string& path, const std::vector<std::string>& words) {
+    std::vector<std::string> remarks;
+    const Host::ControlReply reply = Host::obeyForFile(path, words, &remarks);
+    for (const std::string& remark : remarks) {
+        complain(reply.status, remark);
+    }
+    return report(reply);
+}
+
+int askSet(const std::string& folder, const std::vector<std::string>& words) {
     const int descriptor = Host::connectToControlSocket(folder);
     if (descriptor < 0) {
-        return complain(kFailed, "no set runs in " + folder + ": " + std::strerror(errno));
+        return complain(CONTROL_FAILED, "no set runs in " + folder + ": " + std::strerror(errno));
     }
     const bool sent = sendAll(descriptor, Host::joinWords(words) + "\n");
     const std::string answer = sent ? receiveLine(descriptor) : "";
     close(descriptor);
-    return report(answer);
+    return reportLine(answer);
+}
+
+struct Choice {
+    std::string folder = Host::SetFolder::path();
+    std::string description;  // empty: ask the running set
+};
+
+// Takes the options from the head of WORDS. Returns what is wrong with them, or an empty text.
+std::string takeOptions(std::vector<std::string>* words, Choice* choice) {
+    while (!words->empty() && words->front().compare(0, 1, "-") == 0) {
+        const std::string option = words->front();
+        if (option != "--set" && option != "--description") {
+            return "unknown option " + option;
+        }
+        if (words->size() < 2 || (*words)[1].empty()) {
+            return option + (option == "--set" ? " takes a folder" : " takes a file");
+        }
+        (option == "--set" ? choice->folder : choice->description) = (*words)[1];
+        words->erase(words->begin(), words->begin() + 2);
+    }
+    return "";
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     std::vector<std::string> words(argv + 1, argv + argc);
-    std::string folder = Host::SetFolder::path();
     if (!words.empty() && (words.front() == "--help" || words.front() == "-h")) {
         printUsage();
-        return 0;
+        return Host::CONTROL_DONE;
     }
-    if (!words.empty() && words.front() == "--set") {
-        if (words.size() < 2) {
-            return complain(kWronglyAsked, "--set takes a folder");
-        }
-        folder = words[1];
-        words.erase(words.begin(), words.begin() + 2);
+    Choice choice;
+    std::string error = takeOptions(&words, &choice);
+    if (error.empty() && words.empty()) {
+        error = "a verb is missing; --help prints the verbs";
     }
-    if (words.empty()) {
-        return complain(kWronglyAsked, "a verb is missing; --help tells them");
+    if (error.empty()) {
+        error = Host::usageError(words);
     }
-    if (words.front().compare(0, 1, "-") == 0) {
-        return complain(kWronglyAsked, "there is no option " + words.front());
+    if (!error.empty()) {
+        return complain(CONTROL_USAGE_ERROR, error);
     }
-    return ask(folder, words);
+    return choice.description.empty() ? askSet(choice.folder, words)
+                                      : askFile(choice.description, words);
 }

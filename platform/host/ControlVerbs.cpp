@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-// The table of control verbs.
+// The actions behind the control verbs.
 #include "host/ControlVerbs.h"
 
-#include <algorithm>
-#include <array>
-#include <charconv>
 #include <regex>
-#include <system_error>
+#include <stdexcept>
 
 #include <unistd.h>
 
@@ -17,6 +14,7 @@
 #include "host/ChangeWatch.h"
 #include "host/ControlWords.h"
 #include "host/Description.h"
+#include "host/DescriptionVerbs.h"
 #include "host/DevicePower.h"
 #include "host/HostLog.h"
 #include "host/ScreenReport.h"
@@ -27,74 +25,57 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-constexpr int kDone = 0;
-constexpr int kFailed = 1;
-constexpr int kWronglyAsked = 2;
-
 ControlReply done() {
-    return {kDone, ""};
+    return {CONTROL_DONE, ""};
 }
 
-// Rewrites one value and lets every notice of it out before the control program hears of it.
-ControlReply change(Field field, const std::string& value) {
-    const std::string failure = Description::write(field, value);
-    if (!failure.empty()) {
-        return {kFailed, failure};
-    }
+// Notifies all subscribers before the control program gets its answer.
+void announceChange() {
     Description::reload();
     ChangeWatch::look();
-    return done();
 }
 
-ControlReply unknownValue(const Words& words) {
-    return {kWronglyAsked, "a set has no value " + words[1] + " " + words[2]};
+ControlReply set(Application*, const Words& words) {
+    const ControlReply reply = setValue(words, Description::write);
+    if (reply.status == CONTROL_DONE) {
+        announceChange();
+    }
+    return reply;
 }
 
-ControlReply setValue(Application*, const Words& words) {
-    Field field = Field::Count;
-    return Description::find(words[1], words[2], &field) ? change(field, words[3])
-                                                         : unknownValue(words);
+ControlReply get(Application*, const Words& words) {
+    return getValue(Description::values(), words);
 }
 
-ControlReply getValue(Application*, const Words& words) {
-    Field field = Field::Count;
-    return Description::find(words[1], words[2], &field)
-               ? ControlReply{kDone, Description::text(field)}
-               : unknownValue(words);
+ControlReply describeAll(Application*, const Words&) {
+    return {CONTROL_DONE, describe(Description::values())};
 }
 
 ControlReply language(Application*, const Words& words) {
     static const std::regex form("[a-z]{2,3}_[A-Z]{2}(\\.[A-Za-z0-9-]+)?(@[a-z]+)?");
     if (!std::regex_match(words[1], form)) {
-        return {kWronglyAsked, words[1] + " is no language such as ar_EG.utf8"};
+        return {CONTROL_USAGE_ERROR, words[1] + " is not a language such as ar_EG.utf8"};
     }
-    // The person at the set changes one thing: a menu language that was described apart follows.
-    if (Description::isGiven(Field::MenuLanguage)) {
-        const std::string failure = Description::write(Field::MenuLanguage, words[1]);
-        if (!failure.empty()) {
-            return {kFailed, failure};
+    try {
+        // The person at the set changes one thing: a menu language that was described apart
+        // follows.
+        if (Description::isGiven(Field::MenuLanguage)) {
+            Description::write(Field::MenuLanguage, words[1]);
         }
+        Description::write(Field::Language, words[1]);
+    } catch (const std::runtime_error& failure) {
+        return {CONTROL_FAILED, failure.what()};
     }
-    return change(Field::Language, words[1]);
-}
-
-// The optional last word of a power notice.
-bool stateOf(const Words& words, int* state) {
-    if (words.size() < 2) {
-        return true;
-    }
-    const std::string& text = words[1];
-    const char* end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, *state);
-    return result.ec == std::errc() && result.ptr == end;
+    announceChange();
+    return done();
 }
 
 ControlReply announce(const Words& words, void (*notice)(int)) {
-    int state = 1;
-    if (!stateOf(words, &state)) {
-        return {kWronglyAsked, words[1] + " is no number"};
+    const auto state = words.size() > 1 ? parseNumber(words[1]) : 1;
+    if (!state) {
+        return {CONTROL_USAGE_ERROR, words[1] + " is not a number"};
     }
-    notice(state);
+    notice(*state);
     return done();
 }
 
@@ -137,70 +118,54 @@ ControlReply quit(Application*, const Words&) {
 }
 
 ControlReply ping(Application*, const Words&) {
-    return {kDone, "process " + std::to_string(getpid())};
+    return {CONTROL_DONE, "process " + std::to_string(getpid())};
 }
 
 ControlReply look(Application*, const Words&) {
-    return {kDone, screenReport()};
+    return {CONTROL_DONE, screenReport()};
 }
 
 ControlReply help(Application*, const Words&) {
-    return {kDone, controlHelp()};
+    return {CONTROL_DONE, controlHelp()};
 }
 
-struct Verb {
-    const char* name;
-    const char* arguments;
-    std::size_t least;  // number of arguments
-    std::size_t most;
+struct Action {
+    const char* verb;
     ControlReply (*act)(Application*, const Words&);
-    const char* meaning;
 };
 
-constexpr std::array<Verb, 14> kVerbs = {{
-    {"ping", "", 0, 0, ping, "tells the process of the set"},
-    {"pause", "", 0, 0, pause, "puts the program out of sight"},
-    {"resume", "", 0, 0, resume, "brings it back"},
-    {"app-control", "", 0, 0, appControl, "launches the program once more"},
-    {"low-memory", "", 0, 0, lowMemory, "says that memory runs short"},
-    {"low-battery", "", 0, 0, lowBattery, "says that the battery runs short"},
-    {"poweroff", "[STATE]", 0, 1, poweroff, "says that the set goes off"},
-    {"wakeup", "[STATE]", 0, 1, wakeup, "says that the set has woken up"},
-    {"language", "LL_CC.utf8", 1, 1, language, "changes the set's language"},
-    {"set", "GROUP KEY VALUE", 3, 3, setValue, "changes a value of the set's description"},
-    {"get", "GROUP KEY", 2, 2, getValue, "tells a value of the set's description"},
-    {"look", "", 0, 0, look, "tells what is on the screen: windows, widgets, rows and texts"},
-    {"quit", "", 0, 0, quit, "ends the program"},
-    {"help", "", 0, 0, help, "tells the verbs"},
-}};
+constexpr Action ACTIONS[] = {
+    {"ping", ping},
+    {"pause", pause},
+    {"resume", resume},
+    {"app-control", appControl},
+    {"low-memory", lowMemory},
+    {"low-battery", lowBattery},
+    {"poweroff", poweroff},
+    {"wakeup", wakeup},
+    {"language", language},
+    {"set", set},
+    {"get", get},
+    {"describe", describeAll},
+    {"look", look},
+    {"quit", quit},
+    {"help", help},
+};
 
 }  // namespace
 
-std::string controlHelp() {
-    std::string text;
-    for (const Verb& verb : kVerbs) {
-        std::string line = std::string("  ") + verb.name + " " + verb.arguments;
-        line.resize(std::max<std::size_t>(line.size() + 1, 26), ' ');
-        text += line + verb.meaning + "\n";
-    }
-    return text;
-}
-
 ControlReply obey(Application* application, const std::vector<std::string>& words) {
-    const std::string name = words.empty() ? "" : words.front();
-    for (const Verb& verb : kVerbs) {
-        if (name != verb.name) {
-            continue;
-        }
-        const std::size_t count = words.size() - 1;
-        if (count < verb.least || count > verb.most) {
-            return {kWronglyAsked,
-                    name + " takes " + (*verb.arguments != '\0' ? verb.arguments : "no argument")};
-        }
-        logInfo("Control: " + joinWords(words));
-        return verb.act(application, words);
+    const std::string error = usageError(words);
+    if (!error.empty()) {
+        return {CONTROL_USAGE_ERROR, error};
     }
-    return {kWronglyAsked, "there is no verb " + name + "; help tells them"};
+    logInfo("Control: " + joinWords(words));
+    for (const Action& action : ACTIONS) {
+        if (words.front() == action.verb) {
+            return action.act(application, words);
+        }
+    }
+    return {CONTROL_FAILED, words.front() + " is not implemented"};
 }
 
 }  // namespace Host

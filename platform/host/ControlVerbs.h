@@ -5,14 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "host/ControlServer.h"
+#include "host/ControlUsage.h"
 
 namespace Host {
 
 class Application;
-
-// The verbs and their arguments, one line each.
-std::string controlHelp();
 
 // Does what WORDS, a verb and its arguments, ask. What the program's callbacks throw passes
 // through.

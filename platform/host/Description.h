@@ -1,40 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
-// The description of the set: one key file with a default for every value.
+// The description of the running set: one key file with a default for every value.
 #pragma once
 
 #include <string>
 #include <vector>
 
-namespace Host {
+#include "host/DescriptionFile.h"
+#include "host/Fields.h"
 
-enum class Field {
-    ScreenWidth,
-    ScreenHeight,
-    Language,
-    MenuLanguage,
-    Orientation,
-    Country,
-    Model,
-    UseMode,
-    DeviceId,
-    ServerType,
-    ClockOffset,
-    NetworkType,
-    NetworkAddress,
-    NetworkMask,
-    NetworkGateway,
-    NetworkNameServers,
-    NetworkMac,
-    NetworkConfiguration,
-    FocusZoom,
-    HighContrast,
-    ScreenReader,
-    SoundEnabled,
-    SoundVolume,
-    UsbStorage,
-    StallSeconds,
-    Count
-};
+namespace Host {
 
 // Follows the file: a value is never older than the file at the time of the call. Any thread may
 // call it. A broken file leaves the values as they were, a bad value counts as absent; both are
@@ -42,6 +16,9 @@ enum class Field {
 class Description {
   public:
     Description() = delete;
+
+    // All values of one version of the file.
+    static DescriptionValues values();
 
     static std::string text(Field field);
     static int number(Field field);
@@ -52,11 +29,8 @@ class Description {
     // True when the file itself holds a good value.
     static bool isGiven(Field field);
 
-    // Looks a value up by its names in the file. False when there is none of these names.
-    static bool find(const std::string& group, const std::string& key, Field* field);
-
-    // Rewrites the file with a new value. Returns an empty text, or why it could not be done.
-    static std::string write(Field field, const std::string& value);
+    // Rewrites the file with a new value. Throws as writeDescription does.
+    static void write(Field field, const std::string& value);
 
     // Reads the file again even if it looks unchanged.
     static void reload();

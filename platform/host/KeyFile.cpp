@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <stdexcept>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -73,44 +75,42 @@ std::string resolved(const std::string& path) {
     return real ? std::string(real.get()) : path;
 }
 
-}  // namespace
-
-KeyFilePtr readKeyFile(const std::string& path, std::string* failure) {
-    KeyFilePtr file(g_key_file_new());
-    GError* error = nullptr;
-    if (g_key_file_load_from_file(file.get(), path.c_str(), G_KEY_FILE_KEEP_COMMENTS, &error) !=
-            0 ||
-        g_error_matches(error, G_FILE_ERROR, G_FILE_ERROR_NOENT) != 0) {
-        g_clear_error(&error);
-        return file;
+KeyFilePtr readOrReplace(const std::string& path, BrokenFile broken) {
+    try {
+        return readKeyFile(path);
+    } catch (const std::runtime_error&) {
+        if (broken == BrokenFile::Keep) {
+            throw;
+        }
     }
-    *failure = path + ": " + error->message;
-    g_clear_error(&error);
-    return nullptr;
+    return KeyFilePtr(g_key_file_new());
 }
 
-bool changeKeyFile(const std::string& path, BrokenFile broken,
-                   const std::function<void(GKeyFile*)>& change, std::string* failure) {
+}  // namespace
+
+KeyFilePtr readKeyFile(const std::string& path) {
+    KeyFilePtr file(g_key_file_new());
+    GError* error = nullptr;
+    g_key_file_load_from_file(file.get(), path.c_str(), G_KEY_FILE_KEEP_COMMENTS, &error);
+    const std::unique_ptr<GError, decltype(&g_error_free)> owner(error, &g_error_free);
+    if (!owner || g_error_matches(error, G_FILE_ERROR, G_FILE_ERROR_NOENT) != FALSE) {
+        return file;
+    }
+    throw std::runtime_error(path + ": " + error->message);
+}
+
+void changeKeyFile(const std::string& path, BrokenFile broken,
+                   const std::function<void(GKeyFile*)>& change) {
     const std::string real = resolved(path);
     const FileLock lock(real + ".lock");
-    std::string unreadable;
-    KeyFilePtr file = readKeyFile(real, &unreadable);
-    if (!file && broken == BrokenFile::Keep) {
-        *failure = unreadable;
-        return false;
-    }
-    if (!file) {
-        file.reset(g_key_file_new());
-    }
+    const KeyFilePtr file = readOrReplace(real, broken);
     change(file.get());
     gsize length = 0;
     const std::unique_ptr<gchar, decltype(&g_free)> data(
         g_key_file_to_data(file.get(), &length, nullptr), &g_free);
-    if (replaceFile(real, data.get(), length)) {
-        return true;
+    if (!replaceFile(real, data.get(), length)) {
+        throw std::runtime_error(real + ": " + std::strerror(errno));
     }
-    *failure = real + ": " + std::strerror(errno);
-    return false;
 }
 
 }  // namespace Host

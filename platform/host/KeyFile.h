@@ -15,18 +15,18 @@ struct KeyFileRelease {
 };
 using KeyFilePtr = std::unique_ptr<GKeyFile, KeyFileRelease>;
 
-// Reads PATH with its comments. An absent file is an empty one. A file that cannot be read or
-// parsed gives null and a sentence in *FAILURE.
-KeyFilePtr readKeyFile(const std::string& path, std::string* failure);
+// Reads PATH with its comments. An absent file is an empty one. Throws std::runtime_error with the
+// reason when the file cannot be read or parsed.
+KeyFilePtr readKeyFile(const std::string& path);
 
-// What becomes of a file that cannot be read or parsed: a person's own text is never thrown away
-// for a slip in it, a store that only programs write starts anew.
+// What happens to a file that cannot be read or parsed: a person's own text is never thrown away
+// for a mistake in it, a store that only programs write starts anew.
 enum class BrokenFile { Keep, Replace };
 
 // Reads PATH, lets CHANGE alter it and puts the result in its place in one step, so that no reader
-// ever sees half a file. A lock file beside it keeps two writers apart. Returns false with a
-// sentence in *FAILURE; PATH is then as it was.
-bool changeKeyFile(const std::string& path, BrokenFile broken,
-                   const std::function<void(GKeyFile*)>& change, std::string* failure);
+// ever sees half a file. A lock file beside it keeps two writers apart. Throws std::runtime_error
+// with the reason; PATH is then as it was.
+void changeKeyFile(const std::string& path, BrokenFile broken,
+                   const std::function<void(GKeyFile*)>& change);
 
 }  // namespace Host

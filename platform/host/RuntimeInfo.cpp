@@ -7,7 +7,7 @@
 
 #include "host/ChangeWatch.h"
 #include "host/Description.h"
-#include "host/MenuLanguage.h"
+#include "host/Languages.h"
 #include "host/Network.h"
 #include "host/Text.h"
 #include "runtime_info.h"
@@ -36,7 +36,8 @@ struct Value {
 
 constexpr std::array<Value, 6> kValues = {{
     {RUNTIME_INFO_KEY_LANGUAGE, false, [] { return Description::text(Field::Language); }},
-    {RUNTIME_INFO_KEY_SYSTEM_MENU_LANGUAGE, false, [] { return Host::menuLanguage(); }},
+    {RUNTIME_INFO_KEY_SYSTEM_MENU_LANGUAGE, false,
+     [] { return Host::menuLanguage(Description::values()); }},
     {RUNTIME_INFO_KEY_SYSTEM_USE_MODE, true, [] { return Description::text(Field::UseMode); }},
     {RUNTIME_INFO_KEY_WIRELESS_IP, false, [] { return addressOf(true); }},
     {RUNTIME_INFO_KEY_WIRED_IP, false, [] { return addressOf(false); }},

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // What the owner of the virtual set has chosen.
+#include <stdexcept>
 #include <string>
 
 #include "host/Description.h"
@@ -24,9 +25,10 @@ int system_settings_set_value_int(system_settings_key_e key, int value) {
     if (key != SYSTEM_SETTINGS_KEY_SUPPORT_USE_MODE) {
         return SYSTEM_SETTINGS_ERROR_INVALID_PARAMETER;
     }
-    const std::string failure = Description::write(Field::UseMode, std::to_string(value));
-    if (!failure.empty()) {
-        Host::logWarning("The use mode is not written: " + failure);
+    try {
+        Description::write(Field::UseMode, std::to_string(value));
+    } catch (const std::runtime_error& failure) {
+        Host::logWarning("The use mode is not written: " + std::string(failure.what()));
         return SYSTEM_SETTINGS_ERROR_IO_ERROR;
     }
     return SYSTEM_SETTINGS_ERROR_NONE;

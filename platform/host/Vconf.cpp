@@ -2,11 +2,11 @@
 // Settings by key: some are values of the set's description, the others are kept in a file.
 #include "vconf.h"
 
-#include <charconv>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -48,15 +48,15 @@ const std::map<std::string, std::string>& fromFactory() {
 }
 
 std::optional<std::string> kept(const std::string& key) {
-    std::string failure;
-    const Host::KeyFilePtr file = Host::readKeyFile(Host::SetFolder::keptValues(), &failure);
-    if (!file) {
-        Host::logWarning("The kept values cannot be read: " + failure);
+    try {
+        const Host::KeyFilePtr file = Host::readKeyFile(Host::SetFolder::keptValues());
+        const std::unique_ptr<gchar, decltype(&g_free)> text(
+            g_key_file_get_string(file.get(), kGroup, key.c_str(), nullptr), &g_free);
+        return text ? std::optional<std::string>(text.get()) : std::nullopt;
+    } catch (const std::runtime_error& failure) {
+        Host::logWarning("The kept values cannot be read: " + std::string(failure.what()));
         return std::nullopt;
     }
-    const std::unique_ptr<gchar, decltype(&g_free)> text(
-        g_key_file_get_string(file.get(), kGroup, key.c_str(), nullptr), &g_free);
-    return text ? std::optional<std::string>(text.get()) : std::nullopt;
 }
 
 std::optional<std::string> valueOf(const std::string& key) {
@@ -95,6 +95,17 @@ std::string comparable(const std::string& key) {
     return value ? "=" + *value : "";
 }
 
+void setInt(const std::string& key, int value) {
+    const auto field = described().find(key);
+    if (field != described().end()) {
+        Description::write(field->second, std::to_string(value));
+        return;
+    }
+    Host::changeKeyFile(
+        Host::SetFolder::keptValues(), Host::BrokenFile::Replace,
+        [&](GKeyFile* file) { g_key_file_set_integer(file, kGroup, key.c_str(), value); });
+}
+
 }  // namespace
 
 extern "C" {
@@ -107,13 +118,11 @@ int vconf_get_int(const char* key, int* value) {
     if (!text) {
         return -1;
     }
-    int number = 0;
-    const char* end = text->data() + text->size();
-    const auto result = std::from_chars(text->data(), end, number);
-    if (result.ec != std::errc() || result.ptr != end) {
+    const auto number = Host::parseNumber(*text);
+    if (!number) {
         return -1;
     }
-    *value = number;
+    *value = *number;
     return 0;
 }
 
@@ -121,17 +130,10 @@ int vconf_set_int(const char* key, int value) {
     if (key == nullptr || *key == '\0') {
         return -1;
     }
-    std::string failure;
-    const auto field = described().find(key);
-    if (field != described().end()) {
-        failure = Description::write(field->second, std::to_string(value));
-    } else {
-        Host::changeKeyFile(
-            Host::SetFolder::keptValues(), Host::BrokenFile::Replace,
-            [&](GKeyFile* file) { g_key_file_set_integer(file, kGroup, key, value); }, &failure);
-    }
-    if (!failure.empty()) {
-        Host::logWarning(std::string(key) + " is not written: " + failure);
+    try {
+        setInt(key, value);
+    } catch (const std::runtime_error& failure) {
+        Host::logWarning(std::string(key) + " is not written: " + failure.what());
         return -1;
     }
     return 0;

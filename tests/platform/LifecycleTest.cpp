@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The life of an application on the virtual set, as a process of its own.
 #include <csignal>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "ProbeSet.h"
+#include "host/ControlUsage.h"
 
 namespace PlatformTest {
 
@@ -295,6 +297,35 @@ TEST_F(Control, WrongQuestionsAreAnsweredClearly) {
     const Outcome bad = control({"set", "Screen", "Width", "x"});
     EXPECT_EQ(bad.status, 1);
     EXPECT_EQ(bad.output, "virtual-set-control: Screen Width has to be a number from 1 to 16384\n");
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Control, ARunningSetDescribesItself) {
+    describe("[Screen]\nWidth=1280\nHeight=720\n[Language]\nOrientation=rtl\n");
+    startAndWait({});
+    const std::string all = control({"describe"}).output;
+    EXPECT_EQ(all.find("Screen Width=1280\nScreen Height=720\n"), 0) << all;
+    EXPECT_THAT(all, testing::HasSubstr("\nLanguage Direction=rtl\n"));
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Control, EveryVerbOfTheHelpHasAnAction) {
+    startAndWait({});
+    const std::map<std::string, std::vector<std::string>> arguments = {
+        {"language", {"en_US.utf8"}},
+        {"set", {"Set", "Model", "M"}},
+        {"get", {"Set", "Model"}},
+    };
+    for (const std::string& verb : Host::controlVerbs()) {
+        std::vector<std::string> words = {verb};
+        const auto more = arguments.find(verb);
+        if (more != arguments.end()) {
+            words.insert(words.end(), more->second.begin(), more->second.end());
+        }
+        if (verb != "quit") {
+            EXPECT_EQ(control(words).status, 0) << verb;
+        }
+    }
     EXPECT_EQ(quit(), 0);
 }
 

@@ -4,12 +4,17 @@
 
 #include <string>
 
+#include "host/DescriptionFile.h"
+
 namespace Host {
 
 // The menu language of the description, or the set's language when none is given.
-std::string menuLanguage();
+std::string menuLanguage(const DescriptionValues& values);
 
 // True when LANGUAGE, such as "ar_EG.utf8", is written from right to left.
 bool isRightToLeft(const std::string& language);
+
+// The direction of the set's screens: the described one, or that of the set's language.
+bool readsRightToLeft(const DescriptionValues& values);
 
 }  // namespace Host

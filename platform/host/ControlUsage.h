@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: Apache-2.0
+// The control verbs: their arguments, what they do, and what a control program gets back.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Host {
+
+// The exit statuses of the control program.
+constexpr int CONTROL_DONE = 0;
+constexpr int CONTROL_FAILED = 1;
+constexpr int CONTROL_USAGE_ERROR = 2;
+
+struct ControlReply {
+    int status;
+    std::string text;  // the answer, or the reason of a failure
+};
+
+// The names of all verbs, in the order of the help.
+std::vector<std::string> controlVerbs();
+
+// The verbs and their arguments, one line each.
+std::string controlHelp();
+
+// Empty when WORDS are a verb and as many arguments as it takes; otherwise what is wrong.
+std::string usageError(const std::vector<std::string>& words);
+
+}  // namespace Host

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: Apache-2.0
+// One version of a description file: reading it, telling what it says, changing one value.
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "host/Fields.h"
+
+namespace Host {
+
+struct DescriptionValues {
+    DescriptionValues();  // every value is its default
+
+    const std::string& text(Field field) const { return texts[static_cast<std::size_t>(field)]; }
+
+    std::array<std::string, FIELD_COUNT> texts;
+    std::array<bool, FIELD_COUNT> given{};  // the file itself holds a good value
+    std::vector<std::string> remarks;       // what was wrong with the file, a sentence each
+};
+
+// An absent file gives the defaults. A bad value or an unknown key is a remark and counts as
+// absent. Throws std::runtime_error when the file cannot be read or parsed.
+DescriptionValues readDescription(const std::string& path);
+
+// Puts VALUE into the file and leaves the rest of it as it is. Throws std::runtime_error when FIELD
+// cannot have that value or the file cannot be changed.
+void writeDescription(const std::string& path, Field field, const std::string& value);
+
+// One line for each value, "GROUP KEY=VALUE", in the order of the fields, and at the end "Language
+// Direction=ltr" or "=rtl". In VALUE a backslash, a newline and a carriage return are written as
+// \\, \n and \r.
+std::string describe(const DescriptionValues& values);
+
+}  // namespace Host
