@@ -10,7 +10,7 @@
 #include "gui/MessagePopup.h"
 #include "gui/RegistrationInfoScreen.h"
 #include "gui/ShopListScreen.h"
-#include "host/MainLoopBridge.h"
+#include "host/toolkit/MainLoopBridge.h"
 #include "support/PrivateBus.h"
 
 using testing::ElementsAre;

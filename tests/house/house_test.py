@@ -39,6 +39,37 @@ def names_in(cell):
     return re.findall(r"`([^`]+)`", cell)
 
 
+def includes_of(name):
+    return re.findall(r'^\s*#\s*include\s*"([^"]+)"', read(name), re.M)
+
+
+def unit_of(name):
+    """A header and its source are one unit."""
+    return os.path.splitext(name)[0]
+
+
+def circle_in(arrows):
+    """The nodes of a circle of ARROWS, a set of nodes for each node; empty when there is none."""
+    done = set()
+
+    def walk(node, path):
+        if node in path:
+            return path[path.index(node):] + [node]
+        if node not in done:
+            for target in sorted(arrows.get(node, ())):
+                found = walk(target, path + [node])
+                if found:
+                    return found
+            done.add(node)
+        return []
+
+    for start in sorted(arrows):
+        found = walk(start, [])
+        if found:
+            return found
+    return []
+
+
 class TheMapOfTheHouse(unittest.TestCase):
     def setUp(self):
         self.page = read("docs/architecture.md")
@@ -67,25 +98,51 @@ class TheMapOfTheHouse(unittest.TestCase):
             if source.startswith("src/") and source.endswith(".cpp") and not source.endswith("/main.cpp"):
                 self.assertIn(source[:-4] + ".h", headers)
 
+    def allowed(self):
+        return {names_in(row[0])[0]: names_in(row[1]) for row in table(self.page, "Who may use whom")}
+
+    def included_by(self, name):
+        """The files of the tree that NAME includes, or would include once they are generated."""
+        for included in includes_of(name):
+            if included == "generated-code.h":
+                yield "src/gdbus/generated-code.h"
+            for root in (os.path.dirname(name), "", "src", "platform", "platform/include"):
+                path = os.path.normpath(os.path.join(root, included))
+                if path in self.sources:
+                    yield path
+                    break
+
     def test_includes_go_only_where_the_page_allows(self):
-        allowed = {names_in(row[0])[0]: names_in(row[1])
-                   for row in table(self.page, "Who may use whom")}
-        roots = {"common/": "src/common", "gdbus/": "src/gdbus", "gui/": "src/gui",
-                 "host/": "platform/host", "generated-code.h": "src/gdbus"}
-        for header in self.sources:
-            if header.startswith("platform/include/"):
-                roots[os.path.basename(header)] = "platform/include"
+        allowed = self.allowed()
         for name in self.sources:
             folder = self.folder_of(name)
             folder = "src/common" if folder == "src/common/systemcalls" else folder
             if folder not in allowed or folder == "tests":
                 continue
-            for included in re.findall(r'^\s*#\s*include\s*"([^"]+)"', read(name), re.M):
-                target = next((where for start, where in roots.items()
-                               if included.startswith(start)), None)
-                beside = os.path.join(ROOT, os.path.dirname(name), included)
-                if target and target != folder and not os.path.exists(beside):
-                    self.assertIn(target, allowed[folder], f"{name} includes {included}")
+            for target in map(self.folder_of, self.included_by(name)):
+                target = "src/common" if target == "src/common/systemcalls" else target
+                if target != folder:
+                    self.assertIn(target, allowed[folder], name)
+
+    def test_the_arrows_of_the_page_make_no_circle(self):
+        arrows = {folder: set(targets) for folder, targets in self.allowed().items()}
+        self.assertEqual(circle_in(arrows), [])
+
+    def test_the_classes_of_a_tidy_folder_make_no_circle(self):
+        for folder in ("platform/", "daemon/"):
+            arrows = {}
+            for name in self.sources:
+                if name.startswith(folder):
+                    arrows.setdefault(unit_of(name), set()).update(
+                        unit_of(target) for target in self.included_by(name)
+                        if unit_of(target) != unit_of(name))
+            self.assertEqual(circle_in(arrows), [])
+
+    def test_each_interface_of_the_television_has_a_source_of_its_name(self):
+        def names(folder):
+            return sorted(os.path.basename(unit_of(name)) for name in self.sources
+                          if os.path.dirname(name) == folder)
+        self.assertEqual(names("platform/include"), names("platform/host/interfaces"))
 
     def test_the_daemon_uses_nothing_of_the_program_but_the_interface_layer(self):
         for name in self.sources:
@@ -102,6 +159,14 @@ class TheMapOfTheHouse(unittest.TestCase):
         for name in self.sources:
             if name.startswith("src/"):
                 self.assertNotRegex(read(name), r"ZOLT_PLATFORM|VIRTUAL_SET|#\s*if.*(HOST|__linux__)", name)
+
+
+class TheSearchForCircles(unittest.TestCase):
+    def test_a_circle_is_found_and_named(self):
+        self.assertEqual(circle_in({"a": {"b"}, "b": {"c"}, "c": {"b"}}), ["b", "c", "b"])
+
+    def test_two_ways_to_one_place_are_no_circle(self):
+        self.assertEqual(circle_in({"a": {"b", "c"}, "b": {"d"}, "c": {"d"}}), [])
 
 
 class TheFiles(unittest.TestCase):

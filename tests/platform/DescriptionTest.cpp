@@ -14,7 +14,7 @@
 
 #include "PrivateSet.h"
 #include "factory_data.h"
-#include "host/Description.h"
+#include "host/description/Description.h"
 #include "runtime_info.h"
 #include "system_info.h"
 #include "system_settings.h"

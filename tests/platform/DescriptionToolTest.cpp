@@ -8,7 +8,7 @@
 
 #include "Child.h"
 #include "PrivateSet.h"
-#include "host/ControlUsage.h"
+#include "host/control/ControlUsage.h"
 
 namespace PlatformTest {
 

@@ -14,7 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "ProbeSet.h"
-#include "host/ControlUsage.h"
+#include "host/control/ControlUsage.h"
 
 namespace PlatformTest {
 

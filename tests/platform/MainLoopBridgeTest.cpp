@@ -11,7 +11,7 @@
 #include <glib.h>
 #include <gtest/gtest.h>
 
-#include "host/MainLoopBridge.h"
+#include "host/toolkit/MainLoopBridge.h"
 
 namespace PlatformTest {
 

@@ -13,7 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "PrivateSet.h"
-#include "host/Network.h"
+#include "host/description/Network.h"
 #include "net_connection.h"
 #include "runtime_info.h"
 

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: Apache-2.0
+// Where one virtual set keeps its files.
+#include "host/base/SetFolder.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+namespace Host {
+
+namespace fs = std::filesystem;
+
+std::string SetFolder::variable(const char* name, const std::string& fallback) {
+    const char* value = std::getenv(name);
+    return value != nullptr && *value != '\0' ? value : fallback;
+}
+
+std::string SetFolder::path() {
+    // Kept from the first call on: a program that changes its directory stays on its set. Never
+    // given back: a static destructor may still log when the process ends, and so may a thread of
+    // the toolkit's.
+    static const auto* const start = [] {
+        std::error_code failure;
+        const fs::path here = fs::current_path(failure);
+        return new std::string(failure ? "/" : here.string());
+    }();
+    return (fs::path(*start) / variable("VIRTUAL_SET_DIR", *start)).lexically_normal().string();
+}
+
+std::string SetFolder::file(const std::string& name) {
+    return (fs::path(path()) / name).lexically_normal().string();
+}
+
+std::string SetFolder::description() {
+    return file(variable("VIRTUAL_SET_FILE", "set.ini"));
+}
+
+std::string SetFolder::keptValues() {
+    return file("vconf.ini");
+}
+
+}  // namespace Host

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: Apache-2.0
+// Tells in words what a person sees on the set.
+#pragma once
+
+#include <string>
+
+namespace Host {
+
+// The program's windows, the one that has the keyboard first, and under each what it shows, in the
+// order in which it is drawn. A line each:
+//
+//     KIND X,Y WIDTHxHEIGHT [focusable] [focus] [selected] ["TEXT"]
+//
+// indented by what it stands in. KIND is window, a widget's name with the toolkit such as button,
+// popup or genlist, row for a row of a list, or text for a piece of text as it is drawn. A window's
+// text is its title. Coordinates are in pixels of the screen. Quotes and backslashes in a text have
+// a backslash before them, and the end of a line is \n.
+std::string screenReport();
+
+}  // namespace Host

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: Apache-2.0
+// One version of a description file: reading it, changing one value.
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "host/description/Fields.h"
+
+namespace Host {
+
+struct DescriptionValues {
+    DescriptionValues();  // every value is its default
+
+    const std::string& text(Field field) const { return texts[static_cast<std::size_t>(field)]; }
+
+    std::array<std::string, FIELD_COUNT> texts;
+    std::array<bool, FIELD_COUNT> given{};  // the file itself holds a good value
+    std::vector<std::string> remarks;       // what was wrong with the file, a sentence each
+};
+
+// An absent file gives the defaults. A bad value or an unknown key is a remark and counts as
+// absent. Throws std::runtime_error when the file cannot be read or parsed.
+DescriptionValues readDescription(const std::string& path);
+
+// Puts VALUE into the file and leaves the rest of it as it is. Throws std::runtime_error when FIELD
+// cannot have that value or the file cannot be changed.
+void writeDescription(const std::string& path, Field field, const std::string& value);
+
+}  // namespace Host

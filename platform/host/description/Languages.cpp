@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
+// Menu language and reading direction.
+#include "host/description/Languages.h"
+
+namespace Host {
+
+std::string menuLanguage(const DescriptionValues& values) {
+    const std::string& given = values.text(Field::MenuLanguage);
+    return given.empty() ? values.text(Field::Language) : given;
+}
+
+bool isRightToLeft(const std::string& language) {
+    const std::string code = language.substr(0, language.find_first_of("_.@-"));
+    return code == "ar" || code == "fa" || code == "he" || code == "ur";
+}
+
+bool readsRightToLeft(const DescriptionValues& values) {
+    const std::string& given = values.text(Field::Orientation);
+    return given == "auto" ? isRightToLeft(values.text(Field::Language)) : given == "rtl";
+}
+
+}  // namespace Host

@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
+// The reading direction of the set's screens.
+#include "ui_orientation.h"
+
+#include "host/description/Description.h"
+#include "host/description/Languages.h"
+
+extern "C" int ua_UI_orientation_get(void) {
+    return Host::readsRightToLeft(Host::Description::values()) ? 1 : 0;
+}

@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: Apache-2.0
+// Drives the program's lifecycle callbacks on the toolkit's main loop.
+#include "host/process/Application.h"
+
+#include <string>
+#include <utility>
+
+#include <unistd.h>
+
+#include <Elementary.h>
+
+#include "host/base/HostLog.h"
+#include "host/base/SetFolder.h"
+#include "host/control/ControlServer.h"
+#include "host/control/ControlVerbs.h"
+#include "host/description/Description.h"
+#include "host/notices/ApplicationEvents.h"
+#include "host/notices/ChangeWatch.h"
+#include "host/process/DisplayWatch.h"
+#include "host/process/StallWatchdog.h"
+#include "host/speech/ScreenReader.h"
+#include "host/toolkit/MainLoopBridge.h"
+#include "host/toolkit/RemoteKeys.h"
+#include "host/toolkit/ToolkitLog.h"
+
+struct app_control_s {};
+
+namespace Host {
+
+namespace {
+
+int stallSeconds() {
+    const std::string given = SetFolder::variable("VIRTUAL_SET_STALL_SECONDS", "");
+    if (!given.empty() && given.find_first_not_of("0123456789") == std::string::npos &&
+        given.size() < 8) {
+        return std::stoi(given);
+    }
+    return Description::number(Field::StallSeconds);
+}
+
+void introduce() {
+    logInfo("This is a virtual set, process " + std::to_string(getpid()) + ", in " +
+            SetFolder::path() + ": " + Description::text(Field::ScreenWidth) + "x" +
+            Description::text(Field::ScreenHeight) + ", " + Description::text(Field::Language));
+}
+
+// Undoes the bridge when the main loop is left, in whichever way.
+struct BridgeHold {
+    BridgeHold() { MainLoopBridge::install(); }
+    ~BridgeHold() { MainLoopBridge::remove(); }
+    BridgeHold(const BridgeHold&) = delete;
+    BridgeHold& operator=(const BridgeHold&) = delete;
+};
+
+}  // namespace
+
+Application::Application(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks,
+                         void* userData)
+    : m_callbacks(callbacks), m_userData(userData), m_toolkit(argc, argv) {}
+
+Application::~Application() {
+    for (const unsigned watch : m_watches) {
+        ChangeWatch::remove(watch);
+    }
+}
+
+int Application::run() {
+    if (!m_toolkit.isReady()) {
+        m_toolkit.close();
+        return APP_ERROR_INVALID_CONTEXT;
+    }
+    watchDescription();
+    if (!m_callbacks.create(m_userData)) {
+        logError("The application does not want to be created");
+        m_toolkit.close();
+        return APP_ERROR_INVALID_CONTEXT;
+    }
+    const int result = loop();
+    // An application that was ended before its first launch has nothing to take down yet, and is
+    // not prepared to.
+    if (m_launched) {
+        call(m_callbacks.terminate);
+    }
+    // Shutting down on a dead X server crashes the toolkit.
+    if (result == APP_ERROR_NONE) {
+        m_toolkit.close();
+    }
+    return result;
+}
+
+// Everything that lives as long as the main loop turns. The watchdog is gone before the program may
+// take its time to terminate.
+int Application::loop() {
+    const BridgeHold bridge;
+    const RemoteKeys keys;
+    const ScreenReader reader;
+    const DisplayWatch display;
+    const ControlServer control(
+        [this](const std::vector<std::string>& words) { return obey(this, words); });
+    const WindowsInSight windows([this] { followSight(); });
+    m_windows = &windows;
+    Ecore_Job* first = ecore_job_add(onStart, this);
+    const StallWatchdog watchdog(stallSeconds());
+    try {
+        elm_run();
+    } catch (const DisplayLost&) {
+        return APP_ERROR_INVALID_CONTEXT;
+    }
+    if (!m_launched) {
+        ecore_job_del(first);
+    }
+    return APP_ERROR_NONE;
+}
+
+void Application::onStart(void* self) {
+    static_cast<Application*>(self)->start();
+}
+
+void Application::start() {
+    m_launched = true;
+    app_control_s request;
+    m_callbacks.app_control(&request, m_userData);
+    m_resumed = true;
+    call(m_callbacks.resume);
+}
+
+void Application::launchAgain() {
+    app_control_s request;
+    m_callbacks.app_control(&request, m_userData);
+    comeToForeground();
+}
+
+void Application::goToBackground() {
+    m_background = true;
+    followSight();
+}
+
+void Application::comeToForeground() {
+    m_background = false;
+    followSight();
+}
+
+void Application::followSight() {
+    const bool wanted = m_windows->anyInSight() && !m_background;
+    if (!m_launched || wanted == m_resumed) {
+        return;
+    }
+    m_resumed = wanted;
+    call(wanted ? m_callbacks.resume : m_callbacks.pause);
+}
+
+void Application::call(void (*callback)(void*)) {
+    if (callback != nullptr) {
+        callback(m_userData);
+    }
+}
+
+void Application::watchDescription() {
+    const auto watch = [this](Field field, std::function<void()> notify) {
+        m_watches.push_back(
+            ChangeWatch::add([field] { return Description::text(field); }, std::move(notify)));
+    };
+    watch(Field::Language, [] { deliverEvent(APP_EVENT_LANGUAGE_CHANGED); });
+    watch(Field::Country, [] { deliverEvent(APP_EVENT_REGION_FORMAT_CHANGED); });
+}
+
+int runApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks,
+                   void* userData) {
+    redirectToolkitLog();
+    introduce();
+    Application application(argc, argv, callbacks, userData);
+    return application.run();
+}
+
+}  // namespace Host

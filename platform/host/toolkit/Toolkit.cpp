@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: Apache-2.0
+// The toolkit's settings on a set that is driven by a remote control.
+#include "host/toolkit/Toolkit.h"
+
+#include <cstdlib>
+#include <string>
+
+#include <Efreet.h>
+
+#include <Ecore_X.h>
+#include <Elementary.h>
+
+#include "host/base/HostLog.h"
+#include "host/base/SetFolder.h"
+#include "host/description/Description.h"
+
+namespace Host {
+
+namespace {
+
+// The toolkit's own theme; its public headers speak of a name for it and do not declare one. The
+// desktop's icon themes would be searched otherwise, with helper processes.
+constexpr const char* kOwnIcons = "_Elementary_Icon_Theme";
+
+// The height for which themes are designed.
+constexpr double kDesignHeight = 1080.0;
+
+bool needsDisplay() {
+    const std::string engine = SetFolder::variable("ELM_ENGINE", "");
+    const std::string kind = SetFolder::variable("ELM_DISPLAY", "x11");
+    return kind == "x11" && engine.find("buffer") == std::string::npos;
+}
+
+// None of these is written anywhere: the settings of whoever develops on this machine stay.
+void settle() {
+    elm_config_scale_set(Description::number(Field::ScreenHeight) / kDesignHeight);
+    elm_config_icon_theme_set(kOwnIcons);
+    elm_config_finger_size_set(1);
+    elm_config_focus_highlight_enabled_set(EINA_TRUE);
+    elm_config_focus_highlight_animate_set(EINA_FALSE);
+    elm_config_focus_move_policy_set(ELM_FOCUS_MOVE_POLICY_KEY_ONLY);
+    // A list that takes the focus shows where in it one stands, and only OK selects.
+    elm_config_first_item_focus_on_first_focusin_set(EINA_TRUE);
+    elm_config_item_select_on_focus_disabled_set(EINA_TRUE);
+    elm_config_softcursor_mode_set(ELM_SOFTCURSOR_MODE_OFF);
+    elm_config_cursor_engine_only_set(EINA_TRUE);
+    elm_config_scroll_bounce_enabled_set(EINA_FALSE);
+    elm_config_scroll_thumbscroll_enabled_set(EINA_FALSE);
+    elm_config_context_menu_disabled_set(EINA_TRUE);
+    elm_config_magnifier_enable_set(EINA_FALSE);
+    elm_config_atspi_mode_set(EINA_FALSE);
+    elm_config_access_set(EINA_FALSE);
+}
+
+}  // namespace
+
+Toolkit::Toolkit(int argc, char** argv) {
+    // Without its X server the toolkit would look for other ways to a screen. The environment has
+    // named this one.
+    if (needsDisplay()) {
+        m_display = ecore_x_init(nullptr) > 0;
+        if (!m_display) {
+            logError("The X server of the set cannot be reached: DISPLAY=" +
+                     SetFolder::variable("DISPLAY", ""));
+            return;
+        }
+    }
+    // The toolkit's index of installed applications, made by a helper process that outlives the
+    // set.
+    efreet_cache_disable();
+    m_ready = elm_init(argc, argv) > 0;
+    if (!m_ready) {
+        logError("The toolkit does not start");
+        return;
+    }
+    settle();
+}
+
+void Toolkit::close() {
+    if (m_ready) {
+        elm_shutdown();
+        m_ready = false;
+    }
+    if (m_display) {
+        ecore_x_shutdown();
+        m_display = false;
+    }
+}
+
+}  // namespace Host

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+// The texts that the toolkit's objects draw.
+#pragma once
+
+#include <string>
+
+#include <Evas.h>
+
+namespace Host {
+
+// What OBJECT itself draws as text, without markup; empty when it draws none.
+std::string drawnText(Evas_Object* object);
+
+// The texts that WIDGET shows or would show if it were scrolled, in one line: those of a label with
+// blanks between them, labels with commas.
+std::string textsWithin(Evas_Object* widget);
+
+}  // namespace Host
