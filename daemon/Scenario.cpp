@@ -9,18 +9,18 @@ namespace standin {
 
 const std::vector<Method>& methods() {
     static const std::vector<Method> all = {
-        {"requestPincode", ReplyType::nothing, ZOLT::REASON_PINCODE_READY},
-        {"getPincode", ReplyType::text, std::nullopt},
-        {"requestPincodeVerification", ReplyType::nothing, ZOLT::REASON_PINCODE_VERIFIED},
-        {"checkShopRegistration", ReplyType::truth, std::nullopt},
-        {"requestShopInfoList", ReplyType::nothing, ZOLT::REASON_SHOP_LIST_READY},
-        {"getShopInfoList", ReplyType::text, std::nullopt},
-        {"requestRegistrationShopInfo", ReplyType::nothing, ZOLT::REASON_REGISTRATION_DONE},
-        {"getRegisteredShopInfo", ReplyType::text, std::nullopt},
-        {"checkShopMode", ReplyType::truth, std::nullopt},
-        {"applicationCancelled", ReplyType::nothing, std::nullopt},
-        {"unregister", ReplyType::nothing, ZOLT::REASON_DEREGISTRATION_DONE},
-        {"deleteRegistrationInfo", ReplyType::nothing, ZOLT::REASON_REGISTRATION_INFO_DELETED},
+        {"requestPincode", ReplyType::NOTHING, ZOLT::REASON_PINCODE_READY},
+        {"getPincode", ReplyType::TEXT, std::nullopt},
+        {"requestPincodeVerification", ReplyType::NOTHING, ZOLT::REASON_PINCODE_VERIFIED},
+        {"checkShopRegistration", ReplyType::TRUTH, std::nullopt},
+        {"requestShopInfoList", ReplyType::NOTHING, ZOLT::REASON_SHOP_LIST_READY},
+        {"getShopInfoList", ReplyType::TEXT, std::nullopt},
+        {"requestRegistrationShopInfo", ReplyType::NOTHING, ZOLT::REASON_REGISTRATION_DONE},
+        {"getRegisteredShopInfo", ReplyType::TEXT, std::nullopt},
+        {"checkShopMode", ReplyType::TRUTH, std::nullopt},
+        {"applicationCancelled", ReplyType::NOTHING, std::nullopt},
+        {"unregister", ReplyType::NOTHING, ZOLT::REASON_DEREGISTRATION_DONE},
+        {"deleteRegistrationInfo", ReplyType::NOTHING, ZOLT::REASON_REGISTRATION_INFO_DELETED},
     };
     return all;
 }

@@ -22,7 +22,7 @@ struct TimedEvent {
     Event event;
 };
 
-enum class ReplyType { nothing, text, truth };
+enum class ReplyType { NOTHING, TEXT, TRUTH };
 
 // One method of the daemon and what an ordinary call of it leads to.
 struct Method {

@@ -156,10 +156,10 @@ void setOutcome(const Assignment& at) {
 }
 
 void setReply(const Assignment& at, const std::string& reply) {
-    if (at.method->reply == ReplyType::nothing) {
+    if (at.method->reply == ReplyType::NOTHING) {
         throw UsageError("this method replies with no value");
     }
-    if (at.method->reply == ReplyType::truth) {
+    if (at.method->reply == ReplyType::TRUTH) {
         parseTruth(reply);
     }
     at.script.reply = validText(reply);

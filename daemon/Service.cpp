@@ -127,9 +127,9 @@ void Service::reply(const Call& call) {
     const std::string name = call.method.name;
     if (call.script.wrongType) {
         replyWrongType(call);
-    } else if (call.method.reply == ReplyType::text) {
+    } else if (call.method.reply == ReplyType::TEXT) {
         replyText(call, call.script.reply.value_or(textFor(name)));
-    } else if (call.method.reply == ReplyType::truth) {
+    } else if (call.method.reply == ReplyType::TRUTH) {
         replyTruth(call, call.script.reply ? *call.script.reply == "true" : truthFor(name));
     } else {
         m_journal.write("reply", name);

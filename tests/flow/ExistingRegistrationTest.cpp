@@ -29,10 +29,10 @@ class ExistingRegistrationTest : public FlowFixture {
     void SetUp() override {
         FlowFixture::SetUp();
         m_daemon.reset();  // its name is wanted by the process
-        Host::MainLoopBridge::install();
+        host::MainLoopBridge::install();
     }
     void TearDown() override {
-        Host::MainLoopBridge::remove();
+        host::MainLoopBridge::remove();
         FlowFixture::TearDown();
     }
 

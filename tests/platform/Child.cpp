@@ -12,7 +12,7 @@
 
 #include "PrivateSet.h"
 
-namespace PlatformTest {
+namespace platform_test {
 
 namespace {
 
@@ -82,4 +82,4 @@ Outcome runToEnd(const std::string& program, const std::vector<std::string>& arg
     return {status, contentsOf(output)};
 }
 
-}  // namespace PlatformTest
+}  // namespace platform_test

@@ -8,7 +8,7 @@
 
 #include <sys/types.h>
 
-namespace PlatformTest {
+namespace platform_test {
 
 using Environment = std::vector<std::pair<std::string, std::string>>;
 
@@ -47,4 +47,4 @@ struct Outcome {
 Outcome runToEnd(const std::string& program, const std::vector<std::string>& arguments,
                  const Environment& environment, const std::string& output);
 
-}  // namespace PlatformTest
+}  // namespace platform_test

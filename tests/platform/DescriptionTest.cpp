@@ -22,9 +22,9 @@
 #include "ui_orientation.h"
 #include "usb.h"
 
-namespace PlatformTest {
+namespace platform_test {
 
-using Host::Field;
+using host::Field;
 
 class Description : public PrivateSet {
   protected:
@@ -42,7 +42,7 @@ class Description : public PrivateSet {
     // Why VALUE is not written; empty when it is.
     static std::string refusal(Field field, const std::string& value) {
         try {
-            Host::Description::write(field, value);
+            host::Description::write(field, value);
         } catch (const std::runtime_error& failure) {
             return failure.what();
         }
@@ -127,8 +127,8 @@ TEST_F(Description, ABrokenFileLeavesTheValuesAsTheyWere) {
 
 TEST_F(Description, WritingAValueKeepsTheRestOfTheFile) {
     describe("# mine\n[Screen]\nWidth=1280\n");
-    Host::Description::write(Field::Country, "EG");
-    EXPECT_EQ(Host::Description::text(Field::Country), "EG");
+    host::Description::write(Field::COUNTRY, "EG");
+    EXPECT_EQ(host::Description::text(Field::COUNTRY), "EG");
     EXPECT_EQ(screen(SYSTEM_INFO_KEY_PANEL_WIDTH), 1280);
     EXPECT_NE(contentsOf(file("set.ini")).find("# mine"), std::string::npos);
 }
@@ -136,7 +136,7 @@ TEST_F(Description, WritingAValueKeepsTheRestOfTheFile) {
 TEST_F(Description, WritingAValueLeavesABrokenFileAsItIs) {
     const std::string mine = "[Screen]\nWidth=1280\na line that is no key\n";
     describe(mine);
-    const std::string failure = refusal(Field::Country, "EG");
+    const std::string failure = refusal(Field::COUNTRY, "EG");
     EXPECT_NE(failure.find(file("set.ini") + ": "), std::string::npos) << failure;
     EXPECT_EQ(contentsOf(file("set.ini")), mine);
 }
@@ -144,12 +144,12 @@ TEST_F(Description, WritingAValueLeavesABrokenFileAsItIs) {
 TEST_F(Description, WritingAValueLeavesWhatCannotBeReadAsItIs) {
     // A loop of links cannot be read by anybody, the administrator included.
     std::filesystem::create_symlink("set.ini", file("set.ini"));
-    EXPECT_NE(refusal(Field::Country, "EG"), "");
+    EXPECT_NE(refusal(Field::COUNTRY, "EG"), "");
     EXPECT_TRUE(std::filesystem::is_symlink(file("set.ini")));
 }
 
 TEST_F(Description, AValueThatCannotStandIsNotWritten) {
-    EXPECT_EQ(refusal(Field::ScreenWidth, "0"), "Screen Width has to be a number from 1 to 16384");
+    EXPECT_EQ(refusal(Field::SCREEN_WIDTH, "0"), "Screen Width has to be a number from 1 to 16384");
     EXPECT_EQ(contentsOf(file("set.ini")), "");
 }
 
@@ -281,4 +281,4 @@ TEST_F(Clock, TurnsLocalTimeIntoUtcAcrossADay) {
     EXPECT_EQ(parts.tm_yday, day - 1);
 }
 
-}  // namespace PlatformTest
+}  // namespace platform_test

@@ -10,7 +10,7 @@
 #include "PrivateSet.h"
 #include "host/control/ControlUsage.h"
 
-namespace PlatformTest {
+namespace platform_test {
 
 class DescriptionTool : public PrivateSet {
   protected:
@@ -92,7 +92,7 @@ TEST_F(DescriptionTool, RefusesAValueThatASetCannotHave) {
 }
 
 TEST_F(DescriptionTool, RefusesWhatNeedsARunningSet) {
-    for (const std::string& verb : Host::controlVerbs()) {
+    for (const std::string& verb : host::controlVerbs()) {
         if (verb == "get" || verb == "set" || verb == "describe") {
             continue;
         }
@@ -110,4 +110,4 @@ TEST_F(DescriptionTool, LeavesNoLogWhereItIsCalled) {
     EXPECT_EQ(log(), "");
 }
 
-}  // namespace PlatformTest
+}  // namespace platform_test

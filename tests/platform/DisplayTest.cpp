@@ -14,7 +14,7 @@
 
 #include "ProbeSet.h"
 
-namespace PlatformTest {
+namespace platform_test {
 
 class Display : public ProbeSet {
   protected:
@@ -244,4 +244,4 @@ TEST_F(Display, AServerThatDiesDuringARequestEndsTheProcessOnTheSpot) {
     EXPECT_EQ(said().back(), "waiting for the server's end");
 }
 
-}  // namespace PlatformTest
+}  // namespace platform_test

@@ -19,7 +19,7 @@
 #include "ProbeSet.h"
 #include "dlog.h"
 
-namespace PlatformTest {
+namespace platform_test {
 
 class Dlog : public PrivateSet {};
 
@@ -194,4 +194,4 @@ TEST_F(DlogProcess, AStaticDestructorThatRunsLastMayStillLog) {
     EXPECT_EQ(said().back(), "farewell");
 }
 
-}  // namespace PlatformTest
+}  // namespace platform_test

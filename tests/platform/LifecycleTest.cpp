@@ -16,7 +16,7 @@
 #include "ProbeSet.h"
 #include "host/control/ControlUsage.h"
 
-namespace PlatformTest {
+namespace platform_test {
 
 namespace {
 
@@ -36,7 +36,7 @@ Lines afterStart(const Lines& lines) {
 }
 
 // Seconds. One turn of the probe takes milliseconds, so that even a very slow machine stays below.
-constexpr const char* kLimit = "10";
+constexpr const char* LIMIT = "10";
 
 void letPass(int seconds) {
     const gint64 end = g_get_monotonic_time() + seconds * G_TIME_SPAN_SECOND;
@@ -168,7 +168,7 @@ using Watchdog = ProbeSet;
 // The loop turns as it should until the control program asks for the stall, so that whatever a slow
 // machine does before it is within the limit.
 TEST_F(Watchdog, AbortsAProcessWhoseMainLoopDoesNotTurn) {
-    start({"stall"}, {{"VIRTUAL_SET_STALL_SECONDS", kLimit}});
+    start({"stall"}, {{"VIRTUAL_SET_STALL_SECONDS", LIMIT}});
     ASSERT_TRUE(logHas("PROBE: resume"));
     control({"app-control"});
     EXPECT_EQ(probe().wait(), 128 + SIGABRT);
@@ -186,13 +186,13 @@ TEST_F(Watchdog, TakesItsTimeFromTheDescription) {
 }
 
 TEST_F(Watchdog, LetsALoopWaitThatHasNothingToDo) {
-    start({"idle"}, {{"VIRTUAL_SET_STALL_SECONDS", kLimit}});
+    start({"idle"}, {{"VIRTUAL_SET_STALL_SECONDS", LIMIT}});
     EXPECT_EQ(probe().wait(), 0);
     EXPECT_EQ(said().back(), "ui_app_main returned 0");
 }
 
 TEST_F(Watchdog, DoesNotCountTimeInWhichTheProcessWasStopped) {
-    start({"busy-until-told"}, {{"VIRTUAL_SET_STALL_SECONDS", kLimit}});
+    start({"busy-until-told"}, {{"VIRTUAL_SET_STALL_SECONDS", LIMIT}});
     ASSERT_TRUE(logHas("busy"));
     // The watchdog looks once a second: one look that finds the loop in this turn, the stop, and
     // the look after it, which must not count in full.
@@ -206,7 +206,7 @@ TEST_F(Watchdog, DoesNotCountTimeInWhichTheProcessWasStopped) {
 }
 
 TEST_F(Watchdog, LeavesTerminateItsTime) {
-    start({"leave", "slow-end"}, {{"VIRTUAL_SET_STALL_SECONDS", kLimit}});
+    start({"leave", "slow-end"}, {{"VIRTUAL_SET_STALL_SECONDS", LIMIT}});
     EXPECT_EQ(probe().wait(), 0);
     EXPECT_EQ(said().back(), "ui_app_main returned 0");
 }
@@ -316,7 +316,7 @@ TEST_F(Control, EveryVerbOfTheHelpHasAnAction) {
         {"set", {"Set", "Model", "M"}},
         {"get", {"Set", "Model"}},
     };
-    for (const std::string& verb : Host::controlVerbs()) {
+    for (const std::string& verb : host::controlVerbs()) {
         std::vector<std::string> words = {verb};
         const auto more = arguments.find(verb);
         if (more != arguments.end()) {
@@ -389,4 +389,4 @@ TEST_F(Control, TheNameOfTheFolderMayBeLong) {
     EXPECT_EQ(probe().wait(), 0);
 }
 
-}  // namespace PlatformTest
+}  // namespace platform_test

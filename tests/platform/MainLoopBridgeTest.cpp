@@ -13,7 +13,7 @@
 
 #include "host/toolkit/MainLoopBridge.h"
 
-namespace PlatformTest {
+namespace platform_test {
 
 namespace {
 
@@ -79,10 +79,10 @@ class MainLoopBridge : public ::testing::Test {
         // No system bus is needed here, and the toolkit fills pages when there is none.
         setenv("EINA_LOG_LEVEL", "0", 1);
         ecore_init();
-        Host::MainLoopBridge::install();
+        host::MainLoopBridge::install();
     }
     ~MainLoopBridge() override {
-        Host::MainLoopBridge::remove();
+        host::MainLoopBridge::remove();
         ecore_shutdown();
     }
 };
@@ -126,12 +126,12 @@ TEST_F(MainLoopBridge, ATimerThatAGlibSourceAddsFires) {
 TEST_F(MainLoopBridge, TellsOfEachWait) {
     s_before = 0;
     s_after = 0;
-    Host::MainLoopBridge::setNotices([] { ++s_before; }, [] { ++s_after; });
+    host::MainLoopBridge::setNotices([] { ++s_before; }, [] { ++s_after; });
     g_timeout_add(20, quitFromGlib, nullptr);
     ecore_main_loop_begin();
-    Host::MainLoopBridge::setNotices(nullptr, nullptr);
+    host::MainLoopBridge::setNotices(nullptr, nullptr);
     EXPECT_GT(s_before, 0);
     EXPECT_EQ(s_before, s_after);
 }
 
-}  // namespace PlatformTest
+}  // namespace platform_test

@@ -17,7 +17,7 @@
 #include "net_connection.h"
 #include "runtime_info.h"
 
-namespace PlatformTest {
+namespace platform_test {
 
 namespace fs = std::filesystem;
 
@@ -29,7 +29,7 @@ class Network : public PrivateSet {
         writeTo(file("net/" + name + "/address"), "02:00:00:00:00:0" + name.substr(4) + "\n");
     }
 
-    Host::NetworkSources sources() const {
+    host::NetworkSources sources() const {
         return {file("net"), file("route"), file("resolv.conf")};
     }
 };
@@ -43,7 +43,7 @@ TEST_F(Network, OnlyEthernetAndWirelessDevicesAreConnections) {
     device("loo-3", "772");
     device("bri-4", "1");
     fs::create_directory(file("net/bri-4/bridge"));
-    const Host::Network network = Host::Network::machine(sources());
+    const host::Network network = host::Network::machine(sources());
     ASSERT_EQ(network.interfaces.size(), 2U);
     EXPECT_EQ(network.interfaces[0].name, "eth-1");
     EXPECT_FALSE(network.interfaces[0].wireless);
@@ -60,7 +60,7 @@ TEST_F(Network, TheDefaultRouteWithTheLowestMetricLeadsTheList) {
             "eth-1 00000000 010200C0 0003 0 0 600 00000000 0 0 0\n"
             "eth-2 00000000 020200C0 0003 0 0 100 00000000 0 0 0\n"
             "eth-1 000200C0 00000000 0001 0 0 100 00FFFFFF 0 0 0\n");
-    const Host::Network network = Host::Network::machine(sources());
+    const host::Network network = host::Network::machine(sources());
     ASSERT_EQ(network.interfaces.size(), 2U);
     EXPECT_EQ(network.interfaces[0].name, "eth-2");
     EXPECT_TRUE(network.interfaces[0].isDefault);
@@ -72,12 +72,12 @@ TEST_F(Network, TheDefaultRouteWithTheLowestMetricLeadsTheList) {
 TEST_F(Network, NameServersStandInTheOrderOfTheResolver) {
     writeTo(file("resolv.conf"),
             "# nameserver 203.0.113.1\nsearch x\nnameserver 192.0.2.7\nnameserver 2001:db8::1\n");
-    EXPECT_EQ(Host::Network::machine(sources()).nameServers,
+    EXPECT_EQ(host::Network::machine(sources()).nameServers,
               (std::vector<std::string>{"192.0.2.7", "2001:db8::1"}));
 }
 
 TEST_F(Network, AMachineThatTellsNothingIsDisconnected) {
-    const Host::Network network = Host::Network::machine(sources());
+    const host::Network network = host::Network::machine(sources());
     EXPECT_TRUE(network.interfaces.empty());
     EXPECT_EQ(network.used(), nullptr);
     EXPECT_EQ(network.typeName(), "disconnected");
@@ -99,7 +99,7 @@ std::string firstAddressOf(const std::string& name) {
 }
 
 TEST_F(Network, TheMachinesOwnAddressesAreFound) {
-    const Host::Network network = Host::Network::current();
+    const host::Network network = host::Network::current();
     for (const auto& device : network.interfaces) {
         EXPECT_NE(device.name, "lo");
         EXPECT_EQ(device.address, firstAddressOf(device.name));
@@ -233,4 +233,4 @@ TEST_F(Connection, RuntimeInformationTellsTheSameNetwork) {
     EXPECT_EQ(released(text), "");
 }
 
-}  // namespace PlatformTest
+}  // namespace platform_test

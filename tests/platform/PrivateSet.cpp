@@ -10,7 +10,7 @@
 
 #include <glib.h>
 
-namespace PlatformTest {
+namespace platform_test {
 
 namespace {
 
@@ -62,4 +62,4 @@ PrivateSet::~PrivateSet() {
     std::filesystem::remove_all(m_folder, ignored);
 }
 
-}  // namespace PlatformTest
+}  // namespace platform_test

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace PlatformTest {
+namespace platform_test {
 
 // Iterates GLib's default main context until CONDITION holds. False when it does not within a
 // minute.
@@ -31,4 +31,4 @@ class PrivateSet : public ::testing::Test {
     std::string m_folder;
 };
 
-}  // namespace PlatformTest
+}  // namespace platform_test

@@ -5,7 +5,7 @@
 #include <iostream>
 #include <sstream>
 
-namespace PlatformTest {
+namespace platform_test {
 
 namespace {
 
@@ -39,14 +39,14 @@ bool ProbeSet::logHas(const std::string& text, int count) const {
 }
 
 std::vector<std::string> ProbeSet::said() const {
-    static const std::string tag = " PROBE: ";
+    static const std::string TAG = " PROBE: ";
     std::vector<std::string> lines;
     std::istringstream stream(log());
     std::string line;
     while (std::getline(stream, line)) {
-        const auto at = line.find(tag);
+        const auto at = line.find(TAG);
         if (at != std::string::npos) {
-            lines.push_back(line.substr(at + tag.size()));
+            lines.push_back(line.substr(at + TAG.size()));
         }
     }
     return lines;
@@ -63,4 +63,4 @@ int ProbeSet::quit() {
     return m_probe->wait();
 }
 
-}  // namespace PlatformTest
+}  // namespace platform_test

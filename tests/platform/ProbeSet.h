@@ -9,7 +9,7 @@
 #include "Child.h"
 #include "PrivateSet.h"
 
-namespace PlatformTest {
+namespace platform_test {
 
 class ProbeSet : public PrivateSet {
   protected:
@@ -37,4 +37,4 @@ class ProbeSet : public PrivateSet {
     std::unique_ptr<Child> m_probe;
 };
 
-}  // namespace PlatformTest
+}  // namespace platform_test

@@ -10,7 +10,7 @@
 #include "host/notices/PowerNotices.h"
 #include "utilx.h"
 
-namespace PlatformTest {
+namespace platform_test {
 
 namespace {
 
@@ -36,13 +36,13 @@ TEST(DevicePower, SubscribersHearOfPowerOffAndWakeUp) {
     char name[] = "a";
     ASSERT_EQ(device_power_subscribe_poweroff(onPoweroff, name), 0);
     ASSERT_EQ(device_power_subscribe_wakeup(onWakeup, name), 0);
-    Host::poweroffSubscribers().notify(3);
-    Host::wakeupSubscribers().notify(4);
+    host::poweroffSubscribers().notify(3);
+    host::wakeupSubscribers().notify(4);
     EXPECT_EQ(s_notices, (std::vector<std::string>{"off 3 a", "on 4 a"}));
     EXPECT_EQ(device_power_unsubscribe_poweroff(onPoweroff), 0);
     EXPECT_EQ(device_power_unsubscribe_wakeup(onWakeup), 0);
-    Host::poweroffSubscribers().notify(5);
-    Host::wakeupSubscribers().notify(5);
+    host::poweroffSubscribers().notify(5);
+    host::wakeupSubscribers().notify(5);
     EXPECT_EQ(s_notices.size(), 2U);
 }
 
@@ -55,7 +55,7 @@ TEST(DevicePower, WhatIsNotSubscribedCannotBeUnsubscribed) {
 
 TEST(DevicePower, ASubscriberMayUnsubscribeDuringTheNotice) {
     ASSERT_EQ(device_power_subscribe_poweroff(unsubscribeItself, nullptr), 0);
-    Host::poweroffSubscribers().notify(1);
+    host::poweroffSubscribers().notify(1);
     EXPECT_LT(device_power_unsubscribe_poweroff(unsubscribeItself), 0);
 }
 
@@ -76,4 +76,4 @@ TEST(EventHandlers, ANullCallbackMayBeRegistered) {
         ui_app_add_event_handler(&handler, static_cast<app_event_type_e>(9), nullptr, nullptr), 0);
 }
 
-}  // namespace PlatformTest
+}  // namespace platform_test

@@ -14,7 +14,7 @@
 #include "ProbeSet.h"
 #include "feedback.h"
 
-namespace PlatformTest {
+namespace platform_test {
 
 namespace {
 
@@ -156,4 +156,4 @@ TEST_F(Feedback, SoundsThatAreSwitchedOffStillSucceed) {
     EXPECT_TRUE(waitFor([&] { return log().find("Sound 40 move: off") != std::string::npos; }));
 }
 
-}  // namespace PlatformTest
+}  // namespace platform_test

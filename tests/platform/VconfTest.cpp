@@ -15,13 +15,13 @@
 #include "runtime_info.h"
 #include "vconf.h"
 
-namespace PlatformTest {
+namespace platform_test {
 
 namespace {
 
-constexpr const char* kCounter = "memory/zolt/zolt_screensaver_blocking";
-constexpr const char* kZoom = "db/menu/system/accessibility/focuszoom";
-constexpr const char* kContrast = "db/menu/system/accessibility/highcontrast";
+constexpr const char* COUNTER = "memory/zolt/zolt_screensaver_blocking";
+constexpr const char* ZOOM = "db/menu/system/accessibility/focuszoom";
+constexpr const char* CONTRAST = "db/menu/system/accessibility/highcontrast";
 
 int s_notices = 0;
 void* s_data = nullptr;
@@ -45,7 +45,7 @@ class Vconf : public PrivateSet {
         s_data = nullptr;
     }
     ~Vconf() override {
-        for (const char* key : {kCounter, kZoom, kContrast, "db/x", "db/comss/duid"}) {
+        for (const char* key : {COUNTER, ZOOM, CONTRAST, "db/x", "db/comss/duid"}) {
             vconf_ignore_key_changed(key, count);
         }
     }
@@ -60,12 +60,12 @@ class Vconf : public PrivateSet {
 
 TEST_F(Vconf, AccessibilityComesFromTheDescription) {
     int value = -1;
-    EXPECT_EQ(vconf_get_int(kZoom, &value), 0);
+    EXPECT_EQ(vconf_get_int(ZOOM, &value), 0);
     EXPECT_EQ(value, 0);
     describe("[Accessibility]\nFocusZoom=1\nHighContrast=2\n");
-    EXPECT_EQ(vconf_get_int(kZoom, &value), 0);
+    EXPECT_EQ(vconf_get_int(ZOOM, &value), 0);
     EXPECT_EQ(value, 1);
-    EXPECT_EQ(vconf_get_int(kContrast, &value), 0);
+    EXPECT_EQ(vconf_get_int(CONTRAST, &value), 0);
     EXPECT_EQ(value, 2);
 }
 
@@ -78,7 +78,7 @@ TEST_F(Vconf, TheDeviceIdComesFromTheDescription) {
 
 TEST_F(Vconf, TheScreensaverCounterStartsAtZero) {
     int value = -1;
-    EXPECT_EQ(vconf_get_int(kCounter, &value), 0);
+    EXPECT_EQ(vconf_get_int(COUNTER, &value), 0);
     EXPECT_EQ(value, 0);
 }
 
@@ -132,9 +132,9 @@ TEST_F(Vconf, WritersOfDifferentKeysDoNotLoseEachOthersValues) {
 }
 
 TEST_F(Vconf, AWrittenDescribedValueChangesTheDescription) {
-    ASSERT_EQ(vconf_set_int(kZoom, 1), 0);
+    ASSERT_EQ(vconf_set_int(ZOOM, 1), 0);
     EXPECT_NE(contentsOf(file("set.ini")).find("FocusZoom=1"), std::string::npos);
-    EXPECT_NE(vconf_set_int(kZoom, -5), 0);
+    EXPECT_NE(vconf_set_int(ZOOM, -5), 0);
 }
 
 TEST_F(Vconf, ABrokenFileOfKeptValuesIsReplaced) {
@@ -154,7 +154,7 @@ TEST_F(Vconf, AFolderThatCannotBeWrittenIsAnError) {
 
 TEST_F(Vconf, AChangeOfTheDescriptionIsNoticed) {
     int mark = 0;
-    ASSERT_EQ(vconf_notify_key_changed(kZoom, count, &mark), 0);
+    ASSERT_EQ(vconf_notify_key_changed(ZOOM, count, &mark), 0);
     describe("[Accessibility]\nFocusZoom=1\n");
     EXPECT_TRUE(waitFor([] { return s_notices == 1; }));
     EXPECT_EQ(s_data, &mark);
@@ -167,8 +167,8 @@ TEST_F(Vconf, AChangeByAnotherProcessIsNoticed) {
 }
 
 TEST_F(Vconf, AChangeOfAnotherValueIsNotNoticed) {
-    ASSERT_EQ(vconf_notify_key_changed(kZoom, count, nullptr), 0);
-    ASSERT_EQ(vconf_notify_key_changed(kContrast, count, nullptr), 0);
+    ASSERT_EQ(vconf_notify_key_changed(ZOOM, count, nullptr), 0);
+    ASSERT_EQ(vconf_notify_key_changed(CONTRAST, count, nullptr), 0);
     describe("[Accessibility]\nHighContrast=1\n");
     EXPECT_TRUE(waitFor([] { return s_notices > 0; }));
     EXPECT_EQ(s_notices, 1);
@@ -178,15 +178,15 @@ TEST_F(Vconf, AnIgnoredKeyIsNotNoticed) {
     ASSERT_EQ(vconf_notify_key_changed("db/x", count, nullptr), 0);
     EXPECT_EQ(vconf_ignore_key_changed("db/x", count), 0);
     EXPECT_NE(vconf_ignore_key_changed("db/x", count), 0);
-    ASSERT_EQ(vconf_notify_key_changed(kZoom, count, nullptr), 0);
+    ASSERT_EQ(vconf_notify_key_changed(ZOOM, count, nullptr), 0);
     vconf_set_int("db/x", 1);
-    vconf_set_int(kZoom, 1);
+    vconf_set_int(ZOOM, 1);
     EXPECT_TRUE(waitFor([] { return s_notices > 0; }));
     EXPECT_EQ(s_notices, 1);
 }
 
 TEST_F(Vconf, AFileThatIsReplacedInOneStepIsNoticed) {
-    ASSERT_EQ(vconf_notify_key_changed(kZoom, count, nullptr), 0);
+    ASSERT_EQ(vconf_notify_key_changed(ZOOM, count, nullptr), 0);
     writeTo(file("draft"), "[Accessibility]\nFocusZoom=1\n");
     ASSERT_EQ(std::rename(file("draft").c_str(), file("set.ini").c_str()), 0);
     EXPECT_TRUE(waitFor([] { return s_notices == 1; }));
@@ -199,7 +199,7 @@ TEST_F(Vconf, AChangeBehindALinkToALinkIsNoticed) {
     writeTo(file("far/away/own.ini"), "");
     fs::create_symlink(file("middle/next.ini"), file("set.ini"));
     fs::create_symlink("../far/away/own.ini", file("middle/next.ini"));
-    ASSERT_EQ(vconf_notify_key_changed(kZoom, count, nullptr), 0);
+    ASSERT_EQ(vconf_notify_key_changed(ZOOM, count, nullptr), 0);
     writeTo(file("far/away/own.ini"), "[Accessibility]\nFocusZoom=1\n");
     ASSERT_TRUE(waitFor([] { return s_notices == 1; }));
 
@@ -239,4 +239,4 @@ TEST_F(RuntimeInfo, ADescribedNetworkIsNoticed) {
     EXPECT_EQ(runtime_info_unset_changed_cb(RUNTIME_INFO_KEY_WIRELESS_IP), 0);
 }
 
-}  // namespace PlatformTest
+}  // namespace platform_test

@@ -31,7 +31,7 @@
 namespace {
 
 // Seconds; the watchdog's limit of the tests that hold out longer is 10.
-constexpr int kLongerThanTheLimit = 13;
+constexpr int LONGER_THAN_THE_LIMIT = 13;
 
 struct Probe {
     std::vector<std::string> wishes;
@@ -366,7 +366,7 @@ void launch(app_control_h request, void* data) {
         g_idle_add(beBusy, nullptr);
     }
     if (probe->wants("idle")) {
-        g_timeout_add_seconds(kLongerThanTheLimit, leave, nullptr);
+        g_timeout_add_seconds(LONGER_THAN_THE_LIMIT, leave, nullptr);
     }
     if (probe->wants("throw-source")) {
         g_idle_add(throwLater, nullptr);
@@ -394,7 +394,7 @@ void terminateProbe(void* data) {
         evas_object_del(static_cast<Probe*>(data)->windows.back());
     }
     if (static_cast<Probe*>(data)->wants("slow-end")) {
-        const gint64 end = g_get_monotonic_time() + kLongerThanTheLimit * G_TIME_SPAN_SECOND;
+        const gint64 end = g_get_monotonic_time() + LONGER_THAN_THE_LIMIT * G_TIME_SPAN_SECOND;
         while (g_get_monotonic_time() < end) {
             usleep(10000);
         }

@@ -4,7 +4,7 @@
 
 #include "dlog.h"
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -26,4 +26,4 @@ void logError(const std::string& text) {
     write(DLOG_ERROR, text);
 }
 
-}  // namespace Host
+}  // namespace host

@@ -4,11 +4,11 @@
 
 #include <string>
 
-namespace Host {
+namespace host {
 
 // Any thread may call these.
 void logInfo(const std::string& text);
 void logWarning(const std::string& text);
 void logError(const std::string& text);
 
-}  // namespace Host
+}  // namespace host

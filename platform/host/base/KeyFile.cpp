@@ -14,7 +14,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -79,7 +79,7 @@ KeyFilePtr readOrReplace(const std::string& path, BrokenFile broken) {
     try {
         return readKeyFile(path);
     } catch (const std::runtime_error&) {
-        if (broken == BrokenFile::Keep) {
+        if (broken == BrokenFile::KEEP) {
             throw;
         }
     }
@@ -113,4 +113,4 @@ void changeKeyFile(const std::string& path, BrokenFile broken,
     }
 }
 
-}  // namespace Host
+}  // namespace host

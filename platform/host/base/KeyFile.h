@@ -8,7 +8,7 @@
 
 #include <glib.h>
 
-namespace Host {
+namespace host {
 
 struct KeyFileRelease {
     void operator()(GKeyFile* file) const { g_key_file_unref(file); }
@@ -21,7 +21,7 @@ KeyFilePtr readKeyFile(const std::string& path);
 
 // What happens to a file that cannot be read or parsed: a person's own text is never thrown away
 // for a mistake in it, a store that only programs write starts anew.
-enum class BrokenFile { Keep, Replace };
+enum class BrokenFile { KEEP, REPLACE };
 
 // Reads PATH, lets CHANGE alter it and puts the result in its place in one step, so that no reader
 // ever sees half a file. A lock file beside it keeps two writers apart. Throws std::runtime_error
@@ -29,4 +29,4 @@ enum class BrokenFile { Keep, Replace };
 void changeKeyFile(const std::string& path, BrokenFile broken,
                    const std::function<void(GKeyFile*)>& change);
 
-}  // namespace Host
+}  // namespace host

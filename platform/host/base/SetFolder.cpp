@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <system_error>
 
-namespace Host {
+namespace host {
 
 namespace fs = std::filesystem;
 
@@ -19,12 +19,12 @@ std::string SetFolder::path() {
     // Kept from the first call on: a program that changes its directory stays on its set. Never
     // given back: a static destructor may still log when the process ends, and so may a thread of
     // the toolkit's.
-    static const auto* const start = [] {
+    static const auto* const START = [] {
         std::error_code failure;
         const fs::path here = fs::current_path(failure);
         return new std::string(failure ? "/" : here.string());
     }();
-    return (fs::path(*start) / variable("VIRTUAL_SET_DIR", *start)).lexically_normal().string();
+    return (fs::path(*START) / variable("VIRTUAL_SET_DIR", *START)).lexically_normal().string();
 }
 
 std::string SetFolder::file(const std::string& name) {
@@ -39,4 +39,4 @@ std::string SetFolder::keptValues() {
     return file("vconf.ini");
 }
 
-}  // namespace Host
+}  // namespace host

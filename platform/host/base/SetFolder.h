@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace Host {
+namespace host {
 
 // Any thread may call it.
 class SetFolder {
@@ -27,4 +27,4 @@ class SetFolder {
     static std::string variable(const char* name, const std::string& fallback);
 };
 
-}  // namespace Host
+}  // namespace host

@@ -14,7 +14,7 @@
 
 #include "host/base/SetFolder.h"
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -23,13 +23,13 @@ std::string datagram(int level, const std::string& text) {
     const std::time_t now = std::time(nullptr);
     tm local{};
     localtime_r(&now, &local);
-    // The names of the months are English whatever the locale is.
-    static constexpr std::array<const char*, 12> months = {
+    // The names of the MONTHS are English whatever the locale is.
+    static constexpr std::array<const char*, 12> MONTHS = {
         "Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
     std::array<char, 32> when{};
     std::strftime(when.data(), when.size(), "%e %H:%M:%S", &local);
     return "<" + std::to_string(LOG_USER | level) + ">" +
-           months[static_cast<std::size_t>(local.tm_mon)] + " " + when.data() + " " +
+           MONTHS[static_cast<std::size_t>(local.tm_mon)] + " " + when.data() + " " +
            program_invocation_short_name + "[" + std::to_string(getpid()) + "]: " + text;
 }
 
@@ -59,4 +59,4 @@ int SystemJournal::write(int level, const std::string& text) {
     return sent < 0 ? -reason : 0;
 }
 
-}  // namespace Host
+}  // namespace host

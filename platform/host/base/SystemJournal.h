@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace Host {
+namespace host {
 
 // Speaks to the service itself, since the C library's way to it does not tell whether a line has
 // arrived. Any thread may call it.
@@ -16,4 +16,4 @@ class SystemJournal {
     static int write(int level, const std::string& text);
 };
 
-}  // namespace Host
+}  // namespace host

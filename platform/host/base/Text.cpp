@@ -4,10 +4,10 @@
 
 #include <cstring>
 
-namespace Host {
+namespace host {
 
 char* copyForCaller(const std::string& text) {
     return strdup(text.c_str());
 }
 
-}  // namespace Host
+}  // namespace host

@@ -4,9 +4,9 @@
 
 #include <string>
 
-namespace Host {
+namespace host {
 
 // A copy that the caller releases with free, as the television's interfaces promise.
 char* copyForCaller(const std::string& text);
 
-}  // namespace Host
+}  // namespace host

@@ -10,12 +10,12 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-namespace Host {
+namespace host {
 
 namespace {
 
-constexpr const char* kName = "control.sock";
-constexpr int kBacklog = 8;
+constexpr const char* NAME = "control.sock";
+constexpr int BACKLOG = 8;
 
 using Operation = int (*)(int, const sockaddr*, socklen_t);
 
@@ -27,7 +27,7 @@ int socketWith(Operation operation, const std::string& folder) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     std::snprintf(address.sun_path, sizeof address.sun_path, "/proc/self/fd/%d/%s", directory,
-                  kName);
+                  NAME);
     const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     const bool done =
         descriptor >= 0 &&
@@ -56,7 +56,7 @@ int listenAtControlSocket(const std::string& folder) {
     }
     removeControlSocket(folder);  // left behind by a set that has crashed
     const int descriptor = socketWith(&bind, folder);
-    if (descriptor >= 0 && listen(descriptor, kBacklog) < 0) {
+    if (descriptor >= 0 && listen(descriptor, BACKLOG) < 0) {
         close(descriptor);
         return -1;
     }
@@ -64,7 +64,7 @@ int listenAtControlSocket(const std::string& folder) {
 }
 
 void removeControlSocket(const std::string& folder) {
-    unlink((folder + "/" + kName).c_str());
+    unlink((folder + "/" + NAME).c_str());
 }
 
-}  // namespace Host
+}  // namespace host

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace Host {
+namespace host {
 
 // Both give a descriptor that the caller closes, or -1 with errno set. They go through the folder's
 // descriptor, because a socket's address has room for 107 characters only.
@@ -13,4 +13,4 @@ int connectToControlSocket(const std::string& folder);
 
 void removeControlSocket(const std::string& folder);
 
-}  // namespace Host
+}  // namespace host

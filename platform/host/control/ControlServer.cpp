@@ -18,12 +18,12 @@
 #include "host/control/ControlAddress.h"
 #include "host/control/ControlWords.h"
 
-namespace Host {
+namespace host {
 
 namespace {
 
 // More than any request; whoever sends more is no control program.
-constexpr std::size_t kMostBytes = 65536;
+constexpr std::size_t MOST_BYTES = 65536;
 
 }  // namespace
 
@@ -85,7 +85,7 @@ bool ControlServer::receive(Client* client) {
     client->received.append(room.data(), static_cast<std::size_t>(count));
     const std::size_t end = client->received.find('\n');
     if (end == std::string::npos) {
-        return count > 0 && client->received.size() < kMostBytes;
+        return count > 0 && client->received.size() < MOST_BYTES;
     }
     answer(client->descriptor, client->received.substr(0, end));
     return false;
@@ -105,4 +105,4 @@ void ControlServer::drop(int descriptor) {
     close(descriptor);
 }
 
-}  // namespace Host
+}  // namespace host

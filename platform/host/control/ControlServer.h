@@ -11,7 +11,7 @@
 
 #include "host/control/ControlUsage.h"
 
-namespace Host {
+namespace host {
 
 // Serves the socket in the set's folder from GLib's default main context. A request is one line of
 // words, each escaped as a C string and separated by tabs; the reply is the status, a blank and the
@@ -47,4 +47,4 @@ class ControlServer {
     std::map<int, Client> m_clients;  // by descriptor
 };
 
-}  // namespace Host
+}  // namespace host

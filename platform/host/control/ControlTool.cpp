@@ -19,8 +19,8 @@
 
 namespace {
 
-using Host::CONTROL_FAILED;
-using Host::CONTROL_USAGE_ERROR;
+using host::CONTROL_FAILED;
+using host::CONTROL_USAGE_ERROR;
 
 int complain(int status, const std::string& text) {
     std::fprintf(stderr, "virtual-set-control: %s\n", text.c_str());
@@ -36,7 +36,7 @@ void printUsage() {
         "and changes the description FILE without a running set.\n"
         "Verbs:\n%s"
         "Exit status: 0 done, 1 failed or no set runs there, 2 usage error.\n",
-        Host::controlHelp().c_str());
+        host::controlHelp().c_str());
 }
 
 bool sendAll(int descriptor, const std::string& text) {
@@ -68,26 +68,26 @@ std::string receiveLine(int descriptor) {
     return line.substr(0, line.find('\n'));
 }
 
-int report(const Host::ControlReply& reply) {
-    if (reply.status != Host::CONTROL_DONE) {
+int report(const host::ControlReply& reply) {
+    if (reply.status != host::CONTROL_DONE) {
         return complain(reply.status, reply.text);
     }
     if (!reply.text.empty()) {
         std::printf("%s%s", reply.text.c_str(), reply.text.back() == '\n' ? "" : "\n");
     }
-    return Host::CONTROL_DONE;
+    return host::CONTROL_DONE;
 }
 
 int reportLine(const std::string& line) {
     if (line.size() < 2) {
         return complain(CONTROL_FAILED, "the set ended before it answered");
     }
-    return report({line.front() - '0', Host::unescapeWord(line.substr(2))});
+    return report({line.front() - '0', host::unescapeWord(line.substr(2))});
 }
 
 int askFile(const std::string& path, const std::vector<std::string>& words) {
     std::vector<std::string> remarks;
-    const Host::ControlReply reply = Host::obeyForFile(path, words, &remarks);
+    const host::ControlReply reply = host::obeyForFile(path, words, &remarks);
     for (const std::string& remark : remarks) {
         complain(reply.status, remark);
     }
@@ -95,18 +95,18 @@ int askFile(const std::string& path, const std::vector<std::string>& words) {
 }
 
 int askSet(const std::string& folder, const std::vector<std::string>& words) {
-    const int descriptor = Host::connectToControlSocket(folder);
+    const int descriptor = host::connectToControlSocket(folder);
     if (descriptor < 0) {
         return complain(CONTROL_FAILED, "no set runs in " + folder + ": " + std::strerror(errno));
     }
-    const bool sent = sendAll(descriptor, Host::joinWords(words) + "\n");
+    const bool sent = sendAll(descriptor, host::joinWords(words) + "\n");
     const std::string answer = sent ? receiveLine(descriptor) : "";
     close(descriptor);
     return reportLine(answer);
 }
 
 struct Choice {
-    std::string folder = Host::SetFolder::path();
+    std::string folder = host::SetFolder::path();
     std::string description;  // empty: ask the running set
 };
 
@@ -132,7 +132,7 @@ int main(int argc, char** argv) {
     std::vector<std::string> words(argv + 1, argv + argc);
     if (!words.empty() && (words.front() == "--help" || words.front() == "-h")) {
         printUsage();
-        return Host::CONTROL_DONE;
+        return host::CONTROL_DONE;
     }
     Choice choice;
     std::string error = takeOptions(&words, &choice);
@@ -140,7 +140,7 @@ int main(int argc, char** argv) {
         error = "a verb is missing; --help prints the verbs";
     }
     if (error.empty()) {
-        error = Host::usageError(words);
+        error = host::usageError(words);
     }
     if (!error.empty()) {
         return complain(CONTROL_USAGE_ERROR, error);

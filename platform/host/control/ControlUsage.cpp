@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -74,4 +74,4 @@ std::string usageError(const std::vector<std::string>& words) {
     return "";
 }
 
-}  // namespace Host
+}  // namespace host

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace Host {
+namespace host {
 
 // The exit statuses of the control program.
 constexpr int CONTROL_DONE = 0;
@@ -26,4 +26,4 @@ std::string controlHelp();
 // Empty when WORDS are a verb and as many arguments as it takes; otherwise what is wrong.
 std::string usageError(const std::vector<std::string>& words);
 
-}  // namespace Host
+}  // namespace host

@@ -18,7 +18,7 @@
 #include "host/notices/ChangeWatch.h"
 #include "host/notices/PowerNotices.h"
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -58,10 +58,10 @@ ControlReply language(ControlledApplication*, const Words& words) {
     try {
         // The person at the set changes one thing: a menu language that was described apart
         // follows.
-        if (Description::isGiven(Field::MenuLanguage)) {
-            Description::write(Field::MenuLanguage, words[1]);
+        if (Description::isGiven(Field::MENU_LANGUAGE)) {
+            Description::write(Field::MENU_LANGUAGE, words[1]);
         }
-        Description::write(Field::Language, words[1]);
+        Description::write(Field::LANGUAGE, words[1]);
     } catch (const std::runtime_error& failure) {
         return {CONTROL_FAILED, failure.what()};
     }
@@ -168,4 +168,4 @@ ControlReply obey(ControlledApplication* application, const std::vector<std::str
     return {CONTROL_FAILED, words.front() + " is not implemented"};
 }
 
-}  // namespace Host
+}  // namespace host

@@ -8,10 +8,10 @@
 #include "host/control/ControlUsage.h"
 #include "host/control/ControlledApplication.h"
 
-namespace Host {
+namespace host {
 
 // Does what WORDS, a verb and its arguments, ask. What the program's callbacks throw passes
 // through.
 ControlReply obey(ControlledApplication* application, const std::vector<std::string>& words);
 
-}  // namespace Host
+}  // namespace host

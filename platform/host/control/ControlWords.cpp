@@ -8,7 +8,7 @@
 
 #include <glib.h>
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -46,4 +46,4 @@ std::vector<std::string> splitWords(const std::string& line) {
     return words;
 }
 
-}  // namespace Host
+}  // namespace host

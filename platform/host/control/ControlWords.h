@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace Host {
+namespace host {
 
 std::string escapeWord(const std::string& word);
 std::string unescapeWord(const std::string& word);
@@ -14,4 +14,4 @@ std::string unescapeWord(const std::string& word);
 std::string joinWords(const std::vector<std::string>& words);
 std::vector<std::string> splitWords(const std::string& line);
 
-}  // namespace Host
+}  // namespace host

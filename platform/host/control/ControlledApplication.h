@@ -2,7 +2,7 @@
 // What the control program may ask of the application.
 #pragma once
 
-namespace Host {
+namespace host {
 
 // Every operation has been carried out, callbacks included, when it returns.
 class ControlledApplication {
@@ -17,4 +17,4 @@ class ControlledApplication {
     virtual void comeToForeground() = 0;
 };
 
-}  // namespace Host
+}  // namespace host

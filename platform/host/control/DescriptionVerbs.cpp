@@ -6,7 +6,7 @@
 
 #include "host/description/Languages.h"
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -92,4 +92,4 @@ ControlReply obeyForFile(const std::string& path, const std::vector<std::string>
     }
 }
 
-}  // namespace Host
+}  // namespace host

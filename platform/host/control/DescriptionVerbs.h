@@ -9,7 +9,7 @@
 #include "host/control/ControlUsage.h"
 #include "host/description/DescriptionFile.h"
 
-namespace Host {
+namespace host {
 
 // "describe": one line for each value, "GROUP KEY=VALUE", in the order of the fields, and at the
 // end "Language Direction=ltr" or "=rtl". In VALUE a backslash, a newline and a carriage return are
@@ -28,4 +28,4 @@ ControlReply setValue(const std::vector<std::string>& words,
 ControlReply obeyForFile(const std::string& path, const std::vector<std::string>& words,
                          std::vector<std::string>* remarks);
 
-}  // namespace Host
+}  // namespace host

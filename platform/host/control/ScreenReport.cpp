@@ -15,11 +15,11 @@
 // says of a button whose icon could take the focus that the button can.
 extern "C" Eina_Bool elm_widget_can_focus_get(const Evas_Object* widget);
 
-namespace Host {
+namespace host {
 
 namespace {
 
-constexpr const char* kWidgetPrefix = "elm_";
+constexpr const char* WIDGET_PREFIX = "elm_";
 
 std::string quoted(const std::string& text) {
     std::string result = "\"";
@@ -93,8 +93,8 @@ class Report {
         // A part may hold a text object that has nothing to say.
         if (const std::string text = drawnText(object); !text.empty()) {
             tell("text", object, "", text);
-        } else if (object != m_window && type.rfind(kWidgetPrefix, 0) == 0) {
-            tell(type.substr(std::strlen(kWidgetPrefix)), object, stateOf(object));
+        } else if (object != m_window && type.rfind(WIDGET_PREFIX, 0) == 0) {
+            tell(type.substr(std::strlen(WIDGET_PREFIX)), object, stateOf(object));
             ++m_depth;
             if (type == "elm_genlist") {
                 tellRows(object);
@@ -155,4 +155,4 @@ std::string screenReport() {
     return text;
 }
 
-}  // namespace Host
+}  // namespace host

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace Host {
+namespace host {
 
 // The program's windows, the one that has the keyboard first, and under each what it shows, in the
 // order in which it is drawn. A line each:
@@ -17,4 +17,4 @@ namespace Host {
 // a backslash before them, and the end of a line is \n.
 std::string screenReport();
 
-}  // namespace Host
+}  // namespace host

@@ -11,7 +11,7 @@
 #include "host/base/HostLog.h"
 #include "host/base/SetFolder.h"
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -130,4 +130,4 @@ void Description::reload() {
     kept.stale = true;
 }
 
-}  // namespace Host
+}  // namespace host

@@ -8,7 +8,7 @@
 #include "host/description/DescriptionFile.h"
 #include "host/description/Fields.h"
 
-namespace Host {
+namespace host {
 
 // Follows the file: a value is never older than the file at the time of the call. Any thread may
 // call it. A broken file leaves the values as they were, a bad value counts as absent; both are
@@ -36,4 +36,4 @@ class Description {
     static void reload();
 };
 
-}  // namespace Host
+}  // namespace host

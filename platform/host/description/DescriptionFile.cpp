@@ -7,7 +7,7 @@
 
 #include "host/base/KeyFile.h"
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -81,9 +81,9 @@ void writeDescription(const std::string& path, Field field, const std::string& v
     if (!rule.empty()) {
         throw std::runtime_error(std::string(name.group) + " " + name.key + " has to be " + rule);
     }
-    changeKeyFile(path, BrokenFile::Keep, [&](GKeyFile* file) {
+    changeKeyFile(path, BrokenFile::KEEP, [&](GKeyFile* file) {
         g_key_file_set_string(file, name.group, name.key, value.c_str());
     });
 }
 
-}  // namespace Host
+}  // namespace host

@@ -8,7 +8,7 @@
 
 #include "host/description/Fields.h"
 
-namespace Host {
+namespace host {
 
 struct DescriptionValues {
     DescriptionValues();  // every value is its default
@@ -28,4 +28,4 @@ DescriptionValues readDescription(const std::string& path);
 // cannot have that value or the file cannot be changed.
 void writeDescription(const std::string& path, Field field, const std::string& value);
 
-}  // namespace Host
+}  // namespace host

@@ -7,11 +7,11 @@
 #include <sstream>
 #include <system_error>
 
-namespace Host {
+namespace host {
 
 namespace {
 
-enum class Kind { Text, Number, Flag, Choice };
+enum class Kind { TEXT, NUMBER, FLAG, CHOICE };
 
 struct FieldRow {
     Field field;
@@ -19,40 +19,41 @@ struct FieldRow {
     const char* key;
     Kind kind;
     const char* fallback;
-    const char* choices;  // of a Choice, separated by "|"
-    int low;              // of a Number
+    const char* choices;  // of a CHOICE, separated by "|"
+    int low;              // of a NUMBER
     int high;
 };
 
 // In the order of the enumeration, which is the index.
 constexpr std::array<FieldRow, FIELD_COUNT> FIELDS = {{
-    {Field::ScreenWidth, "Screen", "Width", Kind::Number, "1920", "", 1, 16384},
-    {Field::ScreenHeight, "Screen", "Height", Kind::Number, "1080", "", 1, 16384},
-    {Field::Language, "Language", "Language", Kind::Text, "en_US.utf8", "", 0, 0},
-    {Field::MenuLanguage, "Language", "MenuLanguage", Kind::Text, "", "", 0, 0},
-    {Field::Orientation, "Language", "Orientation", Kind::Choice, "auto", "auto|ltr|rtl", 0, 0},
-    {Field::Country, "Set", "Country", Kind::Text, "US", "", 0, 0},
-    {Field::Model, "Set", "Model", Kind::Text, "VIRTUAL-SET", "", 0, 0},
-    {Field::UseMode, "Set", "UseMode", Kind::Number, "1", "", 0, 255},
-    {Field::DeviceId, "Set", "DeviceId", Kind::Text, "VIRTUALSET0001", "", 0, 0},
-    {Field::ServerType, "Set", "ServerType", Kind::Choice, "operating", "operating|development", 0,
+    {Field::SCREEN_WIDTH, "Screen", "Width", Kind::NUMBER, "1920", "", 1, 16384},
+    {Field::SCREEN_HEIGHT, "Screen", "Height", Kind::NUMBER, "1080", "", 1, 16384},
+    {Field::LANGUAGE, "Language", "Language", Kind::TEXT, "en_US.utf8", "", 0, 0},
+    {Field::MENU_LANGUAGE, "Language", "MenuLanguage", Kind::TEXT, "", "", 0, 0},
+    {Field::ORIENTATION, "Language", "Orientation", Kind::CHOICE, "auto", "auto|ltr|rtl", 0, 0},
+    {Field::COUNTRY, "Set", "Country", Kind::TEXT, "US", "", 0, 0},
+    {Field::MODEL, "Set", "Model", Kind::TEXT, "VIRTUAL-SET", "", 0, 0},
+    {Field::USE_MODE, "Set", "UseMode", Kind::NUMBER, "1", "", 0, 255},
+    {Field::DEVICE_ID, "Set", "DeviceId", Kind::TEXT, "VIRTUALSET0001", "", 0, 0},
+    {Field::SERVER_TYPE, "Set", "ServerType", Kind::CHOICE, "operating", "operating|development", 0,
      0},
-    {Field::ClockOffset, "Set", "ClockOffset", Kind::Number, "0", "", -2000000000, 2000000000},
-    {Field::NetworkType, "Network", "Type", Kind::Choice, "auto", "auto|wired|wireless|none", 0, 0},
-    {Field::NetworkAddress, "Network", "Address", Kind::Text, "192.0.2.10", "", 0, 0},
-    {Field::NetworkMask, "Network", "Mask", Kind::Text, "255.255.255.0", "", 0, 0},
-    {Field::NetworkGateway, "Network", "Gateway", Kind::Text, "192.0.2.1", "", 0, 0},
-    {Field::NetworkNameServers, "Network", "NameServers", Kind::Text, "192.0.2.1", "", 0, 0},
-    {Field::NetworkMac, "Network", "Mac", Kind::Text, "02:00:00:00:00:01", "", 0, 0},
-    {Field::NetworkConfiguration, "Network", "Configuration", Kind::Choice, "dynamic",
+    {Field::CLOCK_OFFSET, "Set", "ClockOffset", Kind::NUMBER, "0", "", -2000000000, 2000000000},
+    {Field::NETWORK_TYPE, "Network", "Type", Kind::CHOICE, "auto", "auto|wired|wireless|none", 0,
+     0},
+    {Field::NETWORK_ADDRESS, "Network", "Address", Kind::TEXT, "192.0.2.10", "", 0, 0},
+    {Field::NETWORK_MASK, "Network", "Mask", Kind::TEXT, "255.255.255.0", "", 0, 0},
+    {Field::NETWORK_GATEWAY, "Network", "Gateway", Kind::TEXT, "192.0.2.1", "", 0, 0},
+    {Field::NETWORK_NAME_SERVERS, "Network", "NameServers", Kind::TEXT, "192.0.2.1", "", 0, 0},
+    {Field::NETWORK_MAC, "Network", "Mac", Kind::TEXT, "02:00:00:00:00:01", "", 0, 0},
+    {Field::NETWORK_CONFIGURATION, "Network", "Configuration", Kind::CHOICE, "dynamic",
      "dynamic|static", 0, 0},
-    {Field::FocusZoom, "Accessibility", "FocusZoom", Kind::Number, "0", "", 0, 255},
-    {Field::HighContrast, "Accessibility", "HighContrast", Kind::Number, "0", "", 0, 255},
-    {Field::ScreenReader, "Accessibility", "ScreenReader", Kind::Flag, "false", "", 0, 0},
-    {Field::SoundEnabled, "Sound", "Enabled", Kind::Flag, "true", "", 0, 0},
-    {Field::SoundVolume, "Sound", "Volume", Kind::Number, "100", "", 0, 100},
-    {Field::UsbStorage, "Usb", "Storage", Kind::Text, "", "", 0, 0},
-    {Field::StallSeconds, "Framework", "StallSeconds", Kind::Number, "150", "", 0, 86400},
+    {Field::FOCUS_ZOOM, "Accessibility", "FocusZoom", Kind::NUMBER, "0", "", 0, 255},
+    {Field::HIGH_CONTRAST, "Accessibility", "HighContrast", Kind::NUMBER, "0", "", 0, 255},
+    {Field::SCREEN_READER, "Accessibility", "ScreenReader", Kind::FLAG, "false", "", 0, 0},
+    {Field::SOUND_ENABLED, "Sound", "Enabled", Kind::FLAG, "true", "", 0, 0},
+    {Field::SOUND_VOLUME, "Sound", "Volume", Kind::NUMBER, "100", "", 0, 100},
+    {Field::USB_STORAGE, "Usb", "Storage", Kind::TEXT, "", "", 0, 0},
+    {Field::STALL_SECONDS, "Framework", "StallSeconds", Kind::NUMBER, "150", "", 0, 86400},
 }};
 
 const FieldRow& rowOf(Field field) {
@@ -100,22 +101,22 @@ std::optional<int> parseNumber(const std::string& text) {
 std::string unmetRule(Field field, const std::string& value) {
     const FieldRow& row = rowOf(field);
     switch (row.kind) {
-        case Kind::Number: {
+        case Kind::NUMBER: {
             const auto number = parseNumber(value);
             return number && *number >= row.low && *number <= row.high
                        ? ""
                        : "a number from " + std::to_string(row.low) + " to " +
                              std::to_string(row.high);
         }
-        case Kind::Flag:
+        case Kind::FLAG:
             return value == "true" || value == "false" ? "" : "true or false";
-        case Kind::Choice:
+        case Kind::CHOICE:
             return isOneOf(value, row.choices) ? "" : std::string("one of ") + row.choices;
-        case Kind::Text:
+        case Kind::TEXT:
             break;
     }
     // A language that is given but empty would leave the program without one.
-    return value.empty() && field == Field::Language ? "a language" : "";
+    return value.empty() && field == Field::LANGUAGE ? "a language" : "";
 }
 
-}  // namespace Host
+}  // namespace host

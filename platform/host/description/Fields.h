@@ -6,38 +6,38 @@
 #include <optional>
 #include <string>
 
-namespace Host {
+namespace host {
 
 enum class Field {
-    ScreenWidth,
-    ScreenHeight,
-    Language,
-    MenuLanguage,
-    Orientation,
-    Country,
-    Model,
-    UseMode,
-    DeviceId,
-    ServerType,
-    ClockOffset,
-    NetworkType,
-    NetworkAddress,
-    NetworkMask,
-    NetworkGateway,
-    NetworkNameServers,
-    NetworkMac,
-    NetworkConfiguration,
-    FocusZoom,
-    HighContrast,
-    ScreenReader,
-    SoundEnabled,
-    SoundVolume,
-    UsbStorage,
-    StallSeconds,
-    Count
+    SCREEN_WIDTH,
+    SCREEN_HEIGHT,
+    LANGUAGE,
+    MENU_LANGUAGE,
+    ORIENTATION,
+    COUNTRY,
+    MODEL,
+    USE_MODE,
+    DEVICE_ID,
+    SERVER_TYPE,
+    CLOCK_OFFSET,
+    NETWORK_TYPE,
+    NETWORK_ADDRESS,
+    NETWORK_MASK,
+    NETWORK_GATEWAY,
+    NETWORK_NAME_SERVERS,
+    NETWORK_MAC,
+    NETWORK_CONFIGURATION,
+    FOCUS_ZOOM,
+    HIGH_CONTRAST,
+    SCREEN_READER,
+    SOUND_ENABLED,
+    SOUND_VOLUME,
+    USB_STORAGE,
+    STALL_SECONDS,
+    COUNT
 };
 
-constexpr auto FIELD_COUNT = static_cast<std::size_t>(Field::Count);
+constexpr auto FIELD_COUNT = static_cast<std::size_t>(Field::COUNT);
 
 struct FieldName {
     const char* group;
@@ -54,4 +54,4 @@ std::optional<int> parseNumber(const std::string& text);
 // What a value of FIELD has to be, such as "true or false", when VALUE is not; else empty.
 std::string unmetRule(Field field, const std::string& value);
 
-}  // namespace Host
+}  // namespace host

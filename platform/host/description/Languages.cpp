@@ -2,11 +2,11 @@
 // Menu language and reading direction.
 #include "host/description/Languages.h"
 
-namespace Host {
+namespace host {
 
 std::string menuLanguage(const DescriptionValues& values) {
-    const std::string& given = values.text(Field::MenuLanguage);
-    return given.empty() ? values.text(Field::Language) : given;
+    const std::string& given = values.text(Field::MENU_LANGUAGE);
+    return given.empty() ? values.text(Field::LANGUAGE) : given;
 }
 
 bool isRightToLeft(const std::string& language) {
@@ -15,8 +15,8 @@ bool isRightToLeft(const std::string& language) {
 }
 
 bool readsRightToLeft(const DescriptionValues& values) {
-    const std::string& given = values.text(Field::Orientation);
-    return given == "auto" ? isRightToLeft(values.text(Field::Language)) : given == "rtl";
+    const std::string& given = values.text(Field::ORIENTATION);
+    return given == "auto" ? isRightToLeft(values.text(Field::LANGUAGE)) : given == "rtl";
 }
 
-}  // namespace Host
+}  // namespace host

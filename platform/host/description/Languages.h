@@ -6,7 +6,7 @@
 
 #include "host/description/DescriptionFile.h"
 
-namespace Host {
+namespace host {
 
 // The menu language of the description, or the set's language when none is given.
 std::string menuLanguage(const DescriptionValues& values);
@@ -17,4 +17,4 @@ bool isRightToLeft(const std::string& language);
 // The direction of the set's screens: the described one, or that of the set's language.
 bool readsRightToLeft(const DescriptionValues& values);
 
-}  // namespace Host
+}  // namespace host

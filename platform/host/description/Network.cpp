@@ -23,7 +23,7 @@
 
 #include "host/description/Description.h"
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -245,13 +245,13 @@ Network described(const std::string& type) {
     only.wireless = type == "wireless";
     only.name = only.wireless ? "wlan0" : "eth0";
     only.isDefault = true;
-    only.isDynamic = Description::text(Field::NetworkConfiguration) == "dynamic";
-    only.address = Description::text(Field::NetworkAddress);
-    only.mask = Description::text(Field::NetworkMask);
-    only.gateway = Description::text(Field::NetworkGateway);
-    only.mac = Description::text(Field::NetworkMac);
+    only.isDynamic = Description::text(Field::NETWORK_CONFIGURATION) == "dynamic";
+    only.address = Description::text(Field::NETWORK_ADDRESS);
+    only.mask = Description::text(Field::NETWORK_MASK);
+    only.gateway = Description::text(Field::NETWORK_GATEWAY);
+    only.mac = Description::text(Field::NETWORK_MAC);
     network.interfaces.push_back(only);
-    network.nameServers = Description::list(Field::NetworkNameServers);
+    network.nameServers = Description::list(Field::NETWORK_NAME_SERVERS);
     return network;
 }
 
@@ -273,7 +273,7 @@ Network Network::machine(const NetworkSources& sources) {
 }
 
 Network Network::current() {
-    const std::string type = Description::text(Field::NetworkType);
+    const std::string type = Description::text(Field::NETWORK_TYPE);
     return type == "auto" ? machine({}) : described(type);
 }
 
@@ -288,4 +288,4 @@ std::string Network::typeName() const {
     return used()->wireless ? "wireless" : "wired";
 }
 
-}  // namespace Host
+}  // namespace host

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace Host {
+namespace host {
 
 struct NetworkInterface {
     std::string name;
@@ -45,4 +45,4 @@ struct Network {
     static Network machine(const NetworkSources& sources);
 };
 
-}  // namespace Host
+}  // namespace host

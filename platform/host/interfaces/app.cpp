@@ -29,7 +29,7 @@ int ui_app_main(int argc, char** argv, ui_app_lifecycle_callback_s* callback, vo
         ~RunningHold() { running = false; }
     };
     const RunningHold hold;
-    return Host::runApplication(argc, argv, *callback, user_data);
+    return host::runApplication(argc, argv, *callback, user_data);
 }
 
 int ui_app_add_event_handler(app_event_handler_h* handler, app_event_type_e event_type,
@@ -37,7 +37,7 @@ int ui_app_add_event_handler(app_event_handler_h* handler, app_event_type_e even
     if (handler == nullptr || !isEvent(event_type)) {
         return APP_ERROR_INVALID_PARAMETER;
     }
-    *handler = Host::addEventHandler(event_type, callback, user_data);
+    *handler = host::addEventHandler(event_type, callback, user_data);
     return APP_ERROR_NONE;
 }
 

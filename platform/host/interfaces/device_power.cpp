@@ -9,7 +9,7 @@ namespace {
 constexpr int INVALID = -22;
 
 template <typename Callback>
-int subscribe(Host::Subscribers<Callback>& subscribers, Callback callback, void* data) {
+int subscribe(host::Subscribers<Callback>& subscribers, Callback callback, void* data) {
     if (callback == nullptr) {
         return INVALID;
     }
@@ -18,7 +18,7 @@ int subscribe(Host::Subscribers<Callback>& subscribers, Callback callback, void*
 }
 
 template <typename Callback>
-int unsubscribe(Host::Subscribers<Callback>& subscribers, Callback callback) {
+int unsubscribe(host::Subscribers<Callback>& subscribers, Callback callback) {
     return subscribers.remove(callback) ? 0 : INVALID;
 }
 
@@ -27,19 +27,19 @@ int unsubscribe(Host::Subscribers<Callback>& subscribers, Callback callback) {
 extern "C" {
 
 int device_power_subscribe_poweroff(device_power_poweroff_cb callback, void* user_data) {
-    return subscribe(Host::poweroffSubscribers(), callback, user_data);
+    return subscribe(host::poweroffSubscribers(), callback, user_data);
 }
 
 int device_power_unsubscribe_poweroff(device_power_poweroff_cb callback) {
-    return unsubscribe(Host::poweroffSubscribers(), callback);
+    return unsubscribe(host::poweroffSubscribers(), callback);
 }
 
 int device_power_subscribe_wakeup(device_power_wakeup_cb callback, void* user_data) {
-    return subscribe(Host::wakeupSubscribers(), callback, user_data);
+    return subscribe(host::wakeupSubscribers(), callback, user_data);
 }
 
 int device_power_unsubscribe_wakeup(device_power_wakeup_cb callback) {
-    return unsubscribe(Host::wakeupSubscribers(), callback);
+    return unsubscribe(host::wakeupSubscribers(), callback);
 }
 
 }  // extern "C"

@@ -21,27 +21,27 @@
 
 namespace {
 
-constexpr const char* kJournal = "journal";
-constexpr const char* kStandardError = "-";
+constexpr const char* JOURNAL = "journal";
+constexpr const char* STANDARD_ERROR = "-";
 
 const char* bufferName(log_id_t id) {
-    static constexpr std::array<const char*, 4> names = {"main", "radio", "system", "apps"};
+    static constexpr std::array<const char*, 4> NAMES = {"main", "radio", "system", "apps"};
     const auto index = static_cast<std::size_t>(id);
-    return index < names.size() ? names[index] : "main";
+    return index < NAMES.size() ? NAMES[index] : "main";
 }
 
 char letter(int priority) {
-    static constexpr std::array<char, 9> letters = {'?', 'D', 'V', 'D', 'I', 'W', 'E', 'F', 'S'};
+    static constexpr std::array<char, 9> LETTERS = {'?', 'D', 'V', 'D', 'I', 'W', 'E', 'F', 'S'};
     const auto index = static_cast<std::size_t>(priority);
-    return index < letters.size() ? letters[index] : '?';
+    return index < LETTERS.size() ? LETTERS[index] : '?';
 }
 
 int syslogLevel(int priority) {
-    static constexpr std::array<int, 9> levels = {LOG_INFO,  LOG_INFO, LOG_DEBUG,
+    static constexpr std::array<int, 9> LEVELS = {LOG_INFO,  LOG_INFO, LOG_DEBUG,
                                                   LOG_DEBUG, LOG_INFO, LOG_WARNING,
                                                   LOG_ERR,   LOG_CRIT, LOG_DEBUG};
     const auto index = static_cast<std::size_t>(priority);
-    return index < levels.size() ? levels[index] : LOG_INFO;
+    return index < LEVELS.size() ? LEVELS[index] : LOG_INFO;
 }
 
 __attribute__((format(printf, 1, 0))) std::string formatted(const char* format, va_list arguments) {
@@ -119,11 +119,11 @@ void occupyStandardDescriptors() {
     occupy(STDIN_FILENO, "/dev/null");
     occupy(STDOUT_FILENO, "/dev/null");
     if (fcntl(STDERR_FILENO, F_GETFD) < 0 && errno == EBADF) {
-        occupy(STDERR_FILENO, Host::SetFolder::file("stderr.log").c_str());
+        occupy(STDERR_FILENO, host::SetFolder::file("stderr.log").c_str());
     }
 }
 
-// The descriptor of the log file, opened anew when the environment names another one. Never closed
+// The descriptor of the log file, opened anew when the environment NAMES another one. Never closed
 // at the end of the process: a static destructor may still log.
 class LogFile {
   public:
@@ -165,15 +165,15 @@ extern "C" int __dlog_print(log_id_t id, int priority, const char* tag, const ch
     const char* name = tag != nullptr ? tag : "";
 
     occupyStandardDescriptors();
-    const std::string target = Host::SetFolder::variable("VIRTUAL_SET_LOG", "zolt.log");
-    if (target == kJournal) {
+    const std::string target = host::SetFolder::variable("VIRTUAL_SET_LOG", "zolt.log");
+    if (target == JOURNAL) {
         const std::string line =
             std::string(bufferName(id)) + " " + letter(priority) + " " + name + ": " + message;
-        const int failure = Host::SystemJournal::write(syslogLevel(priority), line);
+        const int failure = host::SystemJournal::write(syslogLevel(priority), line);
         return failure < 0 ? failure : static_cast<int>(message.size());
     }
-    const int descriptor = target == kStandardError
+    const int descriptor = target == STANDARD_ERROR
                                ? STDERR_FILENO
-                               : LogFile::descriptor(Host::SetFolder::file(target));
+                               : LogFile::descriptor(host::SetFolder::file(target));
     return descriptor < 0 ? -EIO : writeLine(descriptor, head(id, priority, name) + message + "\n");
 }

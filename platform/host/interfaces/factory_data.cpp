@@ -11,7 +11,7 @@ extern "C" int GetData(int id, void* buffer) {
     if (buffer == nullptr || id != FACTORY_DATA_SERVER_TYPE) {
         return -1;
     }
-    const bool operating = Host::Description::text(Host::Field::ServerType) == "operating";
+    const bool operating = host::Description::text(host::Field::SERVER_TYPE) == "operating";
     const std::int32_t type = operating ? 0 : 1;
     std::memset(buffer, 0, FACTORY_DATA_RECORD_SIZE);
     std::memcpy(buffer, &type, sizeof type);

@@ -21,15 +21,15 @@
 
 namespace {
 
-using Host::Description;
-using Host::Field;
+using host::Description;
+using host::Field;
 
 struct Sound {
     feedback_pattern_e pattern;
     const char* name;
 };
 
-constexpr std::array<Sound, 5> kSounds = {{
+constexpr std::array<Sound, 5> SOUNDS = {{
     {FEEDBACK_PATTERN_MOVE, "move"},
     {FEEDBACK_PATTERN_BACK, "back"},
     {FEEDBACK_PATTERN_BLOCKED, "blocked"},
@@ -38,7 +38,7 @@ constexpr std::array<Sound, 5> kSounds = {{
 }};
 
 const Sound* find(feedback_pattern_e pattern) {
-    for (const Sound& sound : kSounds) {
+    for (const Sound& sound : SOUNDS) {
         if (sound.pattern == pattern) {
             return &sound;
         }
@@ -59,14 +59,14 @@ class Player {
     void play(const Sound& sound) {
         const std::lock_guard<std::mutex> lock(m_guard);
         // Sounds that come late are worse than none.
-        if (m_waiting.size() < kMostWaiting) {
+        if (m_waiting.size() < MOST_WAITING) {
             m_waiting.push_back(&sound);
             m_news.notify_one();
         }
     }
 
   private:
-    static constexpr std::size_t kMostWaiting = 4;
+    static constexpr std::size_t MOST_WAITING = 4;
 
     Player() {
         std::thread([this] { run(); }).detach();
@@ -85,16 +85,16 @@ class Player {
 
     void sounded(const Sound& sound) {
         std::string outcome = "off";
-        const int volume = Description::number(Field::SoundVolume);
-        if (Description::flag(Field::SoundEnabled) && volume > 0) {
+        const int volume = Description::number(Field::SOUND_VOLUME);
+        if (Description::flag(Field::SOUND_ENABLED) && volume > 0) {
             outcome = start(sound, volume);
         }
-        Host::logInfo("Sound " + std::to_string(sound.pattern) + " " + sound.name + ": " + outcome);
+        host::logInfo("Sound " + std::to_string(sound.pattern) + " " + sound.name + ": " + outcome);
     }
 
     std::string start(const Sound& sound, int volume) {
         const std::string folder =
-            Host::SetFolder::variable("VIRTUAL_SET_SOUNDS", VIRTUAL_SET_SOUNDS);
+            host::SetFolder::variable("VIRTUAL_SET_SOUNDS", VIRTUAL_SET_SOUNDS);
         const std::string path = folder + "/" + sound.name + ".wav";
         // Asked first, because a machine without a sound system would not look at the file.
         if (access(path.c_str(), R_OK) != 0) {

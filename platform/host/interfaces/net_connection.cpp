@@ -16,11 +16,11 @@ struct Connection;
 
 struct Profile {
     const Connection* connection;
-    Host::NetworkInterface device;
+    host::NetworkInterface device;
 };
 
 struct Connection {
-    Host::Network network;
+    host::Network network;
     std::deque<Profile> profiles;
 };
 
@@ -29,11 +29,11 @@ struct Iterator {
     std::size_t position;
 };
 
-connection_profile_type_e profileType(const Host::NetworkInterface& device) {
+connection_profile_type_e profileType(const host::NetworkInterface& device) {
     return device.wireless ? CONNECTION_PROFILE_TYPE_WIFI : CONNECTION_PROFILE_TYPE_ETHERNET;
 }
 
-connection_type_e connectionType(const Host::NetworkInterface& device) {
+connection_type_e connectionType(const host::NetworkInterface& device) {
     return device.wireless ? CONNECTION_TYPE_WIFI : CONNECTION_TYPE_ETHERNET;
 }
 
@@ -45,13 +45,13 @@ int give(const std::string& text, char** result) {
     if (text.empty()) {
         return CONNECTION_ERROR_OPERATION_FAILED;
     }
-    *result = Host::copyForCaller(text);
+    *result = host::copyForCaller(text);
     return CONNECTION_ERROR_NONE;
 }
 
 // A text of the profile that only IPv4 has.
 int giveOfProfile(connection_profile_h profile, connection_address_family_e family,
-                  std::string Host::NetworkInterface::*text, char** result) {
+                  std::string host::NetworkInterface::*text, char** result) {
     if (profile == nullptr || result == nullptr || !isFamily(family)) {
         return CONNECTION_ERROR_INVALID_PARAMETER;
     }
@@ -69,8 +69,8 @@ int connection_create(connection_h* connection) {
     if (connection == nullptr) {
         return CONNECTION_ERROR_INVALID_PARAMETER;
     }
-    auto* made = new Connection{Host::Network::current(), {}};
-    for (const Host::NetworkInterface& device : made->network.interfaces) {
+    auto* made = new Connection{host::Network::current(), {}};
+    for (const host::NetworkInterface& device : made->network.interfaces) {
         made->profiles.push_back({made, device});
     }
     *connection = made;
@@ -89,7 +89,7 @@ int connection_get_type(connection_h connection, connection_type_e* type) {
     if (connection == nullptr || type == nullptr) {
         return CONNECTION_ERROR_INVALID_PARAMETER;
     }
-    const Host::NetworkInterface* used = static_cast<Connection*>(connection)->network.used();
+    const host::NetworkInterface* used = static_cast<Connection*>(connection)->network.used();
     *type = used == nullptr ? CONNECTION_TYPE_DISCONNECTED : connectionType(*used);
     return CONNECTION_ERROR_NONE;
 }
@@ -99,7 +99,7 @@ int connection_get_ip_address(connection_h connection, connection_address_family
     if (connection == nullptr || address == nullptr || !isFamily(family)) {
         return CONNECTION_ERROR_INVALID_PARAMETER;
     }
-    const Host::NetworkInterface* used = static_cast<Connection*>(connection)->network.used();
+    const host::NetworkInterface* used = static_cast<Connection*>(connection)->network.used();
     if (used == nullptr) {
         return CONNECTION_ERROR_NO_CONNECTION;
     }
@@ -190,12 +190,12 @@ int connection_profile_get_dns_address(connection_profile_h profile, int order,
 
 int connection_profile_get_gateway_address(connection_profile_h profile,
                                            connection_address_family_e family, char** address) {
-    return giveOfProfile(profile, family, &Host::NetworkInterface::gateway, address);
+    return giveOfProfile(profile, family, &host::NetworkInterface::gateway, address);
 }
 
 int connection_profile_get_subnet_mask(connection_profile_h profile,
                                        connection_address_family_e family, char** mask) {
-    return giveOfProfile(profile, family, &Host::NetworkInterface::mask, mask);
+    return giveOfProfile(profile, family, &host::NetworkInterface::mask, mask);
 }
 
 int connection_profile_get_ip_config_type(connection_profile_h profile,
@@ -204,7 +204,7 @@ int connection_profile_get_ip_config_type(connection_profile_h profile,
     if (profile == nullptr || type == nullptr || !isFamily(family)) {
         return CONNECTION_ERROR_INVALID_PARAMETER;
     }
-    const Host::NetworkInterface& device = static_cast<Profile*>(profile)->device;
+    const host::NetworkInterface& device = static_cast<Profile*>(profile)->device;
     if (device.address.empty()) {
         *type = CONNECTION_IP_CONFIG_TYPE_NONE;
     } else {

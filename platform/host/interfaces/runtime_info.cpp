@@ -15,9 +15,9 @@
 
 namespace {
 
-using Host::Description;
-using Host::Field;
-using Host::Network;
+using host::Description;
+using host::Field;
+using host::Network;
 
 std::string addressOf(bool wireless) {
     const Network network = Network::current();
@@ -35,18 +35,18 @@ struct Value {
     std::string (*read)();
 };
 
-constexpr std::array<Value, 6> kValues = {{
-    {RUNTIME_INFO_KEY_LANGUAGE, false, [] { return Description::text(Field::Language); }},
+constexpr std::array<Value, 6> VALUES = {{
+    {RUNTIME_INFO_KEY_LANGUAGE, false, [] { return Description::text(Field::LANGUAGE); }},
     {RUNTIME_INFO_KEY_SYSTEM_MENU_LANGUAGE, false,
-     [] { return Host::menuLanguage(Description::values()); }},
-    {RUNTIME_INFO_KEY_SYSTEM_USE_MODE, true, [] { return Description::text(Field::UseMode); }},
+     [] { return host::menuLanguage(Description::values()); }},
+    {RUNTIME_INFO_KEY_SYSTEM_USE_MODE, true, [] { return Description::text(Field::USE_MODE); }},
     {RUNTIME_INFO_KEY_WIRELESS_IP, false, [] { return addressOf(true); }},
     {RUNTIME_INFO_KEY_WIRED_IP, false, [] { return addressOf(false); }},
     {RUNTIME_INFO_KEY_NETWORK_TYPE, false, [] { return Network::current().typeName(); }},
 }};
 
 const Value* find(runtime_info_key_e key) {
-    for (const Value& value : kValues) {
+    for (const Value& value : VALUES) {
         if (value.key == key) {
             return &value;
         }
@@ -68,7 +68,7 @@ Callbacks& callbacks() {
 void replaceWatch(runtime_info_key_e key, unsigned watch) {
     const std::lock_guard<std::mutex> lock(callbacks().guard);
     unsigned& current = callbacks().watches[key];
-    Host::ChangeWatch::remove(current);
+    host::ChangeWatch::remove(current);
     current = watch;
 }
 
@@ -90,7 +90,7 @@ int runtime_info_get_value_string(runtime_info_key_e key, char** value) {
     if (found == nullptr || found->isNumber || value == nullptr) {
         return RUNTIME_INFO_ERROR_INVALID_PARAMETER;
     }
-    *value = Host::copyForCaller(found->read());
+    *value = host::copyForCaller(found->read());
     return RUNTIME_INFO_ERROR_NONE;
 }
 
@@ -100,7 +100,7 @@ int runtime_info_set_changed_cb(runtime_info_key_e key, runtime_info_changed_cb 
     if (found == nullptr || callback == nullptr) {
         return RUNTIME_INFO_ERROR_INVALID_PARAMETER;
     }
-    replaceWatch(key, Host::ChangeWatch::add(
+    replaceWatch(key, host::ChangeWatch::add(
                           found->read, [key, callback, user_data] { callback(key, user_data); }));
     return RUNTIME_INFO_ERROR_NONE;
 }

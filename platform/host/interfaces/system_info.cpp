@@ -5,8 +5,8 @@
 #include "host/base/Text.h"
 #include "host/description/Description.h"
 
-using Host::Description;
-using Host::Field;
+using host::Description;
+using host::Field;
 
 extern "C" {
 
@@ -17,11 +17,11 @@ int system_info_get_value_int(system_info_key_e key, int* value) {
     switch (key) {
         case SYSTEM_INFO_KEY_SCREEN_WIDTH:
         case SYSTEM_INFO_KEY_PANEL_WIDTH:
-            *value = Description::number(Field::ScreenWidth);
+            *value = Description::number(Field::SCREEN_WIDTH);
             return SYSTEM_INFO_ERROR_NONE;
         case SYSTEM_INFO_KEY_SCREEN_HEIGHT:
         case SYSTEM_INFO_KEY_PANEL_HEIGHT:
-            *value = Description::number(Field::ScreenHeight);
+            *value = Description::number(Field::SCREEN_HEIGHT);
             return SYSTEM_INFO_ERROR_NONE;
         default:
             return SYSTEM_INFO_ERROR_INVALID_PARAMETER;
@@ -32,7 +32,7 @@ int system_info_get_value_string(system_info_key_e key, char** value) {
     if (value == nullptr || key != SYSTEM_INFO_KEY_MODEL) {
         return SYSTEM_INFO_ERROR_INVALID_PARAMETER;
     }
-    *value = Host::copyForCaller(Description::text(Field::Model));
+    *value = host::copyForCaller(Description::text(Field::MODEL));
     return SYSTEM_INFO_ERROR_NONE;
 }
 

@@ -9,8 +9,8 @@
 #include "host/base/Text.h"
 #include "host/description/Description.h"
 
-using Host::Description;
-using Host::Field;
+using host::Description;
+using host::Field;
 
 extern "C" {
 
@@ -18,7 +18,7 @@ int system_settings_get_value_string(system_settings_key_e key, char** value) {
     if (value == nullptr || key != SYSTEM_SETTINGS_KEY_TV_COUNTRY_IOS_ALPHA_2_CODE) {
         return SYSTEM_SETTINGS_ERROR_INVALID_PARAMETER;
     }
-    *value = Host::copyForCaller(Description::text(Field::Country));
+    *value = host::copyForCaller(Description::text(Field::COUNTRY));
     return SYSTEM_SETTINGS_ERROR_NONE;
 }
 
@@ -27,9 +27,9 @@ int system_settings_set_value_int(system_settings_key_e key, int value) {
         return SYSTEM_SETTINGS_ERROR_INVALID_PARAMETER;
     }
     try {
-        Description::write(Field::UseMode, std::to_string(value));
+        Description::write(Field::USE_MODE, std::to_string(value));
     } catch (const std::runtime_error& failure) {
-        Host::logWarning("The use mode is not written: " + std::string(failure.what()));
+        host::logWarning("The use mode is not written: " + std::string(failure.what()));
         return SYSTEM_SETTINGS_ERROR_IO_ERROR;
     }
     return SYSTEM_SETTINGS_ERROR_NONE;

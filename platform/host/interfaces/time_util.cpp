@@ -5,7 +5,7 @@
 #include "host/description/Description.h"
 
 time_t CTimeUtil::GetCurrentTime() {
-    const time_t utc = time(nullptr) + Host::Description::number(Host::Field::ClockOffset);
+    const time_t utc = time(nullptr) + host::Description::number(host::Field::CLOCK_OFFSET);
     tm local{};
     localtime_r(&utc, &local);
     return utc + local.tm_gmtoff;

@@ -6,5 +6,5 @@
 #include "host/description/Languages.h"
 
 extern "C" int ua_UI_orientation_get(void) {
-    return Host::readsRightToLeft(Host::Description::values()) ? 1 : 0;
+    return host::readsRightToLeft(host::Description::values()) ? 1 : 0;
 }

@@ -22,7 +22,7 @@ std::vector<std::string> mountPaths(int deviceClass) {
     if (deviceClass != USB_DEVICE_CLASS_MASS_STORAGE) {
         return {};
     }
-    return Host::Description::list(Host::Field::UsbStorage);
+    return host::Description::list(host::Field::USB_STORAGE);
 }
 
 }  // namespace

@@ -36,26 +36,26 @@ class ErrorTrap {
     XErrorHandler m_previous = nullptr;
 };
 
-constexpr int kFailed = -1;
+constexpr int FAILED = -1;
 
 }  // namespace
 
 extern "C" int utilx_grab_key(void* display, unsigned int window, const char* key, int mode) {
     if (display == nullptr || window == 0 || key == nullptr) {
-        return kFailed;
+        return FAILED;
     }
     if (mode != TOP_POSITION_GRAB && mode != SHARED_GRAB && mode != EXCLUSIVE_GRAB) {
-        return kFailed;
+        return FAILED;
     }
     auto* server = static_cast<Display*>(display);
     const KeySym symbol = XStringToKeysym(key);
     const KeyCode code = symbol == NoSymbol ? 0 : XKeysymToKeycode(server, symbol);
     if (code == 0) {
-        return kFailed;
+        return FAILED;
     }
     // An exclusive grab holds wherever the focus is; the others while the window is on top.
     const Window target = mode == EXCLUSIVE_GRAB ? DefaultRootWindow(server) : window;
     const ErrorTrap trap(server);
     XGrabKey(server, code, AnyModifier, target, False, GrabModeAsync, GrabModeAsync);
-    return trap.error() == 0 ? 0 : kFailed;
+    return trap.error() == 0 ? 0 : FAILED;
 }

@@ -25,16 +25,16 @@ struct _keynode_t {
 
 namespace {
 
-using Host::Description;
-using Host::Field;
+using host::Description;
+using host::Field;
 
-constexpr const char* kGroup = "vconf";
+constexpr const char* GROUP = "vconf";
 
 const std::map<std::string, Field>& described() {
     static const auto* table = new std::map<std::string, Field>{
-        {"db/menu/system/accessibility/focuszoom", Field::FocusZoom},
-        {"db/menu/system/accessibility/highcontrast", Field::HighContrast},
-        {"db/comss/duid", Field::DeviceId},
+        {"db/menu/system/accessibility/focuszoom", Field::FOCUS_ZOOM},
+        {"db/menu/system/accessibility/highcontrast", Field::HIGH_CONTRAST},
+        {"db/comss/duid", Field::DEVICE_ID},
     };
     return *table;
 }
@@ -49,12 +49,12 @@ const std::map<std::string, std::string>& fromFactory() {
 
 std::optional<std::string> kept(const std::string& key) {
     try {
-        const Host::KeyFilePtr file = Host::readKeyFile(Host::SetFolder::keptValues());
+        const host::KeyFilePtr file = host::readKeyFile(host::SetFolder::keptValues());
         const std::unique_ptr<gchar, decltype(&g_free)> text(
-            g_key_file_get_string(file.get(), kGroup, key.c_str(), nullptr), &g_free);
+            g_key_file_get_string(file.get(), GROUP, key.c_str(), nullptr), &g_free);
         return text ? std::optional<std::string>(text.get()) : std::nullopt;
     } catch (const std::runtime_error& failure) {
-        Host::logWarning("The kept values cannot be read: " + std::string(failure.what()));
+        host::logWarning("The kept values cannot be read: " + std::string(failure.what()));
         return std::nullopt;
     }
 }
@@ -101,9 +101,9 @@ void setInt(const std::string& key, int value) {
         Description::write(field->second, std::to_string(value));
         return;
     }
-    Host::changeKeyFile(
-        Host::SetFolder::keptValues(), Host::BrokenFile::Replace,
-        [&](GKeyFile* file) { g_key_file_set_integer(file, kGroup, key.c_str(), value); });
+    host::changeKeyFile(
+        host::SetFolder::keptValues(), host::BrokenFile::REPLACE,
+        [&](GKeyFile* file) { g_key_file_set_integer(file, GROUP, key.c_str(), value); });
 }
 
 }  // namespace
@@ -118,7 +118,7 @@ int vconf_get_int(const char* key, int* value) {
     if (!text) {
         return -1;
     }
-    const auto number = Host::parseNumber(*text);
+    const auto number = host::parseNumber(*text);
     if (!number) {
         return -1;
     }
@@ -133,7 +133,7 @@ int vconf_set_int(const char* key, int value) {
     try {
         setInt(key, value);
     } catch (const std::runtime_error& failure) {
-        Host::logWarning(std::string(key) + " is not written: " + failure.what());
+        host::logWarning(std::string(key) + " is not written: " + failure.what());
         return -1;
     }
     return 0;
@@ -144,7 +144,7 @@ char* vconf_get_str(const char* key) {
         return nullptr;
     }
     const auto text = valueOf(key);
-    return text ? Host::copyForCaller(*text) : nullptr;
+    return text ? host::copyForCaller(*text) : nullptr;
 }
 
 int vconf_notify_key_changed(const char* key, vconf_callback_fn callback, void* user_data) {
@@ -153,7 +153,7 @@ int vconf_notify_key_changed(const char* key, vconf_callback_fn callback, void* 
     }
     const std::string name = key;
     const unsigned watch =
-        Host::ChangeWatch::add([name] { return comparable(name); },
+        host::ChangeWatch::add([name] { return comparable(name); },
                                [name, callback, user_data] {
                                    keynode_t node{name, valueOf(name).value_or("")};
                                    callback(&node, user_data);
@@ -171,7 +171,7 @@ int vconf_ignore_key_changed(const char* key, vconf_callback_fn callback) {
     auto& list = subscriptions().list;
     for (auto entry = list.begin(); entry != list.end(); ++entry) {
         if (entry->key == key && entry->callback == callback) {
-            Host::ChangeWatch::remove(entry->watch);
+            host::ChangeWatch::remove(entry->watch);
             list.erase(entry);
             return 0;
         }

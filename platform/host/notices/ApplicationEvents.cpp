@@ -24,7 +24,7 @@ std::deque<app_event_handler>& handlers() {
 
 }  // namespace
 
-namespace Host {
+namespace host {
 
 app_event_handler_h addEventHandler(app_event_type_e type, app_event_cb callback, void* userData) {
     handlers().push_back({type, callback, userData});
@@ -47,4 +47,4 @@ void deliverEvent(app_event_type_e type) {
     }
 }
 
-}  // namespace Host
+}  // namespace host

@@ -4,7 +4,7 @@
 
 #include "app.h"
 
-namespace Host {
+namespace host {
 
 // CALLBACK may be null. The result belongs to the framework and stays valid.
 app_event_handler_h addEventHandler(app_event_type_e type, app_event_cb callback, void* userData);
@@ -12,4 +12,4 @@ app_event_handler_h addEventHandler(app_event_type_e type, app_event_cb callback
 // Calls the handlers of TYPE in the order of registration.
 void deliverEvent(app_event_type_e type);
 
-}  // namespace Host
+}  // namespace host

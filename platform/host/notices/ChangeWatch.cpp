@@ -24,7 +24,7 @@
 #include "host/base/SetFolder.h"
 #include "host/description/Description.h"
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -185,4 +185,4 @@ void ChangeWatch::look() {
     }
 }
 
-}  // namespace Host
+}  // namespace host

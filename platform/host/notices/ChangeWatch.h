@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-namespace Host {
+namespace host {
 
 // Looks at its values when the files of the set or the machine's network have changed. Any thread
 // may add and remove; notices come on the thread that iterates GLib's default main context.
@@ -23,4 +23,4 @@ class ChangeWatch {
     static void look();
 };
 
-}  // namespace Host
+}  // namespace host

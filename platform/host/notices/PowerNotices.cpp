@@ -2,7 +2,7 @@
 // The two lists of subscribers. Never destroyed: programs may unsubscribe while the process ends.
 #include "host/notices/PowerNotices.h"
 
-namespace Host {
+namespace host {
 
 Subscribers<device_power_poweroff_cb>& poweroffSubscribers() {
     static auto* only = new Subscribers<device_power_poweroff_cb>;
@@ -14,4 +14,4 @@ Subscribers<device_power_wakeup_cb>& wakeupSubscribers() {
     return *only;
 }
 
-}  // namespace Host
+}  // namespace host

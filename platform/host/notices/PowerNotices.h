@@ -9,7 +9,7 @@
 
 #include "device_power.h"
 
-namespace Host {
+namespace host {
 
 // Any thread may call it.
 template <typename Callback>
@@ -52,4 +52,4 @@ class Subscribers {
 Subscribers<device_power_poweroff_cb>& poweroffSubscribers();
 Subscribers<device_power_wakeup_cb>& wakeupSubscribers();
 
-}  // namespace Host
+}  // namespace host

@@ -25,7 +25,7 @@
 
 struct app_control_s {};
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -35,13 +35,13 @@ int stallSeconds() {
         given.size() < 8) {
         return std::stoi(given);
     }
-    return Description::number(Field::StallSeconds);
+    return Description::number(Field::STALL_SECONDS);
 }
 
 void introduce() {
     logInfo("This is a virtual set, process " + std::to_string(getpid()) + ", in " +
-            SetFolder::path() + ": " + Description::text(Field::ScreenWidth) + "x" +
-            Description::text(Field::ScreenHeight) + ", " + Description::text(Field::Language));
+            SetFolder::path() + ": " + Description::text(Field::SCREEN_WIDTH) + "x" +
+            Description::text(Field::SCREEN_HEIGHT) + ", " + Description::text(Field::LANGUAGE));
 }
 
 // Undoes the bridge when the main loop is left, in whichever way.
@@ -160,8 +160,8 @@ void Application::watchDescription() {
         m_watches.push_back(
             ChangeWatch::add([field] { return Description::text(field); }, std::move(notify)));
     };
-    watch(Field::Language, [] { deliverEvent(APP_EVENT_LANGUAGE_CHANGED); });
-    watch(Field::Country, [] { deliverEvent(APP_EVENT_REGION_FORMAT_CHANGED); });
+    watch(Field::LANGUAGE, [] { deliverEvent(APP_EVENT_LANGUAGE_CHANGED); });
+    watch(Field::COUNTRY, [] { deliverEvent(APP_EVENT_REGION_FORMAT_CHANGED); });
 }
 
 int runApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks,
@@ -172,4 +172,4 @@ int runApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
     return application.run();
 }
 
-}  // namespace Host
+}  // namespace host

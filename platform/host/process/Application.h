@@ -11,7 +11,7 @@
 #include "host/toolkit/Toolkit.h"
 #include "host/toolkit/WindowsInSight.h"
 
-namespace Host {
+namespace host {
 
 class Application : public ControlledApplication {
   public:
@@ -52,4 +52,4 @@ class Application : public ControlledApplication {
 int runApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks,
                    void* userData);
 
-}  // namespace Host
+}  // namespace host

@@ -12,7 +12,7 @@
 
 #include "host/base/HostLog.h"
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -50,12 +50,12 @@ Eina_Bool leaveIfGone(void* descriptor) {
 
 // What waits for the main loop, and the connection that is looked at when it has waited: the
 // toolkit reads next.
-Ecore_Select_Function waitOfLoop = nullptr;
-int watched = -1;
+Ecore_Select_Function s_waitOfLoop = nullptr;
+int s_watched = -1;
 
 int waitAndLook(int count, fd_set* readable, fd_set* writable, fd_set* others, timeval* timeout) {
-    const int ready = waitOfLoop(count, readable, writable, others, timeout);
-    leaveIfGone(&watched);
+    const int ready = s_waitOfLoop(count, readable, writable, others, timeout);
+    leaveIfGone(&s_watched);
     return ready;
 }
 
@@ -73,18 +73,18 @@ DisplayWatch::DisplayWatch() {
                                   static_cast<GIOCondition>(G_IO_HUP | G_IO_ERR), onHangUp, nullptr,
                                   nullptr);
     m_enterer = ecore_idle_enterer_before_add(leaveIfGone, &m_descriptor);
-    watched = m_descriptor;
-    waitOfLoop = reinterpret_cast<Ecore_Select_Function>(ecore_main_loop_select_func_get());
+    s_watched = m_descriptor;
+    s_waitOfLoop = reinterpret_cast<Ecore_Select_Function>(ecore_main_loop_select_func_get());
     ecore_main_loop_select_func_set(waitAndLook);
 }
 
 DisplayWatch::~DisplayWatch() {
     if (m_descriptor >= 0) {
-        ecore_main_loop_select_func_set(waitOfLoop);
+        ecore_main_loop_select_func_set(s_waitOfLoop);
         ecore_idle_enterer_del(m_enterer);
         g_source_remove(m_source);
         close(m_descriptor);
     }
 }
 
-}  // namespace Host
+}  // namespace host

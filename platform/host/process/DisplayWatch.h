@@ -5,7 +5,7 @@
 #include <Ecore.h>
 #include <glib.h>
 
-namespace Host {
+namespace host {
 
 // Comes out of the main loop when the X server is gone.
 struct DisplayLost {};
@@ -27,4 +27,4 @@ class DisplayWatch {
     Ecore_Idle_Enterer* m_enterer = nullptr;
 };
 
-}  // namespace Host
+}  // namespace host

@@ -11,7 +11,7 @@
 #include "host/base/HostLog.h"
 #include "host/toolkit/MainLoopBridge.h"
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -83,4 +83,4 @@ void StallWatchdog::watch() {
     }
 }
 
-}  // namespace Host
+}  // namespace host

@@ -6,7 +6,7 @@
 #include <mutex>
 #include <thread>
 
-namespace Host {
+namespace host {
 
 // A loop that waits for something to happen is not stalled; one whose callback does not return is.
 // Time in which the whole process was stopped or the machine asleep does not count.
@@ -31,4 +31,4 @@ class StallWatchdog {
     std::thread m_thread;
 };
 
-}  // namespace Host
+}  // namespace host

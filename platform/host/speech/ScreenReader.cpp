@@ -12,14 +12,14 @@
 #include "host/toolkit/ToolkitWindows.h"
 #include "host/toolkit/WidgetTexts.h"
 
-namespace Host {
+namespace host {
 
 namespace {
 
 // Between two ticks the main loop is idle, and draws, at least once: what appears has its place by
 // then, and the focus has gone where it belongs.
-constexpr double kTick = 0.025;
-constexpr int kTicksAtRest = 3;
+constexpr double TICK = 0.025;
+constexpr int TICKS_AT_REST = 3;
 
 ScreenReader* s_running = nullptr;
 
@@ -82,7 +82,7 @@ ScreenReader* ScreenReader::running() {
 }
 
 void ScreenReader::say(const std::string& text) {
-    if (text.empty() || !Description::flag(Field::ScreenReader)) {
+    if (text.empty() || !Description::flag(Field::SCREEN_READER)) {
         return;
     }
     logInfo("Screen reader: says \"" + text + "\"");
@@ -91,7 +91,7 @@ void ScreenReader::say(const std::string& text) {
 
 Eina_Bool ScreenReader::onIdle(void* self) {
     auto* reader = static_cast<ScreenReader*>(self);
-    if (Description::flag(Field::ScreenReader)) {
+    if (Description::flag(Field::SCREEN_READER)) {
         reader->follow(reader->focusedPlace());
     } else {
         reader->rest();
@@ -136,7 +136,7 @@ void ScreenReader::follow(const Place& place) {
     m_place = place;
     m_ticks = 0;
     if (m_timer == nullptr) {
-        m_timer = ecore_timer_add(kTick, onTick, this);
+        m_timer = ecore_timer_add(TICK, onTick, this);
     }
 }
 
@@ -144,7 +144,7 @@ Eina_Bool ScreenReader::onTick(void* self) {
     auto* reader = static_cast<ScreenReader*>(self);
     const Place place = reader->focusedPlace();
     reader->follow(place);
-    if (++reader->m_ticks < kTicksAtRest) {
+    if (++reader->m_ticks < TICKS_AT_REST) {
         return ECORE_CALLBACK_RENEW;
     }
     reader->m_timer = nullptr;
@@ -166,13 +166,13 @@ void ScreenReader::rest() {
     }
 }
 
-}  // namespace Host
+}  // namespace host
 
 // Takes the place of the toolkit's function for a program that is linked with this library, since
 // the toolkit hands texts to modules of its own installation only. Weak, so that a program that
 // listens for itself can take the place of this one.
 extern "C" __attribute__((weak)) void elm_access_say(const char* text) {
-    if (text != nullptr && Host::ScreenReader::running() != nullptr) {
-        Host::ScreenReader::running()->say(text);
+    if (text != nullptr && host::ScreenReader::running() != nullptr) {
+        host::ScreenReader::running()->say(text);
     }
 }

@@ -11,7 +11,7 @@
 
 #include "host/speech/SpeechProgram.h"
 
-namespace Host {
+namespace host {
 
 // The toolkit's own reader is made for a finger: it reads what is touched, wants two taps to press
 // a button, and lets the focus walk onto texts. It stays off. While this object lives and the set's
@@ -56,4 +56,4 @@ class ScreenReader {
     SpeechProgram m_program;
 };
 
-}  // namespace Host
+}  // namespace host

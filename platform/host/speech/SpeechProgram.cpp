@@ -7,14 +7,14 @@
 #include "host/base/HostLog.h"
 #include "host/description/Description.h"
 
-namespace Host {
+namespace host {
 
 namespace {
 
-constexpr const char* kProgram = "espeak-ng";
+constexpr const char* PROGRAM = "espeak-ng";
 
 bool isInstalled() {
-    char* path = g_find_program_in_path(kProgram);
+    char* path = g_find_program_in_path(PROGRAM);
     const bool found = path != nullptr;
     g_free(path);
     return found;
@@ -24,7 +24,7 @@ bool isInstalled() {
 // where the country has none of its own. Nothing but letters and "-" reaches the command line.
 std::string voice() {
     std::string result;
-    for (const char character : Description::text(Field::Language)) {
+    for (const char character : Description::text(Field::LANGUAGE)) {
         if (character == '_') {
             result += '-';
         } else if (g_ascii_isalpha(character) != 0) {
@@ -63,10 +63,10 @@ void SpeechProgram::speak(const std::string& text) {
     // does not outlive a set that dies.
     const int flags = ECORE_EXE_PIPE_WRITE | ECORE_EXE_PIPE_READ | ECORE_EXE_PIPE_ERROR |
                       ECORE_EXE_TERM_WITH_PARENT;
-    m_speaking = ecore_exe_pipe_run((std::string(kProgram) + " --stdin -v " + voice()).c_str(),
+    m_speaking = ecore_exe_pipe_run((std::string(PROGRAM) + " --stdin -v " + voice()).c_str(),
                                     static_cast<Ecore_Exe_Flags>(flags), nullptr);
     if (m_speaking == nullptr) {
-        logWarning(std::string("Screen reader: ") + kProgram + " does not start");
+        logWarning(std::string("Screen reader: ") + PROGRAM + " does not start");
         return;
     }
     ecore_exe_send(m_speaking, text.c_str(), static_cast<int>(text.size()));
@@ -79,11 +79,11 @@ Eina_Bool SpeechProgram::onEnd(void* self, int, void* event) {
     if (end->exe == program->m_speaking) {
         program->m_speaking = nullptr;
         if (end->exited != 0 && end->exit_code != 0) {
-            logWarning(std::string("Screen reader: ") + kProgram + " ended with status " +
+            logWarning(std::string("Screen reader: ") + PROGRAM + " ended with status " +
                        std::to_string(end->exit_code));
         }
     }
     return ECORE_CALLBACK_PASS_ON;
 }
 
-}  // namespace Host
+}  // namespace host

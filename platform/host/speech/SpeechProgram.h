@@ -6,7 +6,7 @@
 
 #include <Ecore.h>
 
-namespace Host {
+namespace host {
 
 // Speaks one text at a time, in the language of the set, while the main loop goes on. Without the
 // program on PATH it is silent. A program that still speaks is ended with this object.
@@ -27,4 +27,4 @@ class SpeechProgram {
     Ecore_Exe* m_speaking = nullptr;  // belongs to the toolkit, which drops it when it has ended
 };
 
-}  // namespace Host
+}  // namespace host

@@ -13,7 +13,7 @@
 #include <Ecore.h>
 #include <glib.h>
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -205,4 +205,4 @@ void MainLoopBridge::setNotices(Notice before, Notice after) {
     s_after = after;
 }
 
-}  // namespace Host
+}  // namespace host

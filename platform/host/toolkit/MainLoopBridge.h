@@ -3,7 +3,7 @@
 // itself.
 #pragma once
 
-namespace Host {
+namespace host {
 
 class MainLoopBridge {
   public:
@@ -23,4 +23,4 @@ class MainLoopBridge {
     static void setNotices(Notice before, Notice after);
 };
 
-}  // namespace Host
+}  // namespace host

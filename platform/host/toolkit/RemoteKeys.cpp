@@ -7,18 +7,18 @@
 #include <Ecore_Input.h>
 #include <Ecore_X.h>
 
-namespace Host {
+namespace host {
 
 namespace {
 
-constexpr const char* kKeyboardBack = "Escape";
-constexpr const char* kRemoteBack = "XF86Back";
+constexpr const char* KEYBOARD_BACK = "Escape";
+constexpr const char* REMOTE_BACK = "XF86Back";
 
 void rename(Ecore_Event_Key* key) {
-    if (key->key != nullptr && std::strcmp(key->key, kKeyboardBack) == 0) {
+    if (key->key != nullptr && std::strcmp(key->key, KEYBOARD_BACK) == 0) {
         // The texts of an event lie within it and go with it, so they may be exchanged.
-        key->key = kRemoteBack;
-        key->keyname = kRemoteBack;
+        key->key = REMOTE_BACK;
+        key->keyname = REMOTE_BACK;
         key->string = nullptr;
         key->compose = nullptr;
     }
@@ -59,4 +59,4 @@ RemoteKeys::~RemoteKeys() {
     ecore_event_filter_del(m_filter);
 }
 
-}  // namespace Host
+}  // namespace host

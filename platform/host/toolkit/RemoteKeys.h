@@ -4,7 +4,7 @@
 
 #include <Ecore.h>
 
-namespace Host {
+namespace host {
 
 // While it lives, Escape reaches the program as the remote's "XF86Back", and a grabbed key does not
 // take the focus away for as long as it is held: an X server does that, a television does not.
@@ -20,4 +20,4 @@ class RemoteKeys {
     Ecore_Event_Filter* m_filter;  // deleted by this class
 };
 
-}  // namespace Host
+}  // namespace host

@@ -14,16 +14,16 @@
 #include "host/base/SetFolder.h"
 #include "host/description/Description.h"
 
-namespace Host {
+namespace host {
 
 namespace {
 
 // The toolkit's own theme; its public headers speak of a name for it and do not declare one. The
 // desktop's icon themes would be searched otherwise, with helper processes.
-constexpr const char* kOwnIcons = "_Elementary_Icon_Theme";
+constexpr const char* OWN_ICONS = "_Elementary_Icon_Theme";
 
 // The height for which themes are designed.
-constexpr double kDesignHeight = 1080.0;
+constexpr double DESIGN_HEIGHT = 1080.0;
 
 bool needsDisplay() {
     const std::string engine = SetFolder::variable("ELM_ENGINE", "");
@@ -33,8 +33,8 @@ bool needsDisplay() {
 
 // None of these is written anywhere: the settings of whoever develops on this machine stay.
 void settle() {
-    elm_config_scale_set(Description::number(Field::ScreenHeight) / kDesignHeight);
-    elm_config_icon_theme_set(kOwnIcons);
+    elm_config_scale_set(Description::number(Field::SCREEN_HEIGHT) / DESIGN_HEIGHT);
+    elm_config_icon_theme_set(OWN_ICONS);
     elm_config_finger_size_set(1);
     elm_config_focus_highlight_enabled_set(EINA_TRUE);
     elm_config_focus_highlight_animate_set(EINA_FALSE);
@@ -87,4 +87,4 @@ void Toolkit::close() {
     }
 }
 
-}  // namespace Host
+}  // namespace host

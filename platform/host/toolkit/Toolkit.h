@@ -2,7 +2,7 @@
 // Starts the toolkit and makes it that of a television.
 #pragma once
 
-namespace Host {
+namespace host {
 
 class Toolkit {
   public:
@@ -22,4 +22,4 @@ class Toolkit {
     bool m_ready = false;
 };
 
-}  // namespace Host
+}  // namespace host

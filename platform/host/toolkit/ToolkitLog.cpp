@@ -11,7 +11,7 @@
 
 #include "dlog.h"
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -68,4 +68,4 @@ void redirectToolkitLog() {
     g_log_set_default_handler(fromGlib, nullptr);
 }
 
-}  // namespace Host
+}  // namespace host

@@ -2,9 +2,9 @@
 // Leads what the toolkit and GLib have to say into the television's log.
 #pragma once
 
-namespace Host {
+namespace host {
 
 // A program on the set has closed its standard error, where they would write otherwise.
 void redirectToolkitLog();
 
-}  // namespace Host
+}  // namespace host

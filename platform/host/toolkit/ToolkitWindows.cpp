@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -35,4 +35,4 @@ std::vector<ToolkitWindow> toolkitWindows() {
     return found;
 }
 
-}  // namespace Host
+}  // namespace host

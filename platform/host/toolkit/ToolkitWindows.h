@@ -7,7 +7,7 @@
 #include <Ecore_Evas.h>
 #include <Evas.h>
 
-namespace Host {
+namespace host {
 
 struct ToolkitWindow {
     Ecore_Evas* canvas;   // belongs to the toolkit
@@ -17,4 +17,4 @@ struct ToolkitWindow {
 // Every window of the program that stands on a canvas at this moment, in no order of meaning.
 std::vector<ToolkitWindow> toolkitWindows();
 
-}  // namespace Host
+}  // namespace host

@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-namespace Host {
+namespace host {
 
 namespace {
 
@@ -48,4 +48,4 @@ std::string textsWithin(Evas_Object* widget) {
     return found;
 }
 
-}  // namespace Host
+}  // namespace host

@@ -6,7 +6,7 @@
 
 #include <Evas.h>
 
-namespace Host {
+namespace host {
 
 // What OBJECT itself draws as text, without markup; empty when it draws none.
 std::string drawnText(Evas_Object* object);
@@ -15,4 +15,4 @@ std::string drawnText(Evas_Object* object);
 // blanks between them, labels with commas.
 std::string textsWithin(Evas_Object* widget);
 
-}  // namespace Host
+}  // namespace host

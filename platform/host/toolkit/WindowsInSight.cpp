@@ -12,16 +12,16 @@
 #include "host/base/HostLog.h"
 #include "host/toolkit/ToolkitWindows.h"
 
-namespace Host {
+namespace host {
 
 namespace {
 
-constexpr const char* kSeen = "virtual-set,seen";
+constexpr const char* SEEN = "virtual-set,seen";
 
 // Called once for each window, before it is seen for the first time.
 void furnish(Ecore_Evas* canvas) {
     static int here = 0;
-    ecore_evas_data_set(canvas, kSeen, &here);
+    ecore_evas_data_set(canvas, SEEN, &here);
     // A television has no pointer.
     if (ecore_x_display_get() != nullptr) {
         ecore_x_window_cursor_show(static_cast<Ecore_X_Window>(ecore_evas_window_get(canvas)),
@@ -34,7 +34,7 @@ bool isInSight(const ToolkitWindow& entry) {
     if (evas_object_visible_get(entry.window) == EINA_FALSE) {
         return false;
     }
-    const bool seen = ecore_evas_data_get(entry.canvas, kSeen) != nullptr;
+    const bool seen = ecore_evas_data_get(entry.canvas, SEEN) != nullptr;
     if (ecore_evas_visibility_get(entry.canvas) == 0) {
         // A window that was just shown is on its way: the window manager has not answered yet. The
         // program must not seem out of sight while one screen follows another.
@@ -91,4 +91,4 @@ void WindowsInSight::look() {
     }
 }
 
-}  // namespace Host
+}  // namespace host

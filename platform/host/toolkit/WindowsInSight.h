@@ -6,7 +6,7 @@
 
 #include <Ecore.h>
 
-namespace Host {
+namespace host {
 
 // Looks at the windows each time the main loop comes to rest.
 class WindowsInSight {
@@ -33,4 +33,4 @@ class WindowsInSight {
     bool m_closedFromOutside = false;  // the window manager has asked a window to close
 };
 
-}  // namespace Host
+}  // namespace host
