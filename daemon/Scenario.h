@@ -42,6 +42,7 @@ struct MethodScript {
     int first = 0;                     // only the first so many calls from there; 0: all
     std::optional<int> delayMs;        // from the reply to the event
     bool silent = false;               // no event follows
+    bool hold = false;                 // its events wait until they are released
     std::optional<Event> outcome;      // event in the place of the success
     std::optional<std::string> reply;  // value of the reply
     int replyDelayMs = 0;              // from the call to the reply
@@ -59,7 +60,7 @@ struct Scenario {
     std::string shopListFile;  // absolute
     std::string shopList;      // its content
     bool foundInLan = true;
-    bool hold = false;  // events wait until they are let out one by one
+    bool hold = false;  // every event waits until it is released
     std::string pincode = "48201573";
     bool pincodeExpires = false;
     std::vector<TimedEvent> startEvents;          // counted from the moment the name is owned

@@ -199,6 +199,7 @@ const Key METHOD_KEYS[] = {
          requireEvent(at);
          at.script.delayMs = parseDelay(at.value);
      }},
+    {"hold", [](const Assignment& at) { at.script.hold = parseTruth(at.value); }},
     {"outcome", setOutcome},
     {"events", [](const Assignment& at) { at.script.events = parseEvents(at.value); }},
     {"reply", [](const Assignment& at) { setReply(at, at.value); }},

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <stdexcept>
+#include <utility>
 
 #include "daemon/ShopListDocument.h"
 
@@ -42,9 +43,6 @@ Service::Service(GDBusConnection* connection, const Scenario& scenario,
       m_manager(g_dbus_object_manager_server_new(MANAGER_PATH)),
       m_gui(zolt_gui_skeleton_new()),
       m_served(scenario.shopList) {
-    if (scenario.hold) {
-        m_events.hold();
-    }
     for (const char* handler : HANDLERS) {
         g_signal_connect(m_gui, handler, G_CALLBACK(onCall), this);
     }
@@ -66,12 +64,12 @@ Service::~Service() {
 
 void Service::start() {
     for (const TimedEvent& event : m_scenario.startEvents) {
-        plan(event);
+        plan(event, "start", m_scenario.hold);
     }
 }
 
-void Service::letOut() {
-    if (!m_events.releaseOne()) {
+void Service::releaseNext() {
+    if (!m_events.releaseNext()) {
         m_journal.write("nothing-due");
     }
 }
@@ -194,8 +192,9 @@ void Service::follow(const Call& call) {
     if (name == "applicationCancelled") {
         leave();
     }
+    const bool held = m_scenario.hold || call.script.hold;
     for (const TimedEvent& event : call.script.events) {
-        plan(event);
+        plan(event, name, held);
     }
     if (!call.method.success || call.script.silent) {
         return;
@@ -204,7 +203,7 @@ void Service::follow(const Call& call) {
     const std::string document = call.document;
     const Event planned = resultOf(call);
     const int success = *call.method.success;
-    m_events.after(delay, [this, planned, success, document] {
+    schedule(delay, name, held, [this, planned, success, document] {
         const bool succeeds = planned.event == ZOLT::EVENT_STEP_DONE && planned.reason == success;
         send(succeeds ? finish(success, document) : planned);
     });
@@ -259,9 +258,19 @@ void Service::work(int success, const std::string& document) {
     }
 }
 
-void Service::plan(const TimedEvent& timed) {
+void Service::plan(const TimedEvent& timed, const std::string& cause, bool held) {
     const Event event = timed.event;
-    m_events.after(timed.delayMs, [this, event] { send(event); });
+    schedule(timed.delayMs, cause, held, [this, event] { send(event); });
+}
+
+void Service::schedule(int delayMs, const std::string& cause, bool held,
+                       std::function<void()> action) {
+    if (!held) {
+        m_events.after(delayMs, std::move(action));
+        return;
+    }
+    m_events.hold(std::move(action));
+    m_journal.write("held", cause);
 }
 
 void Service::send(Event event) {

@@ -2,6 +2,7 @@
 // The object "/zolt/gui" on the bus, and the course behind its methods.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include <gio/gio.h>
@@ -33,8 +34,8 @@ class Service {
     // Sends what the scenario plans from the moment on which the name is ours.
     void start();
 
-    // Sends the event that has waited longest, of a scenario that holds them back.
-    void letOut();
+    // Sends the event that has been held longest, of a scenario that holds events.
+    void releaseNext();
 
   private:
     struct Call;
@@ -61,7 +62,10 @@ class Service {
     // Does the work that the reason SUCCESS tells of and returns the event for it.
     Event finish(int success, const std::string& document);
     void work(int success, const std::string& document);
-    void plan(const TimedEvent& timed);
+    void plan(const TimedEvent& timed, const std::string& cause, bool held);
+    // Runs ACTION, which sends one event that CAUSE leads to, after the delay or when it is
+    // released.
+    void schedule(int delayMs, const std::string& cause, bool held, std::function<void()> action);
     void send(Event event);
 
     const Scenario m_scenario;

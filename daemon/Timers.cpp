@@ -19,7 +19,11 @@ Timers::~Timers() {
     cancel();
 }
 
-bool Timers::releaseOne() {
+void Timers::hold(std::function<void()> action) {
+    m_held.push_back(std::move(action));
+}
+
+bool Timers::releaseNext() {
     if (m_held.empty()) {
         return false;
     }
@@ -30,10 +34,6 @@ bool Timers::releaseOne() {
 }
 
 void Timers::after(int delayMs, std::function<void()> action) {
-    if (m_holds) {
-        m_held.push_back(std::move(action));
-        return;
-    }
     auto* timer = new Timer{*this, std::move(action)};
     timer->source =
         g_timeout_add_full(G_PRIORITY_DEFAULT, static_cast<guint>(delayMs), fire, timer, release);

@@ -17,13 +17,12 @@ class Timers {
     Timers(const Timers&) = delete;
     Timers& operator=(const Timers&) = delete;
 
-    // From now on actions wait for their turn in releaseOne, whatever their delay.
-    void hold() { m_holds = true; }
-    // Runs the held action that was planned first; false when there is none.
-    bool releaseOne();
-
     void after(int delayMs, std::function<void()> action);
-    // Drops all that is due. Returns how many there were.
+    // ACTION waits for its turn in releaseNext.
+    void hold(std::function<void()> action);
+    // Runs the action that has been held longest; false when there is none.
+    bool releaseNext();
+    // Drops all actions, those that are held among them. Returns how many there were.
     size_t cancel();
 
   private:
@@ -32,7 +31,6 @@ class Timers {
     static void release(void* data);
 
     std::set<unsigned> m_sources;
-    bool m_holds = false;
     std::deque<std::function<void()>> m_held;
 };
 

@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <string>
 
+#include <unistd.h>
+
 #include <gio/gio.h>
 #include <glib-unix.h>
 
@@ -33,6 +35,7 @@ void end(Run& run, const std::string& reason) {
 
 void onNameAcquired(GDBusConnection* /*connection*/, const gchar* name, gpointer data) {
     auto& run = *static_cast<Run*>(data);
+    run.journal.write("process", std::to_string(getpid()));
     run.journal.write("start", name);
     run.service->start();
 }
@@ -58,8 +61,8 @@ gboolean onSignal(gpointer data) {
     return G_SOURCE_CONTINUE;
 }
 
-gboolean onLetOut(gpointer service) {
-    static_cast<standin::Service*>(service)->letOut();
+gboolean onRelease(gpointer service) {
+    static_cast<standin::Service*>(service)->releaseNext();
     return G_SOURCE_CONTINUE;
 }
 
@@ -104,7 +107,7 @@ int play(const standin::Options& options) {
         g_signal_connect(connection, "closed", G_CALLBACK(onClosed), &run);
         g_unix_signal_add(SIGTERM, onSignal, &run);
         g_unix_signal_add(SIGINT, onSignal, &run);
-        const guint letOut = g_unix_signal_add(SIGUSR1, onLetOut, &service);
+        const guint release = g_unix_signal_add(SIGUSR1, onRelease, &service);
         const guint owner = g_bus_own_name_on_connection(connection, standin::BUS_NAME,
                                                          G_BUS_NAME_OWNER_FLAGS_DO_NOT_QUEUE,
                                                          onNameAcquired, onNameLost, &run, nullptr);
@@ -115,7 +118,7 @@ int play(const standin::Options& options) {
             g_bus_unown_name(owner);
         }
         g_signal_handlers_disconnect_by_data(connection, &run);
-        g_source_remove(letOut);
+        g_source_remove(release);
     }
     g_main_loop_unref(run.loop);
     g_object_unref(connection);

@@ -293,12 +293,15 @@ TEST_F(DaemonProcess, WritesOneLineForEachCallReplyErrorAndEvent) {
     client->registerShop("two\nlines \\");
     client->call(zolt_gui_call_get_shop_info_list_sync);
     client->call(zolt_gui_call_application_cancelled_sync);
+    const pid_t process = daemon->program().pid();
     daemon->stop();
     const std::string refused =
         "error requestRegistrationShopInfo org.tizen.GDBus.ZoltContent.Error.InvalidDocument The "
         "registration document is refused: it is not well-formed XML";
     std::vector<std::string> lines = daemon->journal();
-    ASSERT_EQ(lines.size(), 17U);
+    ASSERT_EQ(lines.size(), 18U);
+    EXPECT_EQ(lines[0], "process " + std::to_string(process));
+    lines.erase(lines.begin());
     EXPECT_EQ(lines[12].rfind("reply getShopInfoList ", 0), 0U);
     lines.erase(lines.begin() + 12);
     EXPECT_EQ(lines, (std::vector<std::string>{
@@ -327,9 +330,10 @@ TEST_F(DaemonProcess, DropsWhatIsDueWhenTheUserLeaves) {
     EXPECT_TRUE(daemon->waitFor("cancelled 1"));
 }
 
-TEST_F(DaemonProcess, HoldsEventsBackUntilEachIsLetOutByItself) {
+TEST_F(DaemonProcess, HoldsEveryEventUntilItIsReleased) {
     start("[daemon]\nhold=true\ndelay=1\n[requestPincode]\nevents=1:7\n");
     client->call(zolt_gui_call_request_pincode_sync);
+    EXPECT_TRUE(daemon->waitFor("held requestPincode", 2));
     daemon->program().signal(SIGUSR1);
     EXPECT_TRUE(daemon->waitFor("event 1 7"));
     EXPECT_EQ(daemon->count("event 0 0"), 0);
@@ -340,6 +344,20 @@ TEST_F(DaemonProcess, HoldsEventsBackUntilEachIsLetOutByItself) {
     client->call(zolt_gui_call_request_pincode_sync);
     client->call(zolt_gui_call_application_cancelled_sync);
     EXPECT_TRUE(daemon->waitFor("cancelled 2"));
+}
+
+TEST_F(DaemonProcess, HoldsTheEventsOfOneMethodAndSendsThoseOfTheOthers) {
+    start("[daemon]\ndelay=1\n[requestPincode]\nhold=true\nfirst=1\n");
+    client->call(zolt_gui_call_request_pincode_sync);
+    EXPECT_TRUE(daemon->waitFor("held requestPincode"));
+    client->call(zolt_gui_call_request_shop_info_list_sync);
+    ASSERT_TRUE(client->waitForEvents(1));
+    daemon->program().signal(SIGUSR1);
+    ASSERT_TRUE(client->waitForEvents(2));
+    client->call(zolt_gui_call_request_pincode_sync);
+    ASSERT_TRUE(client->waitForEvents(3));
+    EXPECT_EQ(client->events, (Events{{0, 2}, {0, 0}, {0, 0}}));
+    EXPECT_EQ(daemon->count("held requestPincode"), 1);
 }
 
 TEST_F(DaemonProcess, DoesNotFindASetInTheLocalNetworkWhenTold) {
@@ -483,7 +501,7 @@ TEST_F(DaemonProcess, EndsWithStatusOneWhenItsNameIsTakenAndLeavesTheOtherAlone)
         support::runProgram({ZOLT_DAEMON_PROGRAM, "--set", daemon->folder().path()});
     EXPECT_EQ(second.status, 1);
     EXPECT_EQ(second.errors, "zolt-daemon: the name org.tizen.GDBus.ZoltContent is taken\n");
-    EXPECT_EQ(daemon->journal().size(), 1U);
+    EXPECT_EQ(daemon->journal().size(), 2U);
     EXPECT_EQ(client->call(zolt_gui_call_get_pincode_sync), "48201573");
 }
 
