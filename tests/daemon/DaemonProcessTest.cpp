@@ -542,6 +542,47 @@ TEST(DaemonActivation, TheFirstCallStartsTheDaemonAndTheNextOneAfterItsDeathDoes
     EXPECT_EQ(set.count("start org.tizen.GDBus.ZoltContent"), 2);
 }
 
+// WORD as the bus reads it back from a service file: quoted as for a shell, and then escaped as a
+// value of a key file.
+std::string wordOfServiceFile(const std::string& word) {
+    std::string text = "'";
+    for (const char character : word) {
+        if (character == '\'') {
+            text += "'\\\\''";
+        } else {
+            text += character == '\\' ? "\\\\" : std::string(1, character);
+        }
+    }
+    return text + "'";
+}
+
+std::string everyPrintableCharacter() {
+    std::string name = "\u00e9";
+    for (char character = ' '; character <= '~'; ++character) {
+        name += character != '/' ? std::string(1, character) : "";
+    }
+    return name;
+}
+
+TEST(DaemonActivation, TheNameOfTheSetsFolderMayHoldEveryPrintableCharacter) {
+    const support::TemporaryFolder above;
+    const std::string set = above.file(everyPrintableCharacter());
+    support::writeFile(set + "/config.xml",
+                       "<c><i name=\"ShopRegistrationFilePath\">data/registered</i></c>");
+    support::writeFile(set + "/scenario.ini",
+                       "[daemon]\nshops=two-levels\ndelay=1\n[getPincode]\nreply-file=pin\n");
+    support::writeFile(set + "/pin", "1234");
+    const support::PrivateBus bus(
+        {{StandInDaemon::busName(), commandFromTemplate(wordOfServiceFile(set))}});
+    const Client client(bus.address());
+    EXPECT_EQ(client.call(zolt_gui_call_get_pincode_sync), "1234");
+    EXPECT_EQ(client.registerShop(DOCUMENT), "");
+    ASSERT_TRUE(client.waitForEvents(1));
+    EXPECT_EQ(client.events, (Events{{0, 3}}));
+    EXPECT_EQ(support::readFile(set + "/data/registered.xml"), DOCUMENT);
+    EXPECT_TRUE(support::fileExists(set + "/daemon.log"));
+}
+
 TEST(DaemonCommandLine, TellsItsVersionAndItsUse) {
     const auto version = support::runProgram({ZOLT_DAEMON_PROGRAM, "--version"});
     EXPECT_EQ(version.status, 0);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The life of an application on the virtual set, as a process of its own.
 #include <csignal>
+#include <filesystem>
 #include <map>
 #include <string>
 #include <utility>
@@ -376,17 +377,47 @@ TEST_F(Control, AnExceptionOfTheProgramTellsTheClientThatTheSetEnded) {
     EXPECT_EQ(said().back(), "caught thrown by app control");
 }
 
-TEST_F(Control, TheNameOfTheFolderMayBeLong) {
-    std::string deep = folder();
-    for (int level = 0; level < 4; ++level) {
-        deep += "/" + std::string(60, 'x');
-        ASSERT_EQ(mkdir(deep.c_str(), 0755), 0);
+// Runs the probe in FOLDER, which it makes, and asks it by the control program.
+class ControlElsewhere : public ProbeSet {
+  protected:
+    void runIn(const std::string& folder) {
+        std::filesystem::create_directories(folder);
+        writeTo(folder + "/set.ini", "[Set]\nModel=M 1\n");
+        start({}, {{"VIRTUAL_SET_DIR", folder}});
+        ASSERT_TRUE(waitFor([&] {
+            return contentsOf(folder + "/zolt.log").find("PROBE: resume") != std::string::npos;
+        }));
+        EXPECT_EQ(ask(folder, {"get", "Set", "Model"}), "M 1\n");
+        EXPECT_EQ(ask(folder, {"set", "Accessibility", "FocusZoom", "1"}), "");
+        // The file's own watch tells the program of a change that somebody else has made.
+        writeTo(folder + "/set.ini", "[Accessibility]\nFocusZoom=2\n");
+        EXPECT_TRUE(waitFor([&] {
+            const std::string log = contentsOf(folder + "/zolt.log");
+            return log.find("vconf changed", log.find("vconf changed") + 1) != std::string::npos;
+        }));
+        EXPECT_EQ(ask(folder, {"quit"}), "");
+        EXPECT_EQ(probe().wait(), 0);
     }
-    start({}, {{"VIRTUAL_SET_DIR", deep}});
-    ASSERT_TRUE(waitFor(
-        [&] { return contentsOf(deep + "/zolt.log").find("PROBE: resume") != std::string::npos; }));
-    EXPECT_EQ(runToEnd(CONTROL_PROGRAM, {"--set", deep, "quit"}, {}, file("out")).status, 0);
-    EXPECT_EQ(probe().wait(), 0);
+
+  private:
+    std::string ask(const std::string& folder, const std::vector<std::string>& words) const {
+        std::vector<std::string> arguments = {"--set", folder};
+        arguments.insert(arguments.end(), words.begin(), words.end());
+        return runToEnd(CONTROL_PROGRAM, arguments, {}, file("out")).output;
+    }
+};
+
+TEST_F(ControlElsewhere, TheNameOfTheFolderMayBeLong) {
+    const std::string part = "/" + std::string(60, 'x');
+    runIn(folder() + part + part + part + part);
+}
+
+TEST_F(ControlElsewhere, TheNameOfTheFolderMayHoldEveryPrintableCharacter) {
+    std::string name = "/\u00e9";
+    for (char character = ' '; character <= '~'; ++character) {
+        name += character != '/' ? std::string(1, character) : "";
+    }
+    runIn(folder() + name);
 }
 
 }  // namespace platform_test
