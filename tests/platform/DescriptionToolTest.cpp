@@ -6,7 +6,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Child.h"
 #include "PrivateSet.h"
 #include "host/control/ControlUsage.h"
 
@@ -14,16 +13,16 @@ namespace platform_test {
 
 class DescriptionTool : public PrivateSet {
   protected:
-    Outcome ask(const std::vector<std::string>& words) const {
-        std::vector<std::string> arguments = {"--description", file("a set.ini")};
-        arguments.insert(arguments.end(), words.begin(), words.end());
-        return runToEnd(CONTROL_PROGRAM, arguments, {}, file("out"));
+    support::ProgramResult ask(const std::vector<std::string>& words) const {
+        std::vector<std::string> command = {CONTROL_PROGRAM, "--description", file("a set.ini")};
+        command.insert(command.end(), words.begin(), words.end());
+        return support::runProgram(command);
     }
-    void write(const std::string& text) const { writeTo(file("a set.ini"), text); }
+    void write(const std::string& text) const { support::writeFile(file("a set.ini"), text); }
 };
 
 TEST_F(DescriptionTool, DescribesAnAbsentFileByItsDefaults) {
-    const Outcome answer = ask({"describe"});
+    const support::ProgramResult answer = ask({"describe"});
     EXPECT_EQ(answer.status, 0);
     EXPECT_EQ(answer.output,
               "Screen Width=1920\nScreen Height=1080\n"
@@ -41,7 +40,7 @@ TEST_F(DescriptionTool, DescribesAnAbsentFileByItsDefaults) {
 
 TEST_F(DescriptionTool, DescribesEachValueOnOneLine) {
     write("[Set]\nModel=a\\nb\\\\c=d\n[Language]\nLanguage=ar_EG.utf8\n");
-    const Outcome answer = ask({"describe"});
+    const support::ProgramResult answer = ask({"describe"});
     EXPECT_EQ(answer.status, 0);
     EXPECT_THAT(answer.output, testing::HasSubstr("\nSet Model=a\\nb\\\\c=d\n"));
     EXPECT_THAT(answer.output, testing::HasSubstr("\nLanguage Direction=rtl\n"));
@@ -49,16 +48,14 @@ TEST_F(DescriptionTool, DescribesEachValueOnOneLine) {
 
 TEST_F(DescriptionTool, TellsWhatIsWrongWithSingleValuesAndUsesTheirDefaults) {
     write("[Screen]\nWidth=wide\nDepth=3\n[Set]\nModel=\xff\n");
-    const Outcome answer = ask({"describe"});
+    const support::ProgramResult answer = ask({"describe"});
     EXPECT_EQ(answer.status, 0);
-    EXPECT_EQ(
-        answer.output.find("virtual-set-control: [Screen] Width=wide is not a number from 1 to "
-                           "16384; 1920 is used\n"
-                           "virtual-set-control: [Set] Model is not UTF-8; its default is used\n"
-                           "virtual-set-control: [Screen] Depth is an unknown key, ignored\n"
-                           "Screen Width=1920\n"),
-        0)
-        << answer.output;
+    EXPECT_EQ(answer.errors,
+              "virtual-set-control: [Screen] Width=wide is not a number from 1 to 16384; 1920 is "
+              "used\n"
+              "virtual-set-control: [Set] Model is not UTF-8; its default is used\n"
+              "virtual-set-control: [Screen] Depth is an unknown key, ignored\n");
+    EXPECT_EQ(answer.output.find("Screen Width=1920\n"), 0) << answer.output;
     EXPECT_THAT(answer.output, testing::HasSubstr("\nSet Model=VIRTUAL-SET\n"));
 }
 
@@ -67,10 +64,11 @@ TEST_F(DescriptionTool, RefusesAFileThatIsNoKeyFile) {
     for (const std::vector<std::string>& words : {std::vector<std::string>{"describe"},
                                                   {"get", "Set", "Model"},
                                                   {"set", "Set", "Model", "M"}}) {
-        const Outcome answer = ask(words);
+        const support::ProgramResult answer = ask(words);
         EXPECT_EQ(answer.status, 1);
-        EXPECT_EQ(answer.output.find("virtual-set-control: " + file("a set.ini") + ": "), 0)
-            << answer.output;
+        EXPECT_EQ(answer.output, "");
+        EXPECT_EQ(answer.errors.find("virtual-set-control: " + file("a set.ini") + ": "), 0)
+            << answer.errors;
     }
     EXPECT_EQ(contentsOf(file("a set.ini")), "this is no key file\n");
 }
@@ -84,9 +82,9 @@ TEST_F(DescriptionTool, ChangesOneValueAndKeepsTheRest) {
 }
 
 TEST_F(DescriptionTool, RefusesAValueThatASetCannotHave) {
-    const Outcome answer = ask({"set", "Screen", "Width", "0"});
+    const support::ProgramResult answer = ask({"set", "Screen", "Width", "0"});
     EXPECT_EQ(answer.status, 1);
-    EXPECT_EQ(answer.output,
+    EXPECT_EQ(answer.errors,
               "virtual-set-control: Screen Width has to be a number from 1 to 16384\n");
     EXPECT_EQ(contentsOf(file("a set.ini")), "");
 }
@@ -101,7 +99,7 @@ TEST_F(DescriptionTool, RefusesWhatNeedsARunningSet) {
     }
     EXPECT_EQ(ask({}).status, 2);
     EXPECT_EQ(ask({"get", "Set", "Colour"}).status, 2);
-    EXPECT_EQ(runToEnd(CONTROL_PROGRAM, {"--description"}, {}, file("out")).status, 2);
+    EXPECT_EQ(support::runProgram({CONTROL_PROGRAM, "--description"}).status, 2);
 }
 
 TEST_F(DescriptionTool, LeavesNoLogWhereItIsCalled) {

@@ -7,8 +7,6 @@
 #include <string>
 #include <vector>
 
-#include <unistd.h>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -19,26 +17,14 @@ namespace platform_test {
 class Display : public ProbeSet {
   protected:
     void SetUp() override {
-        int pipeEnds[2] = {};
-        ASSERT_EQ(pipe(pipeEnds), 0);
         // A server that resets itself when its last client leaves would throw out the next one.
-        m_server = std::make_unique<Child>(
-            "Xvfb",
-            std::vector<std::string>{"-displayfd", std::to_string(pipeEnds[1]), "-screen", "0",
-                                     "640x360x24", "-nolisten", "tcp", "-noreset"},
-            Environment{}, file("xvfb.out"), pipeEnds[1]);
-        close(pipeEnds[1]);
-        std::string number;
-        char digit = 0;
-        while (read(pipeEnds[0], &digit, 1) == 1 && digit != '\n') {
-            number += digit;
-        }
-        close(pipeEnds[0]);
-        ASSERT_NE(number, "");
-        m_name = ":" + number;
-        m_manager = std::make_unique<Child>("matchbox-window-manager",
-                                            std::vector<std::string>{"-use_titlebar", "no"},
-                                            Environment{{"DISPLAY", m_name}}, file("wm.out"));
+        m_server = startProgram({"Xvfb", "-displayfd", "1", "-screen", "0", "640x360x24",
+                                 "-nolisten", "tcp", "-noreset"},
+                                {});
+        ASSERT_TRUE(waitFor([this] { return m_server->output().find('\n') != std::string::npos; }));
+        m_name = ":" + firstWord(m_server->output());
+        m_manager =
+            startProgram({"matchbox-window-manager", "-use_titlebar", "no"}, {{"DISPLAY", m_name}});
         ASSERT_TRUE(waitFor([this] {
             return tool("xprop", {"-root", "_NET_SUPPORTING_WM_CHECK"}).output.find("window id") !=
                    std::string::npos;
@@ -52,8 +38,11 @@ class Display : public ProbeSet {
         m_server.reset();
     }
 
-    Outcome tool(const std::string& program, const std::vector<std::string>& arguments) const {
-        return runToEnd(program, arguments, {{"DISPLAY", m_name}}, file("tool.out"));
+    support::ProgramResult tool(const std::string& program,
+                                const std::vector<std::string>& arguments) const {
+        std::vector<std::string> command = {program};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        return support::runProgram(command, {"", {{"DISPLAY", m_name}}, ""});
     }
 
     // Starts the probe and waits until its window has the keyboard.
@@ -72,7 +61,7 @@ class Display : public ProbeSet {
     // Whether the kernel has nothing to run for the probe. One that is only waiting for its turn
     // does not sleep.
     bool sleeps() {
-        std::ifstream stat("/proc/" + std::to_string(probe().id()) + "/stat");
+        std::ifstream stat("/proc/" + std::to_string(probe().pid()) + "/stat");
         const std::string line{std::istreambuf_iterator<char>(stat), {}};
         const std::string::size_type name = line.rfind(") ");
         return name != std::string::npos && line[name + 2] == 'S';
@@ -85,8 +74,8 @@ class Display : public ProbeSet {
         tool("xdotool", {"key", "a"});
         ASSERT_TRUE(logHas(sign));
         ASSERT_TRUE(waitFor([this] { return sleeps(); }));
-        server().send(SIGKILL);
-        EXPECT_NE(probe().wait(), -1);
+        server().signal(SIGKILL);
+        EXPECT_NE(probeStatus(), -1);
         EXPECT_TRUE(logHas("The X server of the set is gone: the main loop ends"));
         EXPECT_THAT(said(), testing::Contains("terminate"));
     }
@@ -97,11 +86,11 @@ class Display : public ProbeSet {
 
     const std::string& window() const { return m_window; }
     const std::string& displayName() const { return m_name; }
-    Child& server() { return *m_server; }
+    support::Program& server() { return *m_server; }
 
   private:
-    std::unique_ptr<Child> m_server;
-    std::unique_ptr<Child> m_manager;
+    std::unique_ptr<support::Program> m_server;
+    std::unique_ptr<support::Program> m_manager;
     std::string m_name;
     std::string m_window;
 };
@@ -205,11 +194,8 @@ TEST_F(Display, OneWindowFollowingAnotherIsNoPause) {
 TEST_F(Display, ClosingTheLastWindowEndsTheApplication) {
     startProbe({});
     // As the close button of a window manager does.
-    EXPECT_EQ(runToEnd(PLATFORM_PROBE, {"close", window()}, {{"DISPLAY", displayName()}},
-                       file("close.out"))
-                  .status,
-              0);
-    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(tool(PLATFORM_PROBE, {"close", window()}).status, 0);
+    EXPECT_EQ(probeStatus(), 0);
     EXPECT_EQ(said().back(), "ui_app_main returned 0");
 }
 
@@ -227,8 +213,8 @@ TEST_F(Display, AnApplicationThatEndsBeforeItsFirstLaunchIsNotTerminated) {
     start({"outlive-server-in-create"},
           {{"DISPLAY", displayName()}, {"ELM_DISPLAY", "x11"}, {"ELM_ENGINE", "software_x11"}});
     ASSERT_TRUE(logHas("PROBE: waiting for the server's end"));
-    server().send(SIGKILL);
-    EXPECT_EQ(probe().wait(), 3);
+    server().signal(SIGKILL);
+    EXPECT_EQ(probeStatus(), 3);
     EXPECT_THAT(said(), testing::Not(testing::Contains("app control 1")));
     EXPECT_THAT(said(), testing::Not(testing::Contains("terminate")));
     EXPECT_EQ(said().back(), "ui_app_main returned -17760255");
@@ -238,8 +224,8 @@ TEST_F(Display, AServerThatDiesDuringARequestEndsTheProcessOnTheSpot) {
     startProbe({"ask-dead-server"});
     tool("xdotool", {"key", "a"});
     ASSERT_TRUE(logHas("waiting for the server's end"));
-    server().send(SIGKILL);
-    EXPECT_EQ(probe().wait(), 1);
+    server().signal(SIGKILL);
+    EXPECT_EQ(probeStatus(), 1);
     EXPECT_TRUE(logHas("The X server of the set is gone: the process ends here"));
     EXPECT_EQ(said().back(), "waiting for the server's end");
 }

@@ -183,14 +183,14 @@ using DlogProcess = ProbeSet;
 
 TEST_F(DlogProcess, ClosedStandardDescriptorsAreOccupiedFromTheFirstLineOn) {
     start({"leave"});
-    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(probeStatus(), 0);
     EXPECT_TRUE(logHas("descriptor 1: /dev/null"));
     EXPECT_TRUE(logHas("descriptor 2: " + file("stderr.log")));
 }
 
 TEST_F(DlogProcess, AStaticDestructorThatRunsLastMayStillLog) {
     start({"leave", "farewell"});
-    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(probeStatus(), 0);
     EXPECT_EQ(said().back(), "farewell");
 }
 

@@ -50,39 +50,39 @@ using Lifecycle = ProbeSet;
 
 TEST_F(Lifecycle, RunsFromCreateOverAppControlAndResumeToTerminate) {
     start({"leave"});
-    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(probeStatus(), 0);
     EXPECT_EQ(afterStart(said()), (Lines{"create, scale 1.000000", "app control 1", "resume",
                                          "terminate", "ui_app_main returned 0"}));
 }
 
 TEST_F(Lifecycle, TheLogSaysThatThisIsAVirtualSet) {
     start({"leave"});
-    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(probeStatus(), 0);
     EXPECT_TRUE(logHas("This is a virtual set"));
 }
 
 TEST_F(Lifecycle, TheToolkitStartsNoHelperThatOutlivesTheSet) {
     start({"leave"});
-    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(probeStatus(), 0);
     EXPECT_NE(access(file(".ecore").c_str(), F_OK), 0);
 }
 
 TEST_F(Lifecycle, TheScaleFollowsTheHeightOfTheSet) {
     describe("[Screen]\nWidth=1280\nHeight=720\n");
     start({"leave"});
-    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(probeStatus(), 0);
     EXPECT_TRUE(logHas("create, scale 0.666667"));
 }
 
 TEST_F(Lifecycle, SourcesOfGlibFireInTheMainLoop) {
     start({"source"});
-    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(probeStatus(), 0);
     EXPECT_TRUE(logHas("a GLib source fired"));
 }
 
 TEST_F(Lifecycle, PausesWithTheLastVisibleWindowAndResumesWithTheFirst) {
     start({"windows"});
-    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(probeStatus(), 0);
     EXPECT_EQ(afterStart(said()),
               (Lines{"create, scale 1.000000", "app control 1", "resume", "hiding the upper window",
                      "hiding the lower window", "pause", "showing the lower window", "resume",
@@ -91,14 +91,14 @@ TEST_F(Lifecycle, PausesWithTheLastVisibleWindowAndResumesWithTheFirst) {
 
 TEST_F(Lifecycle, AnApplicationThatRefusesItsCreationDoesNotRun) {
     start({"refuse"});
-    EXPECT_EQ(probe().wait(), 3);
+    EXPECT_EQ(probeStatus(), 3);
     EXPECT_EQ(afterStart(said()),
               (Lines{"create, scale 1.000000", "ui_app_main returned -17760255"}));
 }
 
 TEST_F(Lifecycle, ASignalDuringTheCreationEndsTheApplicationAfterItsFirstLaunch) {
     start({"raise-in-create"});
-    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(probeStatus(), 0);
     EXPECT_EQ(afterStart(said()), (Lines{"create, scale 1.000000", "app control 1", "resume",
                                          "terminate", "ui_app_main returned 0"}));
 }
@@ -111,7 +111,7 @@ TEST_F(Lifecycle, ExceptionsOfEveryKindOfCallbackReachTheCaller) {
         {"throw-job", "caught thrown by the toolkit's loop"}};
     for (const auto& [wish, line] : cases) {
         start({wish});
-        EXPECT_EQ(probe().wait(), 1) << wish;
+        EXPECT_EQ(probeStatus(), 1) << wish;
         EXPECT_EQ(said().back(), line);
         EXPECT_THAT(said(), testing::Not(testing::Contains("terminate"))) << wish;
     }
@@ -121,19 +121,19 @@ TEST_F(Lifecycle, AnExceptionOfAChangeNoticeReachesTheCaller) {
     start({"throw-notice"});
     ASSERT_TRUE(logHas("PROBE: resume"));
     describe("[Accessibility]\nFocusZoom=1\n");
-    EXPECT_EQ(probe().wait(), 1);
+    EXPECT_EQ(probeStatus(), 1);
     EXPECT_EQ(said().back(), "caught thrown by a notice");
 }
 
 TEST_F(Lifecycle, AnExceptionOfTerminateReachesTheCaller) {
     start({"leave", "throw-terminate"});
-    EXPECT_EQ(probe().wait(), 1);
+    EXPECT_EQ(probeStatus(), 1);
     EXPECT_EQ(said().back(), "caught thrown by terminate");
 }
 
 TEST_F(Lifecycle, AnExceptionWithAWindowOpenEndsInOrder) {
     start({"window", "throw-source"});
-    EXPECT_EQ(probe().wait(), 1);
+    EXPECT_EQ(probeStatus(), 1);
     EXPECT_EQ(said().back(), "caught thrown by a GLib source");
 }
 
@@ -141,15 +141,15 @@ TEST_F(Lifecycle, TerminationSignalsEndTheMainLoopInOrder) {
     for (const int signal : {SIGTERM, SIGINT}) {
         start({});
         ASSERT_TRUE(logHas("PROBE: resume", signal == SIGTERM ? 1 : 2));
-        probe().send(signal);
-        EXPECT_EQ(probe().wait(), 0);
+        probe().signal(signal);
+        EXPECT_EQ(probeStatus(), 0);
         EXPECT_EQ(said().back(), "ui_app_main returned 0");
     }
 }
 
 TEST_F(Lifecycle, WithoutItsDisplayTheApplicationDoesNotRun) {
     start({}, {{"ELM_ENGINE", ""}, {"ELM_DISPLAY", "x11"}, {"DISPLAY", ":0.no-such-server"}});
-    EXPECT_EQ(probe().wait(), 3);
+    EXPECT_EQ(probeStatus(), 3);
     EXPECT_EQ(said().back(), "ui_app_main returned -17760255");
     EXPECT_TRUE(logHas("The X server of the set cannot be reached"));
 }
@@ -172,7 +172,7 @@ TEST_F(Watchdog, AbortsAProcessWhoseMainLoopDoesNotTurn) {
     start({"stall"}, {{"VIRTUAL_SET_STALL_SECONDS", LIMIT}});
     ASSERT_TRUE(logHas("PROBE: resume"));
     control({"app-control"});
-    EXPECT_EQ(probe().wait(), 128 + SIGABRT);
+    EXPECT_EQ(probeStatus(), 128 + SIGABRT);
     EXPECT_EQ(said().back(), "stalling");
     EXPECT_TRUE(logHas("The main loop has not turned for 10 seconds: the process is aborted"));
 }
@@ -182,13 +182,13 @@ TEST_F(Watchdog, TakesItsTimeFromTheDescription) {
     start({"stall"});
     ASSERT_TRUE(logHas("PROBE: resume"));
     control({"app-control"});
-    EXPECT_EQ(probe().wait(), 128 + SIGABRT);
+    EXPECT_EQ(probeStatus(), 128 + SIGABRT);
     EXPECT_TRUE(logHas("The main loop has not turned for 11 seconds: the process is aborted"));
 }
 
 TEST_F(Watchdog, LetsALoopWaitThatHasNothingToDo) {
     start({"idle"}, {{"VIRTUAL_SET_STALL_SECONDS", LIMIT}});
-    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(probeStatus(), 0);
     EXPECT_EQ(said().back(), "ui_app_main returned 0");
 }
 
@@ -198,17 +198,17 @@ TEST_F(Watchdog, DoesNotCountTimeInWhichTheProcessWasStopped) {
     // The watchdog looks once a second: one look that finds the loop in this turn, the stop, and
     // the look after it, which must not count in full.
     letPass(3);
-    probe().send(SIGSTOP);
+    probe().signal(SIGSTOP);
     letPass(13);
-    probe().send(SIGCONT);
+    probe().signal(SIGCONT);
     letPass(2);
-    probe().send(SIGUSR1);
-    EXPECT_EQ(probe().wait(), 0);
+    probe().signal(SIGUSR1);
+    EXPECT_EQ(probeStatus(), 0);
 }
 
 TEST_F(Watchdog, LeavesTerminateItsTime) {
     start({"leave", "slow-end"}, {{"VIRTUAL_SET_STALL_SECONDS", LIMIT}});
-    EXPECT_EQ(probe().wait(), 0);
+    EXPECT_EQ(probeStatus(), 0);
     EXPECT_EQ(said().back(), "ui_app_main returned 0");
 }
 
@@ -222,9 +222,9 @@ class Control : public ProbeSet {
 
 TEST_F(Control, PingTellsTheProcess) {
     startAndWait({});
-    const Outcome answer = control({"ping"});
+    const support::ProgramResult answer = control({"ping"});
     EXPECT_EQ(answer.status, 0);
-    EXPECT_EQ(answer.output, "process " + std::to_string(probe().id()) + "\n");
+    EXPECT_EQ(answer.output, "process " + std::to_string(probe().pid()) + "\n");
     EXPECT_EQ(quit(), 0);
 }
 
@@ -292,12 +292,12 @@ TEST_F(Control, WrongQuestionsAreAnsweredClearly) {
     EXPECT_EQ(control({"poweroff", "x"}).status, 2);
     EXPECT_EQ(control({"--fast"}).status, 2);
     EXPECT_EQ(control({}).status, 2);
-    const Outcome unknown = control({"get", "Set", "Colour"});
+    const support::ProgramResult unknown = control({"get", "Set", "Colour"});
     EXPECT_EQ(unknown.status, 2);
-    EXPECT_EQ(unknown.output, "virtual-set-control: a set has no value Set Colour\n");
-    const Outcome bad = control({"set", "Screen", "Width", "x"});
+    EXPECT_EQ(unknown.errors, "virtual-set-control: a set has no value Set Colour\n");
+    const support::ProgramResult bad = control({"set", "Screen", "Width", "x"});
     EXPECT_EQ(bad.status, 1);
-    EXPECT_EQ(bad.output, "virtual-set-control: Screen Width has to be a number from 1 to 16384\n");
+    EXPECT_EQ(bad.errors, "virtual-set-control: Screen Width has to be a number from 1 to 16384\n");
     EXPECT_EQ(quit(), 0);
 }
 
@@ -331,10 +331,10 @@ TEST_F(Control, EveryVerbOfTheHelpHasAnAction) {
 }
 
 TEST_F(Control, WhereNoSetRunsTheProgramSaysSo) {
-    const Outcome answer = control({"ping"});
+    const support::ProgramResult answer = control({"ping"});
     EXPECT_EQ(answer.status, 1);
     EXPECT_EQ(
-        answer.output.compare(0, 38, "virtual-set-control: no set runs in " + folder(), 0, 38), 0);
+        answer.errors.compare(0, 38, "virtual-set-control: no set runs in " + folder(), 0, 38), 0);
 }
 
 TEST_F(Control, ASetThatHasEndedLeavesNoSocket) {
@@ -346,8 +346,8 @@ TEST_F(Control, ASetThatHasEndedLeavesNoSocket) {
 
 TEST_F(Control, ASetTakesOverTheSocketOfOneThatCrashed) {
     startAndWait({});
-    probe().send(SIGKILL);
-    EXPECT_EQ(probe().wait(), 128 + SIGKILL);
+    probe().signal(SIGKILL);
+    EXPECT_EQ(probeStatus(), 128 + SIGKILL);
     start({});
     ASSERT_TRUE(logHas("PROBE: resume", 2));
     EXPECT_EQ(control({"ping"}).status, 0);
@@ -356,24 +356,23 @@ TEST_F(Control, ASetTakesOverTheSocketOfOneThatCrashed) {
 
 TEST_F(Control, ASecondSetInTheSameFolderLeavesTheFirstItsSocket) {
     startAndWait({});
-    Child second(PLATFORM_PROBE, {"leave"},
-                 {{"VIRTUAL_SET_DIR", folder()},
-                  {"HOME", folder()},
-                  {"XDG_RUNTIME_DIR", folder()},
-                  {"ELM_ENGINE", "buffer"},
-                  {"ELM_DISPLAY", "buffer"}},
-                 file("second.out"));
-    EXPECT_EQ(second.wait(), 0);
+    const auto second = startProgram({PLATFORM_PROBE, "leave"}, {{"VIRTUAL_SET_DIR", folder()},
+                                                                 {"HOME", folder()},
+                                                                 {"XDG_RUNTIME_DIR", folder()},
+                                                                 {"ELM_ENGINE", "buffer"},
+                                                                 {"ELM_DISPLAY", "buffer"}});
+    EXPECT_TRUE(second->wait());
+    EXPECT_EQ(second->status(), 0);
     EXPECT_TRUE(logHas("This set cannot be controlled from outside"));
-    EXPECT_EQ(control({"ping"}).output, "process " + std::to_string(probe().id()) + "\n");
+    EXPECT_EQ(control({"ping"}).output, "process " + std::to_string(probe().pid()) + "\n");
     EXPECT_EQ(quit(), 0);
 }
 
 TEST_F(Control, AnExceptionOfTheProgramTellsTheClientThatTheSetEnded) {
     startAndWait({"throw-again"});
-    const Outcome answer = control({"app-control"});
+    const support::ProgramResult answer = control({"app-control"});
     EXPECT_EQ(answer.status, 1);
-    EXPECT_EQ(probe().wait(), 1);
+    EXPECT_EQ(probeStatus(), 1);
     EXPECT_EQ(said().back(), "caught thrown by app control");
 }
 
@@ -382,7 +381,7 @@ class ControlElsewhere : public ProbeSet {
   protected:
     void runIn(const std::string& folder) {
         std::filesystem::create_directories(folder);
-        writeTo(folder + "/set.ini", "[Set]\nModel=M 1\n");
+        support::writeFile(folder + "/set.ini", "[Set]\nModel=M 1\n");
         start({}, {{"VIRTUAL_SET_DIR", folder}});
         ASSERT_TRUE(waitFor([&] {
             return contentsOf(folder + "/zolt.log").find("PROBE: resume") != std::string::npos;
@@ -390,20 +389,20 @@ class ControlElsewhere : public ProbeSet {
         EXPECT_EQ(ask(folder, {"get", "Set", "Model"}), "M 1\n");
         EXPECT_EQ(ask(folder, {"set", "Accessibility", "FocusZoom", "1"}), "");
         // The file's own watch tells the program of a change that somebody else has made.
-        writeTo(folder + "/set.ini", "[Accessibility]\nFocusZoom=2\n");
+        support::writeFile(folder + "/set.ini", "[Accessibility]\nFocusZoom=2\n");
         EXPECT_TRUE(waitFor([&] {
             const std::string log = contentsOf(folder + "/zolt.log");
             return log.find("vconf changed", log.find("vconf changed") + 1) != std::string::npos;
         }));
         EXPECT_EQ(ask(folder, {"quit"}), "");
-        EXPECT_EQ(probe().wait(), 0);
+        EXPECT_EQ(probeStatus(), 0);
     }
 
   private:
     std::string ask(const std::string& folder, const std::vector<std::string>& words) const {
-        std::vector<std::string> arguments = {"--set", folder};
-        arguments.insert(arguments.end(), words.begin(), words.end());
-        return runToEnd(CONTROL_PROGRAM, arguments, {}, file("out")).output;
+        std::vector<std::string> command = {CONTROL_PROGRAM, "--set", folder};
+        command.insert(command.end(), words.begin(), words.end());
+        return support::runProgram(command).output;
     }
 };
 

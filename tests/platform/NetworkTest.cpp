@@ -25,8 +25,9 @@ class Network : public PrivateSet {
   protected:
     void device(const std::string& name, const std::string& type) const {
         fs::create_directories(file("net/" + name + "/device"));
-        writeTo(file("net/" + name + "/type"), type + "\n");
-        writeTo(file("net/" + name + "/address"), "02:00:00:00:00:0" + name.substr(4) + "\n");
+        support::writeFile(file("net/" + name + "/type"), type + "\n");
+        support::writeFile(file("net/" + name + "/address"),
+                           "02:00:00:00:00:0" + name.substr(4) + "\n");
     }
 
     host::NetworkSources sources() const {
@@ -55,11 +56,11 @@ TEST_F(Network, OnlyEthernetAndWirelessDevicesAreConnections) {
 TEST_F(Network, TheDefaultRouteWithTheLowestMetricLeadsTheList) {
     device("eth-1", "1");
     device("eth-2", "1");
-    writeTo(file("route"),
-            "Iface Destination Gateway Flags RefCnt Use Metric Mask MTU Window IRTT\n"
-            "eth-1 00000000 010200C0 0003 0 0 600 00000000 0 0 0\n"
-            "eth-2 00000000 020200C0 0003 0 0 100 00000000 0 0 0\n"
-            "eth-1 000200C0 00000000 0001 0 0 100 00FFFFFF 0 0 0\n");
+    support::writeFile(file("route"),
+                       "Iface Destination Gateway Flags RefCnt Use Metric Mask MTU Window IRTT\n"
+                       "eth-1 00000000 010200C0 0003 0 0 600 00000000 0 0 0\n"
+                       "eth-2 00000000 020200C0 0003 0 0 100 00000000 0 0 0\n"
+                       "eth-1 000200C0 00000000 0001 0 0 100 00FFFFFF 0 0 0\n");
     const host::Network network = host::Network::machine(sources());
     ASSERT_EQ(network.interfaces.size(), 2U);
     EXPECT_EQ(network.interfaces[0].name, "eth-2");
@@ -70,8 +71,9 @@ TEST_F(Network, TheDefaultRouteWithTheLowestMetricLeadsTheList) {
 }
 
 TEST_F(Network, NameServersStandInTheOrderOfTheResolver) {
-    writeTo(file("resolv.conf"),
-            "# nameserver 203.0.113.1\nsearch x\nnameserver 192.0.2.7\nnameserver 2001:db8::1\n");
+    support::writeFile(
+        file("resolv.conf"),
+        "# nameserver 203.0.113.1\nsearch x\nnameserver 192.0.2.7\nnameserver 2001:db8::1\n");
     EXPECT_EQ(host::Network::machine(sources()).nameServers,
               (std::vector<std::string>{"192.0.2.7", "2001:db8::1"}));
 }

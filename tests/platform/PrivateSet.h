@@ -7,28 +7,29 @@
 
 #include <gtest/gtest.h>
 
+#include "support/TestSupport.h"
+
 namespace platform_test {
 
-// Iterates GLib's default main context until CONDITION holds. False when it does not within a
-// minute.
+// Iterates GLib's default main context until CONDITION holds. False when it does not in time.
 bool waitFor(const std::function<bool()>& condition);
 
+// The content of a file, which may be absent as yet.
 std::string contentsOf(const std::string& path);
-void writeTo(const std::string& path, const std::string& text);
 
 // An empty folder, which VIRTUAL_SET_DIR names during the test.
 class PrivateSet : public ::testing::Test {
   protected:
     PrivateSet();
-    ~PrivateSet() override;
 
-    const std::string& folder() const { return m_folder; }
-    std::string file(const std::string& name) const { return m_folder + "/" + name; }
-    void describe(const std::string& text) const { writeTo(file("set.ini"), text); }
+    const std::string& folder() const { return m_folder.path(); }
+    std::string file(const std::string& name) const { return m_folder.file(name); }
+    void describe(const std::string& text) const { m_folder.write("set.ini", text); }
     std::string log() const { return contentsOf(file("zolt.log")); }
 
   private:
-    std::string m_folder;
+    support::TemporaryFolder m_folder;
+    support::ScopedEnvironment m_set;
 };
 
 }  // namespace platform_test

@@ -19,6 +19,13 @@ int occurrences(const std::string& text, const std::string& part) {
 
 }  // namespace
 
+std::unique_ptr<support::Program> startProgram(const std::vector<std::string>& command,
+                                               const Environment& environment) {
+    std::vector<std::string> words = {"setpriv", "--pdeathsig", "KILL"};
+    words.insert(words.end(), command.begin(), command.end());
+    return std::make_unique<support::Program>(words, support::ProgramOptions{"", environment, ""});
+}
+
 void ProbeSet::TearDown() {
     if (HasFailure()) {
         std::cerr << log() << contentsOf(file("stderr.log"));
@@ -26,12 +33,18 @@ void ProbeSet::TearDown() {
 }
 
 void ProbeSet::start(const std::vector<std::string>& wishes, const Environment& more) {
-    Environment environment = {{"VIRTUAL_SET_DIR", folder()}, {"HOME", folder()},
-                               {"XDG_RUNTIME_DIR", folder()}, {"EINA_LOG_LEVEL", "1"},
-                               {"EINA_LOG_BACKTRACE", "-1"},  {"ELM_ENGINE", "buffer"},
-                               {"ELM_DISPLAY", "buffer"},     {"CANBERRA_DRIVER", "null"}};
-    environment.insert(environment.end(), more.begin(), more.end());
-    m_probe = std::make_unique<Child>(PLATFORM_PROBE, wishes, environment, file("probe.out"));
+    Environment environment = more;
+    environment.insert({{"VIRTUAL_SET_DIR", folder()},
+                        {"HOME", folder()},
+                        {"XDG_RUNTIME_DIR", folder()},
+                        {"EINA_LOG_LEVEL", "1"},
+                        {"EINA_LOG_BACKTRACE", "-1"},
+                        {"ELM_ENGINE", "buffer"},
+                        {"ELM_DISPLAY", "buffer"},
+                        {"CANBERRA_DRIVER", "null"}});
+    std::vector<std::string> command = {PLATFORM_PROBE};
+    command.insert(command.end(), wishes.begin(), wishes.end());
+    m_probe = startProgram(command, environment);
 }
 
 bool ProbeSet::logHas(const std::string& text, int count) const {
@@ -52,15 +65,20 @@ std::vector<std::string> ProbeSet::said() const {
     return lines;
 }
 
-Outcome ProbeSet::control(const std::vector<std::string>& words) const {
-    std::vector<std::string> arguments = {"--set", folder()};
-    arguments.insert(arguments.end(), words.begin(), words.end());
-    return runToEnd(CONTROL_PROGRAM, arguments, {}, file("control.out"));
+support::ProgramResult ProbeSet::control(const std::vector<std::string>& words) const {
+    std::vector<std::string> command = {CONTROL_PROGRAM, "--set", folder()};
+    command.insert(command.end(), words.begin(), words.end());
+    return support::runProgram(command);
+}
+
+int ProbeSet::probeStatus() {
+    waitFor([this] { return !m_probe->running(); });
+    return m_probe->status();
 }
 
 int ProbeSet::quit() {
     control({"quit"});
-    return m_probe->wait();
+    return probeStatus();
 }
 
 }  // namespace platform_test

@@ -39,8 +39,8 @@ double peak(const std::string& bytes, std::size_t at) {
 
 // Writes the sound library's configuration of a machine whose only card is a file.
 void writeCard(const std::string& configuration, const std::string& card) {
-    writeTo(configuration, "pcm.!default { type file slave.pcm { type null } file \"" + card +
-                               "\" format raw }\n");
+    support::writeFile(configuration, "pcm.!default { type file slave.pcm { type null } file \"" +
+                                          card + "\" format raw }\n");
 }
 
 }  // namespace
@@ -77,9 +77,9 @@ INSTANTIATE_TEST_SUITE_P(All, SoundFile,
 class Sound : public ProbeSet {
   protected:
     void start(const Environment& more = {}) {
-        Environment environment = {{"CANBERRA_DRIVER", "alsa"},
-                                   {"ALSA_CONFIG_PATH", file("asound.conf")}};
-        environment.insert(environment.end(), more.begin(), more.end());
+        Environment environment = more;
+        environment.insert(
+            {{"CANBERRA_DRIVER", "alsa"}, {"ALSA_CONFIG_PATH", file("asound.conf")}});
         ProbeSet::start({"sounds"}, environment);
     }
 
@@ -114,7 +114,7 @@ TEST_F(Sound, ASoundSystemThatComesLaterIsUsedByTheNextSound) {
 
 TEST_F(Sound, AFileThatIsMissingOrNoSoundIsNotTakenForAMissingSoundSystem) {
     writeCard(file("asound.conf"), file("card"));
-    writeTo(file("back.wav"), "this is no sound");
+    support::writeFile(file("back.wav"), "this is no sound");
     std::filesystem::copy_file(std::string(SOUND_DIR) + "/blocked.wav", file("blocked.wav"));
     start({{"VIRTUAL_SET_SOUNDS", folder()}});
     ASSERT_TRUE(logHas("Sound 40 move: no file " + file("move.wav") + ", No such file"));

@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include "Child.h"
 #include "PrivateSet.h"
 #include "runtime_info.h"
 #include "vconf.h"
@@ -52,8 +51,8 @@ class Vconf : public PrivateSet {
 
     // Another process of the same set.
     static int otherProcess(const std::string& folder, const std::string& key, int value) {
-        return runToEnd(PLATFORM_PROBE, {"vconf", key, std::to_string(value)},
-                        {{"VIRTUAL_SET_DIR", folder}}, folder + "/other.out")
+        const support::ProgramOptions options{"", {{"VIRTUAL_SET_DIR", folder}}, ""};
+        return support::runProgram({PLATFORM_PROBE, "vconf", key, std::to_string(value)}, options)
             .status;
     }
 };
@@ -138,7 +137,7 @@ TEST_F(Vconf, AWrittenDescribedValueChangesTheDescription) {
 }
 
 TEST_F(Vconf, ABrokenFileOfKeptValuesIsReplaced) {
-    writeTo(file("vconf.ini"), "broken");
+    support::writeFile(file("vconf.ini"), "broken");
     int value = -1;
     EXPECT_NE(vconf_get_int("db/x", &value), 0);
     ASSERT_EQ(vconf_set_int("db/x", 1), 0);
@@ -187,7 +186,7 @@ TEST_F(Vconf, AnIgnoredKeyIsNotNoticed) {
 
 TEST_F(Vconf, AFileThatIsReplacedInOneStepIsNoticed) {
     ASSERT_EQ(vconf_notify_key_changed(ZOOM, count, nullptr), 0);
-    writeTo(file("draft"), "[Accessibility]\nFocusZoom=1\n");
+    support::writeFile(file("draft"), "[Accessibility]\nFocusZoom=1\n");
     ASSERT_EQ(std::rename(file("draft").c_str(), file("set.ini").c_str()), 0);
     EXPECT_TRUE(waitFor([] { return s_notices == 1; }));
 }
@@ -196,21 +195,21 @@ TEST_F(Vconf, AChangeBehindALinkToALinkIsNoticed) {
     namespace fs = std::filesystem;
     fs::create_directories(file("middle"));
     fs::create_directories(file("far/away"));
-    writeTo(file("far/away/own.ini"), "");
+    support::writeFile(file("far/away/own.ini"), "");
     fs::create_symlink(file("middle/next.ini"), file("set.ini"));
     fs::create_symlink("../far/away/own.ini", file("middle/next.ini"));
     ASSERT_EQ(vconf_notify_key_changed(ZOOM, count, nullptr), 0);
-    writeTo(file("far/away/own.ini"), "[Accessibility]\nFocusZoom=1\n");
+    support::writeFile(file("far/away/own.ini"), "[Accessibility]\nFocusZoom=1\n");
     ASSERT_TRUE(waitFor([] { return s_notices == 1; }));
 
     // The link in the middle is taken away, and comes back leading elsewhere.
     fs::create_directories(file("near"));
-    writeTo(file("near/own.ini"), "[Accessibility]\nFocusZoom=2\n");
+    support::writeFile(file("near/own.ini"), "[Accessibility]\nFocusZoom=2\n");
     fs::remove(file("middle/next.ini"));
     ASSERT_TRUE(waitFor([] { return s_notices == 2; }));
     fs::create_symlink(file("near/own.ini"), file("middle/next.ini"));
     ASSERT_TRUE(waitFor([] { return s_notices == 3; }));
-    writeTo(file("near/own.ini"), "[Accessibility]\nFocusZoom=11\n");
+    support::writeFile(file("near/own.ini"), "[Accessibility]\nFocusZoom=11\n");
     ASSERT_TRUE(waitFor([] { return s_notices == 4; }));
 }
 
