@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -29,9 +31,6 @@
 #include "vconf.h"
 
 namespace {
-
-// Seconds; the watchdog's limit of the tests that hold out longer is 10.
-constexpr int LONGER_THAN_THE_LIMIT = 13;
 
 struct Probe {
     std::vector<std::string> wishes;
@@ -215,22 +214,6 @@ void throwInJob(void*) {
     }
 }
 
-volatile sig_atomic_t s_told = 0;
-
-void onTold(int) {
-    s_told = 1;
-}
-
-gboolean beBusy(gpointer) {
-    std::signal(SIGUSR1, onTold);
-    say("busy");
-    while (s_told == 0) {
-        usleep(10000);
-    }
-    elm_exit();
-    return G_SOURCE_REMOVE;
-}
-
 gboolean sayFired(gpointer) {
     say("a GLib source fired");
     return G_SOURCE_REMOVE;
@@ -277,6 +260,17 @@ void describeDescriptors() {
         const ssize_t length = readlink(link.c_str(), target, sizeof target - 1);
         say("descriptor " + std::to_string(descriptor) + ": " + (length > 0 ? target : "free"));
     }
+}
+
+// Counts the threads of the process that watch its main loop.
+void countWatchdogs(const std::string& when) {
+    int count = 0;
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream file(task.path() / "comm");
+        std::string name;
+        count += std::getline(file, name) && name == "stall-watchdog" ? 1 : 0;
+    }
+    say(when + ": " + std::to_string(count) + " watchdog");
 }
 
 bool create(void* data) {
@@ -362,11 +356,8 @@ void launch(app_control_h request, void* data) {
     if (probe->wants("stall") && probe->launches > 1) {
         outliveEveryLimit();
     }
-    if (probe->wants("busy-until-told")) {
-        g_idle_add(beBusy, nullptr);
-    }
-    if (probe->wants("idle")) {
-        g_timeout_add_seconds(LONGER_THAN_THE_LIMIT, leave, nullptr);
+    if (probe->wants("watchdog")) {
+        countWatchdogs("at launch");
     }
     if (probe->wants("throw-source")) {
         g_idle_add(throwLater, nullptr);
@@ -393,11 +384,8 @@ void terminateProbe(void* data) {
     while (!static_cast<Probe*>(data)->windows.empty()) {
         evas_object_del(static_cast<Probe*>(data)->windows.back());
     }
-    if (static_cast<Probe*>(data)->wants("slow-end")) {
-        const gint64 end = g_get_monotonic_time() + LONGER_THAN_THE_LIMIT * G_TIME_SPAN_SECOND;
-        while (g_get_monotonic_time() < end) {
-            usleep(10000);
-        }
+    if (static_cast<Probe*>(data)->wants("watchdog")) {
+        countWatchdogs("at the end");
     }
     if (static_cast<Probe*>(data)->wants("throw-terminate")) {
         throw std::runtime_error("thrown by terminate");

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-// Counts how long the main loop has been in one turn.
+// Looks at the main loop from a thread of its own.
 #include "host/process/StallWatchdog.h"
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <string>
+
+#include <pthread.h>
 
 #include "host/base/HostLog.h"
 #include "host/toolkit/MainLoopBridge.h"
@@ -15,11 +16,10 @@ namespace host {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-using std::chrono::milliseconds;
-
 std::atomic<unsigned> s_turns{0};
 std::atomic<bool> s_waiting{false};
+
+constexpr const char* THREAD_NAME = "stall-watchdog";  // shown by debuggers and ps
 
 void goesToWait() {
     s_waiting = true;
@@ -43,6 +43,7 @@ StallWatchdog::StallWatchdog(int limit) : m_limit(limit) {
         s_waiting = false;
         MainLoopBridge::setNotices(goesToWait, hasWaited);
         m_thread = std::thread([this] { watch(); });
+        pthread_setname_np(m_thread.native_handle(), THREAD_NAME);
     }
 }
 
@@ -59,25 +60,15 @@ StallWatchdog::~StallWatchdog() {
     MainLoopBridge::setNotices(nullptr, nullptr);
 }
 
+LoopState StallWatchdog::observedLoop() {
+    return {s_turns, s_waiting};
+}
+
 void StallWatchdog::watch() {
-    const milliseconds limit = std::chrono::seconds(m_limit);
-    const milliseconds step = std::min(limit / 10, milliseconds(1000));
-    milliseconds stalled{0};
-    unsigned lastTurn = s_turns;
-    auto lastLook = Clock::now();
+    StallCounter counter(std::chrono::seconds(m_limit), observedLoop(), StallCounter::Clock::now());
     std::unique_lock<std::mutex> lock(m_guard);
-    while (!m_end.wait_for(lock, step, [this] { return m_over; })) {
-        const auto now = Clock::now();
-        const auto passed = std::chrono::duration_cast<milliseconds>(now - lastLook);
-        lastLook = now;
-        if (s_waiting || s_turns != lastTurn) {
-            lastTurn = s_turns;
-            stalled = milliseconds(0);
-            continue;
-        }
-        // A look that comes much too late means that this thread was stopped too.
-        stalled += std::min(passed, step * 2);
-        if (stalled >= limit) {
+    while (!m_end.wait_for(lock, counter.step(), [this] { return m_over; })) {
+        if (counter.look(observedLoop(), StallCounter::Clock::now())) {
             giveUp(m_limit);
         }
     }

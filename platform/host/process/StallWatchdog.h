@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-// Ends a process whose main loop has stopped turning.
+// Ends a process whose main loop has stalled.
 #pragma once
 
 #include <condition_variable>
 #include <mutex>
 #include <thread>
+
+#include "host/process/StallCounter.h"
 
 namespace host {
 
@@ -20,6 +22,9 @@ class StallWatchdog {
 
     StallWatchdog(const StallWatchdog&) = delete;
     StallWatchdog& operator=(const StallWatchdog&) = delete;
+
+    // The main loop as the watchdog sees it. Any thread may call it.
+    static LoopState observedLoop();
 
   private:
     void watch();
