@@ -9,13 +9,13 @@
 namespace standin {
 
 // Appends lines of the form "TIME KIND TEXT" to a file and flushes each, so that a reader sees a
-// line before the bus carries what it tells. TIME is UTC with milliseconds.
+// line before the message that it records is on the bus. TIME is UTC with milliseconds.
 class Journal {
   public:
     // Throws std::runtime_error when the file cannot be opened.
     explicit Journal(const std::string& path);
 
-    // How many calls of METHOD the file tells of, those to an earlier process among them.
+    // The number of calls of METHOD in the file, including calls to earlier processes.
     int calls(const std::string& method) const;
 
     void write(const std::string& kind, const std::string& text = "");

@@ -12,7 +12,7 @@ const option OPTIONS[] = {
     {"check", no_argument, nullptr, 'k'},     {"help", no_argument, nullptr, 'h'},
     {"version", no_argument, nullptr, 'v'},   {nullptr, 0, nullptr, 0}};
 
-// FOUND is what the scan said about the argument WORD.
+// FOUND is getopt's result for the argument WORD.
 void apply(Options& options, int found, const std::string& word) {
     switch (found) {
         case 's':
@@ -42,8 +42,9 @@ void apply(Options& options, int found, const std::string& word) {
 Options parseOptions(int argc, char** argv) {
     Options options;
     opterr = 0;
-    optind = 0;  // starts the scan anew, also on a second call
-    // The plus sign keeps the arguments in their order, so that WORD is the one that was looked at.
+    optind = 0;  // resets getopt, so that a second call works
+    // The plus sign keeps getopt from reordering the arguments, so that WORD is the one it has
+    // parsed.
     for (int word = 1, found = 0; (found = getopt_long(argc, argv, "+:", OPTIONS, nullptr)) != -1;
          word = optind) {
         apply(options, found, argv[word]);
@@ -62,7 +63,8 @@ std::string helpText() {
            "Plays the content service's daemon for the set that lives in DIR.\n"
            "\n"
            "  --set DIR        the set's folder, with its config.xml\n"
-           "  --scenario FILE  the course to play; else DIR/scenario.ini, else the ordinary one\n"
+           "  --scenario FILE  the scenario to play; else DIR/scenario.ini, else the ordinary\n"
+           "                   behaviour\n"
            "  --check          read both, say what is wrong with them, and exit\n"
            "  --version        print the version and exit\n"
            "  --help           print this text and exit\n";

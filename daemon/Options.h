@@ -7,7 +7,7 @@
 
 namespace standin {
 
-// A mistake of the person who starts the daemon: told on one line, exit status 2.
+// A usage error: reported on one line, exit status 2.
 struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };

@@ -70,7 +70,8 @@ void Registration::remove() const {
     }
 }
 
-// The registration file first: without it the set counts as free, whatever else is left.
+// The registration file comes first: without it the set is unregistered, even if other files
+// remain.
 std::vector<std::string> Registration::files() const {
     return {m_set.registrationFile, m_set.documentFile, m_set.documentCopy};
 }

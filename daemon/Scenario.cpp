@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The course that the daemon plays, and the methods that it is about.
+// The daemon's methods, and the script that applies to a call.
 #include "daemon/Scenario.h"
 
 #include <algorithm>

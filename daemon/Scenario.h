@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The course that the daemon plays: when, with which result, and with which faults.
+// What the daemon plays: the delays, results and faults of each method.
 #pragma once
 
 #include <map>
@@ -11,7 +11,7 @@
 
 namespace standin {
 
-// What one sendEvent carries. Numbers outside the known ones may be sent as well.
+// The arguments of one sendEvent. Unknown numbers are allowed.
 struct Event {
     int event = 0;
     int reason = 0;
@@ -24,7 +24,7 @@ struct TimedEvent {
 
 enum class ReplyType { NOTHING, TEXT, TRUTH };
 
-// One method of the daemon and what an ordinary call of it leads to.
+// A method of the daemon with its ordinary reply and event.
 struct Method {
     const char* name;
     ReplyType reply;
@@ -33,20 +33,20 @@ struct Method {
 
 // All twelve, in the order of the interface.
 const std::vector<Method>& methods();
-// Null if there is none of that name.
+// Null for an unknown name.
 const Method* findMethod(const std::string& name);
 
-// How one method departs from the ordinary course.
+// How a method differs from its ordinary behaviour.
 struct MethodScript {
-    int skip = 0;                      // calls that come before the script begins
-    int first = 0;                     // only the first so many calls from there; 0: all
+    int skip = 0;                      // the number of calls before the script applies
+    int first = 0;                     // the number of calls to which the script applies; 0: all
     std::optional<int> delayMs;        // from the reply to the event
     bool silent = false;               // no event follows
-    bool hold = false;                 // its events wait until they are released
-    std::optional<Event> outcome;      // event in the place of the success
+    bool hold = false;                 // its events are held until they are released
+    std::optional<Event> outcome;      // event instead of the success
     std::optional<std::string> reply;  // value of the reply
     int replyDelayMs = 0;              // from the call to the reply
-    std::string error;                 // name of a D-Bus error in the place of the reply
+    std::string error;                 // name of a D-Bus error instead of the reply
     std::string errorMessage = "Told to fail by the scenario";
     bool noReply = false;            // neither a reply nor an event, ever
     bool abort = false;              // the process dies in the call
@@ -60,7 +60,7 @@ struct Scenario {
     std::string shopListFile;  // absolute
     std::string shopList;      // its content
     bool foundInLan = true;
-    bool hold = false;  // every event waits until it is released
+    bool hold = false;  // every event is held until it is released
     std::string pincode = "48201573";
     bool pincodeExpires = false;
     std::vector<TimedEvent> startEvents;          // counted from the moment the name is owned

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Reading of a scenario from a key file.
+// Reads a scenario from a key file.
 #include "daemon/ScenarioFile.h"
 
 #include <algorithm>
@@ -113,7 +113,7 @@ std::vector<TimedEvent> parseEvents(const std::string& text) {
     return events;
 }
 
-// A text that may go out on the bus.
+// Throws for a text that the bus does not carry.
 std::string validText(const std::string& text) {
     if (g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr) == FALSE) {
         throw UsageError("the text is not UTF-8");
@@ -123,7 +123,7 @@ std::string validText(const std::string& text) {
 
 struct Folders {
     std::string scenario;   // what paths in the file are relative to
-    std::string shopLists;  // of the lists that go by name
+    std::string shopLists;  // the lists that are found by name
 };
 
 std::string shopListFile(const std::string& value, const Folders& folders) {
@@ -132,11 +132,11 @@ std::string shopListFile(const std::string& value, const Folders& folders) {
                   : absolutePath(value, folders.scenario);
 }
 
-// One value on its way from the file into the scenario.
+// One value of the file and its place in the scenario.
 struct Assignment {
     Scenario& scenario;
     MethodScript& script;  // of METHOD
-    const Method* method;  // null in a group that is no method's
+    const Method* method;  // null for a group that is not a method
     const std::string& value;
     const Folders& folders;
 };
@@ -247,7 +247,7 @@ bool isGroup(const std::string& name) {
 using KeyFile = std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)>;
 using Texts = std::unique_ptr<gchar*, decltype(&g_strfreev)>;
 
-// Ends the reading with what GLib said about it.
+// Throws GLib's message.
 void throwIfSet(GError* error, const std::string& where) {
     if (error != nullptr) {
         const std::string text = where + ": " + error->message;

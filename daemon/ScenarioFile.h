@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Reading of a scenario from a key file.
+// Reads a scenario from a key file.
 #pragma once
 
 #include <string>
@@ -8,9 +8,9 @@
 
 namespace standin {
 
-// Reads FILE; an empty name gives the ordinary course. Shop lists without a path are looked for in
-// SHOP_LIST_FOLDER, others beside the scenario. Throws UsageError for anything it does not
-// understand, so that a misspelt key is not taken for the ordinary course.
+// Reads FILE; an empty name gives the ordinary behaviour. Shop lists without a path are found in
+// SHOP_LIST_FOLDER, others relative to the scenario. Throws UsageError for unknown groups, keys and
+// values, so that a misspelt key is never silently ignored.
 Scenario loadScenario(const std::string& file, const std::string& shopListFolder);
 
 // "EVENT/REASON" or "REASON", each as number or name; a reason alone goes with its usual event.

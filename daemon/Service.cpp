@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The object "/zolt/gui" on the bus, and the course behind its methods.
+// The object "/zolt/gui" on the bus and what its methods do.
 #include "daemon/Service.h"
 
 #include <cstdlib>
@@ -11,7 +11,8 @@
 namespace standin {
 namespace {
 
-// Of each method without arguments; requestRegistrationShopInfo has a handler of its own form.
+// The signal of each method without arguments; requestRegistrationShopInfo's handler takes one
+// more.
 const char* const HANDLERS[] = {
     "handle-request-pincode",
     "handle-get-pincode",
@@ -136,7 +137,7 @@ void Service::reply(const Call& call) {
 }
 
 void Service::replyText(const Call& call, const std::string& text) {
-    // A shop list may have megabytes; its size is enough for a reader of the journal.
+    // A shop list may have megabytes, so the journal gets only its size.
     const bool isList = call.method.name == std::string("getShopInfoList");
     const std::string shown = isList ? std::to_string(text.size()) : text;
     if (isList) {
@@ -151,7 +152,7 @@ void Service::replyTruth(const Call& call, bool truth) {
     g_dbus_method_invocation_return_value(call.invocation, g_variant_new("(b)", truth));
 }
 
-// Goes past the invocation, which holds a reply to the type that the method promises.
+// Sends the message directly, because the invocation checks the type of its reply.
 void Service::replyWrongType(const Call& call) {
     m_journal.write("reply", std::string(call.method.name) + " 0");
     GDBusMessage* message =
@@ -209,7 +210,7 @@ void Service::follow(const Call& call) {
     });
 }
 
-// The user has left: nothing that is under way shall reach the next one.
+// The user has left: events that are still due must not reach the next user.
 void Service::leave() {
     const size_t dropped = m_events.cancel();
     m_pincodeVerified = false;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The object "/zolt/gui" on the bus, and the course behind its methods.
+// The object "/zolt/gui" on the bus and what its methods do.
 #pragma once
 
 #include <functional>
@@ -24,17 +24,17 @@ constexpr const char* INVALID_DOCUMENT = "org.tizen.GDBus.ZoltContent.Error.Inva
 // Answers the program's calls and sends the events that follow. Works on GLib's default main loop.
 class Service {
   public:
-    // Exports the objects on CONNECTION, so do this before the name is taken.
+    // Exports the objects on CONNECTION. Create it before the name is owned.
     Service(GDBusConnection* connection, const Scenario& scenario, const Registration& registration,
             Journal& journal);
     ~Service();
     Service(const Service&) = delete;
     Service& operator=(const Service&) = delete;
 
-    // Sends what the scenario plans from the moment on which the name is ours.
+    // Schedules the events that the scenario counts from the moment when the name is owned.
     void start();
 
-    // Sends the event that has been held longest, of a scenario that holds events.
+    // Sends the event that has been held longest.
     void releaseNext();
 
   private:
@@ -55,16 +55,15 @@ class Service {
     std::string textFor(const std::string& method);
     bool truthFor(const std::string& method) const;
 
-    // What a taken call leads to.
+    // Schedules the events of a call that has been answered.
     void follow(const Call& call);
     void leave();
     Event resultOf(const Call& call) const;
-    // Does the work that the reason SUCCESS tells of and returns the event for it.
+    // Does the work that the reason SUCCESS reports and returns its event.
     Event finish(int success, const std::string& document);
     void work(int success, const std::string& document);
     void plan(const TimedEvent& timed, const std::string& cause, bool held);
-    // Runs ACTION, which sends one event that CAUSE leads to, after the delay or when it is
-    // released.
+    // Runs ACTION, which sends an event caused by CAUSE, after the delay or when it is released.
     void schedule(int delayMs, const std::string& cause, bool held, std::function<void()> action);
     void send(Event event);
 
@@ -73,8 +72,8 @@ class Service {
     Journal& m_journal;
     GDBusObjectManagerServer* m_manager;  // one reference, released in the destructor
     ZOLTGUI* m_gui;                       // likewise
-    // What the last getShopInfoList replied, and before the first one the scenario's list: that is
-    // what a registration has to fit.
+    // The last reply of getShopInfoList, before the first one the scenario's list. A registration
+    // has to match it.
     std::string m_served;
     // Whether the PIN has been verified: the shop list then comes from the server and not from a
     // set in the local network.

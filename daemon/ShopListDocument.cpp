@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The shop list that was served, and whether a registration fits it.
+// Checks a registration document against the shop list that was served.
 #include "daemon/ShopListDocument.h"
 
 #include <algorithm>
@@ -110,7 +110,7 @@ void checkCode(const std::string& code, const std::string& parent) {
     }
 }
 
-// A registration names a shop, and what has children is a group of shops.
+// A registration ends at a shop; an entry with children is a group of shops.
 void checkEnd(const Entry& last, const std::vector<Level>& served) {
     for (const Level& level : served) {
         for (const Entry& entry : level.entries) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The shop list that was served, and whether a registration fits it.
+// Checks a registration document against the shop list that was served.
 #pragma once
 
 #include <optional>
@@ -8,11 +8,11 @@
 
 namespace standin {
 
-// Says what is wrong with the registration document DOCUMENT, or nothing if it is right: the levels
-// of SERVED from the top on down to an entry without children, each with one entry that stands
-// there, each code two characters longer than the one above it, and all attributes as served but
-// for is_sub of the last level, which is "N". An entry has children when SERVED holds one whose
-// code is its code and two more characters.
+// Returns the first error of the registration document DOCUMENT, or nothing if it is valid. A valid
+// document has the levels of SERVED from the top down to an entry without children, one entry of
+// SERVED in each, each code two characters longer than the one above it, and all attributes as
+// served except is_sub of the last level, which is "N". An entry has children when SERVED holds one
+// whose code is its code and two more characters.
 std::optional<std::string> registrationFault(const std::string& document,
                                              const std::string& served);
 

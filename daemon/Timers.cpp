@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Things that the daemon does later.
+// Actions that run later, after a delay or when they are released.
 #include "daemon/Timers.h"
 
 #include <utility>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Things that the daemon does later.
+// Actions that run later, after a delay or when they are released.
 #pragma once
 
 #include <deque>
@@ -8,8 +8,7 @@
 
 namespace standin {
 
-// One-shot actions on GLib's default main loop. Those that are still due when the object goes are
-// dropped.
+// One-shot actions on GLib's default main loop. The destructor drops those that are still due.
 class Timers {
   public:
     Timers() = default;
@@ -18,11 +17,11 @@ class Timers {
     Timers& operator=(const Timers&) = delete;
 
     void after(int delayMs, std::function<void()> action);
-    // ACTION waits for its turn in releaseNext.
+    // ACTION waits until releaseNext runs it.
     void hold(std::function<void()> action);
     // Runs the action that has been held longest; false when there is none.
     bool releaseNext();
-    // Drops all actions, those that are held among them. Returns how many there were.
+    // Drops all actions, including held ones. Returns how many there were.
     size_t cancel();
 
   private:

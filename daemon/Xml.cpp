@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Just enough reading of XML for the daemon's documents.
+// Reads XML as far as the daemon's documents need it.
 #include "daemon/Xml.h"
 
 #include <glib.h>

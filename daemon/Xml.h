@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Just enough reading of XML for the daemon's documents.
+// Reads XML as far as the daemon's documents need it.
 #pragma once
 
 #include <optional>
@@ -10,7 +10,7 @@
 
 namespace standin {
 
-// One parsed document. Takes nothing from the network and prints nothing.
+// One parsed document. Never accesses the network and prints nothing.
 class XmlDocument {
   public:
     explicit XmlDocument(const std::string& text);
@@ -18,8 +18,8 @@ class XmlDocument {
     XmlDocument(const XmlDocument&) = delete;
     XmlDocument& operator=(const XmlDocument&) = delete;
 
-    // Null if the text is not well formed, or declares entities of its own, with which a small
-    // document can grow without bounds. Belongs to the document.
+    // Null if the text is not well formed or declares entities, which can expand without bounds.
+    // Belongs to the document.
     xmlNode* root() const;
 
   private:

@@ -43,9 +43,9 @@ void onNameAcquired(GDBusConnection* /*connection*/, const gchar* name, gpointer
 void onNameLost(GDBusConnection* connection, const gchar* name, gpointer data) {
     auto& run = *static_cast<Run*>(data);
     if (connection == nullptr || g_dbus_connection_is_closed(connection) != FALSE) {
-        return;  // told by onClosed
+        return;  // onClosed reports it
     }
-    // The journal belongs to the daemon that has the name, so nothing is said there.
+    // The journal belongs to the daemon that owns the name, so nothing is written there.
     std::fprintf(stderr, "zolt-daemon: the name %s is taken\n", name);
     run.status = EXIT_FAILED;
     g_main_loop_quit(run.loop);
@@ -78,7 +78,7 @@ GDBusConnection* connectToBus() {
     return connection;
 }
 
-// Beside the program, wherever the build stands.
+// Relative to the program, so that a build folder can be moved.
 std::string shopListFolder() {
     GError* error = nullptr;
     gchar* program = g_file_read_link("/proc/self/exe", &error);
@@ -113,7 +113,7 @@ int play(const standin::Options& options) {
                                                          onNameAcquired, onNameLost, &run, nullptr);
         g_main_loop_run(run.loop);
         if (g_dbus_connection_is_closed(connection) == FALSE) {
-            // What the journal tells has to reach the bus, too.
+            // What the journal has recorded must also reach the bus.
             g_dbus_connection_flush_sync(connection, nullptr, nullptr);
             g_bus_unown_name(owner);
         }

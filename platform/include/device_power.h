@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Notices of the set's power service.
+// Notifications of the set's power service.
 #pragma once
 
 #ifdef __cplusplus

@@ -7,7 +7,7 @@ extern "C" {
 #endif
 
 enum {
-    FACTORY_DATA_SERVER_TYPE = 517,      // id of the record that tells which server the set uses
+    FACTORY_DATA_SERVER_TYPE = 517,      // ID of the record with the type of the set's server
     FACTORY_DATA_RECORD_SIZE = 1008,     // bytes that a record's buffer must have
     FACTORY_DATA_TYPE_SERVER_RECORD = 2  // type of that record; its first 32-bit integer is 0 for
                                          // the operating server

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the set is and does at this moment.
+// The current state of the set.
 #pragma once
 
 #ifdef __cplusplus

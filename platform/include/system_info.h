@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What never changes about the set.
+// Properties of the set that never change.
 #pragma once
 
 #ifdef __cplusplus

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the owner of the set has chosen.
+// Settings that the owner of the set has chosen.
 #pragma once
 
 #ifdef __cplusplus

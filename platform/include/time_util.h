@@ -4,7 +4,7 @@
 
 #include <time.h>
 
-// The set keeps local time; UTC is worked out from it.
+// The set keeps local time; UTC is derived from it.
 class CTimeUtil {
   public:
     // Local time of the set in seconds since 1970-01-01 00:00 local time.

@@ -14,7 +14,7 @@ typedef struct usb_device* usb_device_h;
 // The number of connected devices of a class, or a negative value.
 int usb_get_connected_device_number(int device_class);
 
-// Gives the list of connected devices of a class, released with usb_device_free_device_list.
+// Returns the list of connected devices of a class, released with usb_device_free_device_list.
 // Devices and their texts belong to the list. Returns 0 on success.
 int usb_device_get_device_list(int device_class, usb_device_list_h* list);
 usb_device_h usb_device_list_get_first(usb_device_list_h list);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Taking keys of the remote control away from the rest of the set.
+// Grabs keys of the remote control for one window.
 #pragma once
 
 #ifdef __cplusplus

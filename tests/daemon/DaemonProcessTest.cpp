@@ -59,7 +59,7 @@ class Client {
     using TextCall = gboolean (*)(ZOLTGUI*, gchar**, GCancellable*, GError**);
     using TruthCall = gboolean (*)(ZOLTGUI*, gboolean*, GCancellable*, GError**);
 
-    // Each returns the reply, or the error's message, or "yes" and "no" for a truth.
+    // Each returns the reply or the error's message; a boolean reply is "yes" or "no".
     std::string call(VoidCall method) const {
         GError* error = nullptr;
         method(m_proxy, nullptr, &error);
@@ -89,7 +89,7 @@ class Client {
         return support::waitUntil([&] { return events.size() >= count; }, support::DEADLINE, turn);
     }
 
-    // A proxy calls the owner that it knows of until it has heard of the next one, or of none.
+    // A proxy keeps calling the owner it knows until it is notified of a change.
     bool waitForOwner(bool present) const {
         return support::waitUntil(
             [&] {
@@ -516,7 +516,7 @@ TEST_F(DaemonProcess, EndsWithStatusOneWithoutABus) {
               "zolt-daemon: no system bus: Could not connect: No such file or directory\n");
 }
 
-// The bus starts what its service file says, which is made here as a launcher makes it.
+// The bus starts what its service file says, which is filled in here as the launcher does it.
 std::string commandFromTemplate(const std::string& folder) {
     std::string text = support::readFile(ZOLT_SERVICE_TEMPLATE);
     const auto fill = [&text](const std::string& name, const std::string& value) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Which registration documents the daemon takes.
+// Which registration documents the daemon accepts.
 #include <string>
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The shop lists that ship with the daemon, as the program's parser takes them.
+// The shop lists that ship with the daemon, as the program's parser reads them.
 #include <algorithm>
 #include <filesystem>
 #include <map>

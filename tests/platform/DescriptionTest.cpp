@@ -134,7 +134,7 @@ TEST_F(Description, WritingAValueKeepsTheRestOfTheFile) {
 }
 
 TEST_F(Description, WritingAValueLeavesWhatCannotBeReadAsItIs) {
-    // A loop of links cannot be read by anybody, the administrator included.
+    // A loop of links cannot be read by any user, not even by root.
     std::filesystem::create_symlink("set.ini", file("set.ini"));
     EXPECT_NE(refusal(Field::COUNTRY, "EG"), "");
     EXPECT_TRUE(std::filesystem::is_symlink(file("set.ini")));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the control program says about a description file without a running set.
+// The control program on a description file, without a running set.
 #include <string>
 #include <vector>
 

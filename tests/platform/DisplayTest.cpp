@@ -17,7 +17,7 @@ namespace platform_test {
 class Display : public ProbeSet {
   protected:
     void SetUp() override {
-        // A server that resets itself when its last client leaves would throw out the next one.
+        // -noreset: a server that resets when its last client leaves would disconnect the next one.
         m_server = startProgram({"Xvfb", "-displayfd", "1", "-screen", "0", "640x360x24",
                                  "-nolisten", "tcp", "-noreset"},
                                 {});
@@ -33,7 +33,7 @@ class Display : public ProbeSet {
 
     void TearDown() override {
         ProbeSet::TearDown();
-        // The manager first, or it complains about its server.
+        // The manager first, or it reports a lost server.
         m_manager.reset();
         m_server.reset();
     }
@@ -46,9 +46,9 @@ class Display : public ProbeSet {
     }
 
     // Starts the probe and waits until its window has the keyboard.
-    void startProbe(std::vector<std::string> wishes) {
-        wishes.emplace_back("window");
-        start(wishes,
+    void startProbe(std::vector<std::string> options) {
+        options.emplace_back("window");
+        start(options,
               {{"DISPLAY", m_name}, {"ELM_DISPLAY", "x11"}, {"ELM_ENGINE", "software_x11"}});
         ASSERT_TRUE(logHas("PROBE: resume"));
         ASSERT_TRUE(logHas("PROBE: window focused"));
@@ -58,8 +58,7 @@ class Display : public ProbeSet {
         }));
     }
 
-    // Whether the kernel has nothing to run for the probe. One that is only waiting for its turn
-    // does not sleep.
+    // True when the probe's process sleeps in the kernel, not when it only waits for the CPU.
     bool sleeps() {
         std::ifstream stat("/proc/" + std::to_string(probe().pid()) + "/stat");
         const std::string line{std::istreambuf_iterator<char>(stat), {}};
@@ -67,10 +66,10 @@ class Display : public ProbeSet {
         return name != std::string::npos && line[name + 2] == 'S';
     }
 
-    // Ends the server between two requests, once the probe with these WISHES has got a key and said
-    // SIGN.
-    void expectAnOrderlyEnd(const std::vector<std::string>& wishes, const std::string& sign) {
-        startProbe(wishes);
+    // Ends the server between two requests, once the probe with these OPTIONS has received a key
+    // and logged SIGN.
+    void expectAnOrderlyEnd(const std::vector<std::string>& options, const std::string& sign) {
+        startProbe(options);
         tool("xdotool", {"key", "a"});
         ASSERT_TRUE(logHas(sign));
         ASSERT_TRUE(waitFor([this] { return sleeps(); }));
@@ -204,12 +203,12 @@ TEST_F(Display, AServerThatDiesBeforeTheMainLoopWaitsEndsItAndTheApplicationIsTo
 }
 
 TEST_F(Display, AServerThatDiesWhileTheMainLoopWaitsEndsItAndTheApplicationIsTold) {
-    // Nothing more is to come, and nothing to be done.
+    // The loop has no events and no work left.
     expectAnOrderlyEnd({"rest"}, "at rest");
 }
 
 TEST_F(Display, AnApplicationThatEndsBeforeItsFirstLaunchIsNotTerminated) {
-    // A server that dies meanwhile is the first thing that the main loop notices.
+    // The main loop notices the dead server before it launches the application.
     start({"outlive-server-in-create"},
           {{"DISPLAY", displayName()}, {"ELM_DISPLAY", "x11"}, {"ELM_ENGINE", "software_x11"}});
     ASSERT_TRUE(logHas("PROBE: waiting for the server's end"));

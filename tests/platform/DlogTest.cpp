@@ -126,7 +126,8 @@ class Journal : public Dlog {
         ASSERT_EQ(bind(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
     }
 
-    // What has arrived first, or nothing: what is sent lies here before the sender returns.
+    // The oldest datagram, or an empty text. A datagram has arrived when the call that sent it
+    // returns.
     std::string received() const {
         std::string room(65536, '\0');
         const ssize_t length = recv(m_socket, room.data(), room.size(), 0);

@@ -22,7 +22,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-// What the probe said from its creation on.
+// What the probe logged from create on.
 Lines afterStart(const Lines& lines) {
     Lines rest;
     bool created = false;
@@ -100,11 +100,11 @@ TEST_F(Lifecycle, ExceptionsOfEveryKindOfCallbackReachTheCaller) {
         {"throw-launch", "caught thrown by app control"},
         {"throw-source", "caught thrown by a GLib source"},
         {"throw-job", "caught thrown by the toolkit's loop"}};
-    for (const auto& [wish, line] : cases) {
-        start({wish});
-        EXPECT_EQ(probeStatus(), 1) << wish;
+    for (const auto& [option, line] : cases) {
+        start({option});
+        EXPECT_EQ(probeStatus(), 1) << option;
         EXPECT_EQ(said().back(), line);
-        EXPECT_THAT(said(), testing::Not(testing::Contains("terminate"))) << wish;
+        EXPECT_THAT(said(), testing::Not(testing::Contains("terminate"))) << option;
     }
 }
 
@@ -157,8 +157,8 @@ TEST_F(Lifecycle, AChangedDescriptionReachesTheRunningApplication) {
 
 using Watchdog = ProbeSet;
 
-// The loop turns as it should until the control program asks for the stall. The limit is the one
-// that a slow machine does not reach before.
+// The loop turns normally until the control program starts the stall, and even a slow machine does
+// that within the limit.
 TEST_F(Watchdog, AbortsAProcessWhoseMainLoopDoesNotTurnForTheTimeOfTheDescription) {
     describe("[Framework]\nStallSeconds=3\n");
     start({"stall"});
@@ -186,8 +186,8 @@ TEST_F(Watchdog, HasEndedBeforeTheProgramTakesItsTimeToTerminate) {
 
 class Control : public ProbeSet {
   protected:
-    void startAndWait(const std::vector<std::string>& wishes) {
-        start(wishes);
+    void startAndWait(const std::vector<std::string>& options) {
+        start(options);
         ASSERT_TRUE(logHas("PROBE: resume"));
     }
 };
@@ -335,7 +335,7 @@ TEST_F(Control, ASecondSetInTheSameFolderLeavesTheFirstItsSocket) {
                                                                  {"ELM_DISPLAY", "buffer"}});
     EXPECT_TRUE(second->wait());
     EXPECT_EQ(second->status(), 0);
-    EXPECT_TRUE(logHas("This set cannot be controlled from outside"));
+    EXPECT_TRUE(logHas("The control socket cannot be opened"));
     EXPECT_EQ(control({"ping"}).output, "process " + std::to_string(probe().pid()) + "\n");
     EXPECT_EQ(quit(), 0);
 }
@@ -360,7 +360,7 @@ class ControlElsewhere : public ProbeSet {
         }));
         EXPECT_EQ(ask(folder, {"get", "Set", "Model"}), "M 1\n");
         EXPECT_EQ(ask(folder, {"set", "Accessibility", "FocusZoom", "1"}), "");
-        // The file's own watch tells the program of a change that somebody else has made.
+        // A change by another process is noticed by the watch of the file.
         support::writeFile(folder + "/set.ini", "[Accessibility]\nFocusZoom=2\n");
         EXPECT_TRUE(waitFor([&] {
             const std::string log = contentsOf(folder + "/zolt.log");

@@ -76,7 +76,7 @@ class MainLoopBridge : public ::testing::Test {
   protected:
     MainLoopBridge() {
         s_order.clear();
-        // No system bus is needed here, and the toolkit fills pages when there is none.
+        // No system bus is needed here, and the toolkit prints pages of errors without one.
         setenv("EINA_LOG_LEVEL", "0", 1);
         ecore_init();
         host::MainLoopBridge::install();

@@ -85,7 +85,7 @@ TEST_F(Network, AMachineThatTellsNothingIsDisconnected) {
     EXPECT_EQ(network.typeName(), "disconnected");
 }
 
-// What a program sees that asks the system by itself.
+// What the system itself reports.
 std::string firstAddressOf(const std::string& name) {
     ifaddrs* all = nullptr;
     EXPECT_EQ(getifaddrs(&all), 0);

@@ -14,7 +14,7 @@ namespace platform_test {
 // Iterates GLib's default main context until CONDITION holds. False when it does not in time.
 bool waitFor(const std::function<bool()>& condition);
 
-// The content of a file, which may be absent as yet.
+// The content of a file; empty when it does not exist.
 std::string contentsOf(const std::string& path);
 
 // An empty folder, which VIRTUAL_SET_DIR names during the test.

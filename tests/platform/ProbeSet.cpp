@@ -32,7 +32,7 @@ void ProbeSet::TearDown() {
     }
 }
 
-void ProbeSet::start(const std::vector<std::string>& wishes, const Environment& more) {
+void ProbeSet::start(const std::vector<std::string>& options, const Environment& more) {
     Environment environment = more;
     environment.insert({{"VIRTUAL_SET_DIR", folder()},
                         {"HOME", folder()},
@@ -43,7 +43,7 @@ void ProbeSet::start(const std::vector<std::string>& wishes, const Environment& 
                         {"ELM_DISPLAY", "buffer"},
                         {"CANBERRA_DRIVER", "null"}});
     std::vector<std::string> command = {PLATFORM_PROBE};
-    command.insert(command.end(), wishes.begin(), wishes.end());
+    command.insert(command.end(), options.begin(), options.end());
     m_probe = startProgram(command, environment);
 }
 

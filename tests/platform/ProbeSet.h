@@ -23,9 +23,9 @@ class ProbeSet : public PrivateSet {
     // Shows what the probe has left behind when a test has failed.
     void TearDown() override;
 
-    // Starts the probe with WISHES. MORE takes precedence over the usual environment, in which the
+    // Starts the probe with OPTIONS. MORE takes precedence over the usual environment, in which the
     // probe draws into memory.
-    void start(const std::vector<std::string>& wishes, const Environment& more = {});
+    void start(const std::vector<std::string>& options, const Environment& more = {});
 
     // Waits until the log has TEXT at least COUNT times.
     bool logHas(const std::string& text, int count = 1) const;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The interface sounds: their files, their service and what becomes of them without a sound system.
+// The interface sounds: their files, their service, and their behaviour without a sound system.
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -27,7 +27,7 @@ Number numberAt(const std::string& bytes, std::size_t at) {
     return number;
 }
 
-// The loudest of the 16-bit samples of BYTES from AT on, 1 being the most there can be.
+// The largest amplitude of the 16-bit samples of BYTES from AT on; 1 is full scale.
 double peak(const std::string& bytes, std::size_t at) {
     double loudest = 0;
     for (; at + 2 <= bytes.size(); at += 2) {
@@ -54,7 +54,7 @@ TEST_P(SoundFile, IsAShortSoundThatCanBeHeard) {
     EXPECT_EQ(bytes.substr(0, 4), "RIFF");
     EXPECT_EQ(numberAt<std::uint32_t>(bytes, 4), bytes.size() - 8);
     EXPECT_EQ(bytes.substr(8, 8), "WAVEfmt ");
-    EXPECT_EQ(numberAt<std::uint16_t>(bytes, 20), 1);  // samples as they are
+    EXPECT_EQ(numberAt<std::uint16_t>(bytes, 20), 1);  // uncompressed PCM
     EXPECT_EQ(numberAt<std::uint16_t>(bytes, 22), 1);  // one channel
     const auto rate = numberAt<std::uint32_t>(bytes, 24);
     EXPECT_EQ(rate, 48000U);
@@ -66,14 +66,14 @@ TEST_P(SoundFile, IsAShortSoundThatCanBeHeard) {
     EXPECT_GT(seconds, 0.05);
     EXPECT_LT(seconds, 0.5);
     EXPECT_GT(peak(bytes, head), 0.05);
-    EXPECT_LT(peak(bytes, head), 0.9);  // nothing is cut off
+    EXPECT_LT(peak(bytes, head), 0.9);  // no clipping
 }
 
 INSTANTIATE_TEST_SUITE_P(All, SoundFile,
                          ::testing::Values("move", "back", "blocked", "select", "popup"),
                          [](const auto& parameter) { return std::string(parameter.param); });
 
-// Sets whose sound card is a file, or which have none as long as there is no configuration.
+// A set whose sound card is a file, or which has none while the configuration is missing.
 class Sound : public ProbeSet {
   protected:
     void start(const Environment& more = {}) {

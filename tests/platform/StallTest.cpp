@@ -22,7 +22,8 @@ constexpr seconds LIMIT{10};
 
 class Stall : public ::testing::Test {
   protected:
-    // Looks after a second, COUNT times; the number of looks until one finds a stall, 0 for none.
+    // Checks COUNT times, a second apart. Returns the number of checks until one finds a stall, 0
+    // for none.
     int looksUntilStalled(const host::LoopState& state, int count) {
         for (int look = 1; look <= count; ++look) {
             m_now += seconds(1);
@@ -65,7 +66,7 @@ TEST_F(Stall, TimeInWhichTheProcessWasStoppedDoesNotCount) {
 }
 
 TEST(StallWatchdog, SeesWhetherTheMainLoopWaits) {
-    // No system bus is needed here; the toolkit prints pages without one.
+    // No system bus is needed here, and the toolkit prints pages of errors without one.
     const support::ScopedEnvironment quiet("EINA_LOG_LEVEL", "0");
     ASSERT_GT(ecore_init(), 0);
     host::MainLoopBridge::install();

@@ -99,7 +99,7 @@ TEST_F(Vconf, ATextIsNoNumber) {
 
 TEST_F(Vconf, AWrittenValueIsKeptForOtherProcesses) {
     ASSERT_EQ(vconf_set_int("db/x", 7), 0);
-    EXPECT_EQ(otherProcess(folder(), "db/x", 8), 7);  // gives what it found
+    EXPECT_EQ(otherProcess(folder(), "db/x", 8), 7);  // returns the previous value
     int value = -1;
     EXPECT_EQ(vconf_get_int("db/x", &value), 0);
     EXPECT_EQ(value, 8);
@@ -202,7 +202,7 @@ TEST_F(Vconf, AChangeBehindALinkToALinkIsNoticed) {
     support::writeFile(file("far/away/own.ini"), "[Accessibility]\nFocusZoom=1\n");
     ASSERT_TRUE(waitFor([] { return s_notices == 1; }));
 
-    // The link in the middle is taken away, and comes back leading elsewhere.
+    // The link in the middle is removed and created again with another target.
     fs::create_directories(file("near"));
     support::writeFile(file("near/own.ini"), "[Accessibility]\nFocusZoom=2\n");
     fs::remove(file("middle/next.ini"));

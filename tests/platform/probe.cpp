@@ -33,13 +33,13 @@
 namespace {
 
 struct Probe {
-    std::vector<std::string> wishes;
+    std::vector<std::string> options;
     std::vector<Evas_Object*> windows;  // deleted by the toolkit or by this program
     int launches = 0;
 
-    bool wants(const std::string& wish) const {
-        for (const std::string& one : wishes) {
-            if (one == wish) {
+    bool has(const std::string& option) const {
+        for (const std::string& one : options) {
+            if (one == option) {
                 return true;
             }
         }
@@ -51,21 +51,21 @@ void say(const std::string& text) {
     __dlog_print(LOG_ID_MAIN, DLOG_INFO, "PROBE", "%s", text.c_str());
 }
 
-// Speaks last: it is there before the log is, and so goes after it.
+// Logs last: it is constructed before the log's own statics and so destroyed after them.
 struct Farewell {
     Farewell() = default;
     Farewell(const Farewell&) = delete;
     Farewell& operator=(const Farewell&) = delete;
     ~Farewell() {
-        if (wanted) {
+        if (enabled) {
             say("farewell");
         }
     }
-    bool wanted = false;
+    bool enabled = false;
 };
 Farewell farewell;
 
-// What is drawn is a request to the X server.
+// Drawing sends requests to the X server.
 void stopDrawing() {
     for (Eina_List* at = ecore_evas_ecore_evas_list_get(); at != nullptr;
          at = eina_list_remove_list(at, at)) {
@@ -75,8 +75,7 @@ void stopDrawing() {
     }
 }
 
-// Says when a few turns of the main loop have gone by in which what was under way has come to its
-// end.
+// Logs "at rest" after a few turns of the main loop, when pending work is done.
 Eina_Bool comeToRest(void* data) {
     auto* turns = static_cast<int*>(data);
     if (--*turns > 0) {
@@ -87,8 +86,8 @@ Eina_Bool comeToRest(void* data) {
     return ECORE_CALLBACK_CANCEL;
 }
 
-// Stays in the callback until the X server is gone, which the main loop cannot notice meanwhile.
-void outliveServer(bool askIt) {
+// Blocks in the callback until the X server has died, so that the main loop cannot notice it.
+void waitForServersEnd(bool askIt) {
     auto* display = static_cast<Display*>(ecore_x_display_get());
     pollfd connection = {ConnectionNumber(display), 0, 0};
     stopDrawing();
@@ -104,10 +103,10 @@ void onKey(void* data, Evas*, Evas_Object*, void* info) {
     const auto* event = static_cast<Evas_Event_Key_Down*>(info);
     say(std::string("key down ") + event->key + " " + event->keyname);
     const auto* probe = static_cast<Probe*>(data);
-    if (probe->wants("ask-dead-server")) {
-        outliveServer(true);
-    } else if (probe->wants("outlive-server-at-work")) {
-        ecore_job_add([](void*) { outliveServer(false); }, nullptr);
+    if (probe->has("ask-dead-server")) {
+        waitForServersEnd(true);
+    } else if (probe->has("outlive-server-at-work")) {
+        ecore_job_add([](void*) { waitForServersEnd(false); }, nullptr);
     }
 }
 
@@ -116,7 +115,7 @@ void onKeyUp(void* data, Evas*, Evas_Object*, void* info) {
     const auto* event = static_cast<Evas_Event_Key_Up*>(info);
     say(std::string("key up ") + event->key + " " + event->keyname);
     const auto* probe = static_cast<Probe*>(data);
-    if (probe != nullptr && probe->wants("rest")) {
+    if (probe != nullptr && probe->has("rest")) {
         static int turns = 4;
         stopDrawing();
         ecore_idle_enterer_add(comeToRest, &turns);
@@ -235,7 +234,7 @@ void onWakeup(int state, void*) {
 
 void onVconf(keynode_t*, void* data) {
     say("vconf changed");
-    if (static_cast<Probe*>(data)->wants("throw-notice")) {
+    if (static_cast<Probe*>(data)->has("throw-notice")) {
         throw std::runtime_error("thrown by a notice");
     }
 }
@@ -276,16 +275,16 @@ void countWatchdogs(const std::string& when) {
 bool create(void* data) {
     auto* probe = static_cast<Probe*>(data);
     say("create, scale " + std::to_string(elm_config_scale_get()));
-    if (probe->wants("throw-create")) {
+    if (probe->has("throw-create")) {
         throw std::runtime_error("thrown by create");
     }
-    if (probe->wants("raise-in-create")) {
+    if (probe->has("raise-in-create")) {
         raise(SIGTERM);
     }
-    if (probe->wants("outlive-server-in-create")) {
-        outliveServer(false);
+    if (probe->has("outlive-server-in-create")) {
+        waitForServersEnd(false);
     }
-    return !probe->wants("refuse");
+    return !probe->has("refuse");
 }
 
 void grab(Evas_Object* window, const char* key) {
@@ -294,7 +293,7 @@ void grab(Evas_Object* window, const char* key) {
     say(std::string("grab ") + key + ": " + (result == 0 ? "done" : "refused"));
 }
 
-// A second connection to the server is somebody else to it.
+// A second connection counts as another client.
 void grabAsAnother(Evas_Object* window, const char* key) {
     Display* display = XOpenDisplay(nullptr);
     ecore_x_sync();
@@ -316,56 +315,56 @@ void launch(app_control_h request, void* data) {
     auto* probe = static_cast<Probe*>(data);
     say("app control " + std::to_string(++probe->launches) +
         (request != nullptr ? "" : " without"));
-    if (probe->wants("throw-launch") || (probe->wants("throw-again") && probe->launches > 1)) {
+    if (probe->has("throw-launch") || (probe->has("throw-again") && probe->launches > 1)) {
         throw std::runtime_error("thrown by app control");
     }
-    if (probe->launches > 1 && probe->wants("replace")) {
+    if (probe->launches > 1 && probe->has("replace")) {
         Evas_Object* old = probe->windows[0];
         probe->windows.push_back(openWindow(probe, "next"));
         evas_object_del(old);
         return;
     }
-    if (probe->wants("windows") || probe->wants("window")) {
+    if (probe->has("windows") || probe->has("window")) {
         probe->windows.push_back(openWindow(probe, "lower"));
     }
-    if (probe->wants("windows")) {
+    if (probe->has("windows")) {
         probe->windows.push_back(openWindow(probe, "upper"));
         g_timeout_add(300, stepWindows, probe);
     }
-    if (probe->wants("button")) {
+    if (probe->has("button")) {
         addButton(probe->windows[0]);
     }
-    if (probe->wants("say")) {
+    if (probe->has("say")) {
         elm_access_say(("launch " + std::to_string(probe->launches)).c_str());
         say("had something said");
     }
-    if (probe->wants("grab")) {
+    if (probe->has("grab")) {
         grab(probe->windows[0], "a");
         grab(probe->windows[0], "XF86NoSuchKey");
     }
-    if (probe->wants("grab-twice")) {
+    if (probe->has("grab-twice")) {
         grab(probe->windows[0], "b");
         grabAsAnother(probe->windows[0], "b");
     }
-    if (probe->wants("sounds")) {
+    if (probe->has("sounds")) {
         playSound(probe->launches);
     }
-    if (probe->wants("leave")) {
+    if (probe->has("leave")) {
         elm_exit();
     }
-    if (probe->wants("stall") && probe->launches > 1) {
+    if (probe->has("stall") && probe->launches > 1) {
         outliveEveryLimit();
     }
-    if (probe->wants("watchdog")) {
+    if (probe->has("watchdog")) {
         countWatchdogs("at launch");
     }
-    if (probe->wants("throw-source")) {
+    if (probe->has("throw-source")) {
         g_idle_add(throwLater, nullptr);
     }
-    if (probe->wants("throw-job")) {
+    if (probe->has("throw-job")) {
         ecore_job_add(throwInJob, nullptr);
     }
-    if (probe->wants("source")) {
+    if (probe->has("source")) {
         g_timeout_add(10, sayFired, nullptr);
         g_timeout_add(50, leave, nullptr);
     }
@@ -384,10 +383,10 @@ void terminateProbe(void* data) {
     while (!static_cast<Probe*>(data)->windows.empty()) {
         evas_object_del(static_cast<Probe*>(data)->windows.back());
     }
-    if (static_cast<Probe*>(data)->wants("watchdog")) {
+    if (static_cast<Probe*>(data)->has("watchdog")) {
         countWatchdogs("at the end");
     }
-    if (static_cast<Probe*>(data)->wants("throw-terminate")) {
+    if (static_cast<Probe*>(data)->has("throw-terminate")) {
         throw std::runtime_error("thrown by terminate");
     }
     elm_exit();
@@ -449,8 +448,8 @@ int main(int argc, char** argv) {
     say("starting");
     describeDescriptors();
     Probe probe;
-    probe.wishes.assign(argv + 1, argv + argc);
-    farewell.wanted = probe.wants("farewell");
+    probe.options.assign(argv + 1, argv + argc);
+    farewell.enabled = probe.has("farewell");
     try {
         return runProbe(1, argv, &probe);
     } catch (const std::exception& failure) {

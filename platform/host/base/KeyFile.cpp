@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Reading and rewriting key files safely among processes.
+// Reads and rewrites key files while other processes do the same.
 #include "host/base/KeyFile.h"
 
 #include <cerrno>
@@ -68,7 +68,7 @@ bool replaceFile(const std::string& path, const char* data, std::size_t length) 
     return false;
 }
 
-// A description may be a link to a file elsewhere; the file changes, the link stays.
+// PATH may be a symbolic link: its target is rewritten and the link stays.
 std::string resolved(const std::string& path) {
     const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr),
                                                            &std::free);

@@ -19,13 +19,13 @@ using KeyFilePtr = std::unique_ptr<GKeyFile, KeyFileRelease>;
 // reason when the file cannot be read or parsed.
 KeyFilePtr readKeyFile(const std::string& path);
 
-// What happens to a file that cannot be read or parsed: a person's own text is never thrown away
-// for a mistake in it, a store that only programs write starts anew.
+// What happens to a file that cannot be read or parsed: KEEP never loses what a person wrote
+// because of a mistake in it; REPLACE lets a file that only programs write start empty.
 enum class BrokenFile { KEEP, REPLACE };
 
-// Reads PATH, lets CHANGE alter it and puts the result in its place in one step, so that no reader
-// ever sees half a file. A lock file beside it keeps two writers apart. Throws std::runtime_error
-// with the reason; PATH is then as it was.
+// Reads PATH, lets CHANGE alter it and replaces the file in one step, so that no reader ever sees
+// half of it. A lock file beside it serializes writers. Throws std::runtime_error with the reason;
+// PATH is then unchanged.
 void changeKeyFile(const std::string& path, BrokenFile broken,
                    const std::function<void(GKeyFile*)>& change);
 

@@ -16,9 +16,8 @@ std::string SetFolder::variable(const char* name, const std::string& fallback) {
 }
 
 std::string SetFolder::path() {
-    // Kept from the first call on: a program that changes its directory stays on its set. Never
-    // given back: a static destructor may still log when the process ends, and so may a thread of
-    // the toolkit's.
+    // Read at the first call: a program that changes its directory later stays with its set. Never
+    // destroyed: static destructors and threads of the toolkit may still log when the process ends.
     static const auto* const START = [] {
         std::error_code failure;
         const fs::path here = fs::current_path(failure);

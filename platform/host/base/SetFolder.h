@@ -20,7 +20,7 @@ class SetFolder {
     // The file that describes the set: VIRTUAL_SET_FILE, or set.ini.
     static std::string description();
 
-    // The file that keeps the values which programs have written.
+    // The file with the values that programs have written.
     static std::string keptValues();
 
     // The value of an environment variable, or FALLBACK when it is absent or empty.

@@ -18,12 +18,12 @@ namespace host {
 
 namespace {
 
-// "<14>Nov 20 18:34:05 zolt[1234]: TEXT", the form in which the C library writes, too.
+// "<14>Nov 20 18:34:05 zolt[1234]: TEXT", the format of syslog().
 std::string datagram(int level, const std::string& text) {
     const std::time_t now = std::time(nullptr);
     tm local{};
     localtime_r(&now, &local);
-    // The names of the MONTHS are English whatever the locale is.
+    // English in every locale.
     static constexpr std::array<const char*, 12> MONTHS = {
         "Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
     std::array<char, 32> when{};

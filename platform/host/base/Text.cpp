@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Texts that callers of the C interfaces release.
+// Copies texts for callers of the C interfaces.
 #include "host/base/Text.h"
 
 #include <cstring>

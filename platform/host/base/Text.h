@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-// Handing texts over the C interfaces.
+// Texts that the C interfaces return.
 #pragma once
 
 #include <string>
 
 namespace host {
 
-// A copy that the caller releases with free, as the television's interfaces promise.
+// A copy that the caller releases with free, as the television's interfaces specify.
 char* copyForCaller(const std::string& text);
 
 }  // namespace host

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Opening the control socket from either side.
+// Opens the control socket as server or client.
 #include "host/control/ControlAddress.h"
 
 #include <cerrno>

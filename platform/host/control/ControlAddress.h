@@ -6,8 +6,8 @@
 
 namespace host {
 
-// Both give a descriptor that the caller closes, or -1 with errno set. They go through the folder's
-// descriptor, because a socket's address has room for 107 characters only.
+// Both return a descriptor that the caller closes, or -1 with errno set. They address the socket
+// through the folder's descriptor, because a socket's address is limited to 107 characters.
 int listenAtControlSocket(const std::string& folder);
 int connectToControlSocket(const std::string& folder);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The set's side of the control socket.
+// The server's side of the control socket.
 #include "host/control/ControlServer.h"
 
 #include <array>
@@ -22,7 +22,7 @@ namespace host {
 
 namespace {
 
-// More than any request; whoever sends more is no control program.
+// More than any request. A client that sends more is disconnected.
 constexpr std::size_t MOST_BYTES = 65536;
 
 }  // namespace
@@ -32,8 +32,7 @@ ControlServer::ControlServer(Handler handler)
       m_folder(SetFolder::path()),
       m_listener(listenAtControlSocket(m_folder)) {
     if (m_listener < 0) {
-        logWarning("This set cannot be controlled from outside: " +
-                   std::string(std::strerror(errno)));
+        logWarning("The control socket cannot be opened: " + std::string(std::strerror(errno)));
         return;
     }
     m_source = g_unix_fd_add(m_listener, G_IO_IN, onConnect, this);
@@ -94,9 +93,9 @@ bool ControlServer::receive(Client* client) {
 void ControlServer::answer(int descriptor, const std::string& line) {
     const ControlReply reply = m_handler(splitWords(line));
     const std::string text = std::to_string(reply.status) + " " + escapeWord(reply.text) + "\n";
-    // A client that has gone away is no reason for the set to end.
+    // MSG_NOSIGNAL: a client that has disconnected must not end the process.
     if (send(descriptor, text.data(), text.size(), MSG_NOSIGNAL) < 0) {
-        logWarning("A control program went away before its answer");
+        logWarning("A control program disconnected before its reply");
     }
 }
 

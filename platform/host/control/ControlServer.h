@@ -14,11 +14,11 @@
 namespace host {
 
 // Serves the socket in the set's folder from GLib's default main context. A request is one line of
-// words, each escaped as a C string and separated by tabs; the reply is the status, a blank and the
+// words, each escaped as a C string and separated by tabs; the reply is the status, a space and the
 // escaped text.
 class ControlServer {
   public:
-    // What HANDLER throws goes out of the main context's iteration.
+    // An exception of HANDLER leaves the iteration of the main context.
     using Handler = std::function<ControlReply(const std::vector<std::string>& words)>;
 
     explicit ControlServer(Handler handler);

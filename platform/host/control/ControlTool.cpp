@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The control program: carries one request to a running set and its answer back.
+// The control program: sends one request to a running set, or answers it from a description file.
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -87,7 +87,7 @@ int reportLine(const std::string& line) {
 
 int askFile(const std::string& path, const std::vector<std::string>& words) {
     std::vector<std::string> remarks;
-    const host::ControlReply reply = host::obeyForFile(path, words, &remarks);
+    const host::ControlReply reply = host::runVerbOnFile(path, words, &remarks);
     for (const std::string& remark : remarks) {
         complain(reply.status, remark);
     }
@@ -110,7 +110,7 @@ struct Choice {
     std::string description;  // empty: ask the running set
 };
 
-// Takes the options from the head of WORDS. Returns what is wrong with them, or an empty text.
+// Removes the options from the front of WORDS. Returns the error, or an empty text.
 std::string takeOptions(std::vector<std::string>* words, Choice* choice) {
     while (!words->empty() && words->front().compare(0, 1, "-") == 0) {
         const std::string option = words->front();

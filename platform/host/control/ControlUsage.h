@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The control verbs: their arguments, what they do, and what a control program gets back.
+// The control verbs: their arguments, what they do, and the reply to a control program.
 #pragma once
 
 #include <string>
@@ -23,7 +23,7 @@ std::vector<std::string> controlVerbs();
 // The verbs and their arguments, one line each.
 std::string controlHelp();
 
-// Empty when WORDS are a verb and as many arguments as it takes; otherwise what is wrong.
+// Empty when WORDS are a verb with a valid number of arguments; otherwise the error.
 std::string usageError(const std::vector<std::string>& words);
 
 }  // namespace host

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The actions behind the control verbs.
+// The action of each control verb.
 #include "host/control/ControlVerbs.h"
 
 #include <regex>
@@ -28,7 +28,7 @@ ControlReply done() {
     return {CONTROL_DONE, ""};
 }
 
-// Notifies all subscribers before the control program gets its answer.
+// All subscribers have been notified when it returns.
 void announceChange() {
     Description::reload();
     ChangeWatch::look();
@@ -56,8 +56,8 @@ ControlReply language(ControlledApplication*, const Words& words) {
         return {CONTROL_USAGE_ERROR, words[1] + " is not a language such as ar_EG.utf8"};
     }
     try {
-        // The person at the set changes one thing: a menu language that was described apart
-        // follows.
+        // A person changes the language of the whole TV: a menu language of its own in the
+        // description follows.
         if (Description::isGiven(Field::MENU_LANGUAGE)) {
             Description::write(Field::MENU_LANGUAGE, words[1]);
         }
@@ -154,7 +154,7 @@ constexpr Action ACTIONS[] = {
 
 }  // namespace
 
-ControlReply obey(ControlledApplication* application, const std::vector<std::string>& words) {
+ControlReply runVerb(ControlledApplication* application, const std::vector<std::string>& words) {
     const std::string error = usageError(words);
     if (!error.empty()) {
         return {CONTROL_USAGE_ERROR, error};

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What a control program may ask of a running set.
+// Carries out the requests of control programs.
 #pragma once
 
 #include <string>
@@ -10,8 +10,7 @@
 
 namespace host {
 
-// Does what WORDS, a verb and its arguments, ask. What the program's callbacks throw passes
-// through.
-ControlReply obey(ControlledApplication* application, const std::vector<std::string>& words);
+// Carries out WORDS, a verb and its arguments. Exceptions of the program's callbacks pass through.
+ControlReply runVerb(ControlledApplication* application, const std::vector<std::string>& words);
 
 }  // namespace host

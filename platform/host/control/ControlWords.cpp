@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Escaping and joining the words of a control request.
+// Escapes, joins and splits the words of a control request.
 #include "host/control/ControlWords.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace host {
 
 namespace {
 
-std::string taken(gchar* text) {
+std::string takeText(gchar* text) {
     const std::unique_ptr<gchar, decltype(&g_free)> owner(text, &g_free);
     return owner.get();
 }
@@ -20,11 +20,11 @@ std::string taken(gchar* text) {
 }  // namespace
 
 std::string escapeWord(const std::string& word) {
-    return taken(g_strescape(word.c_str(), nullptr));
+    return takeText(g_strescape(word.c_str(), nullptr));
 }
 
 std::string unescapeWord(const std::string& word) {
-    return taken(g_strcompress(word.c_str()));
+    return takeText(g_strcompress(word.c_str()));
 }
 
 std::string joinWords(const std::vector<std::string>& words) {

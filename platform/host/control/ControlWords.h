@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// How the words of a control request travel on one line.
+// Puts the words of a control request on one line.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Asking and changing a description.
+// Reads and changes a description.
 #include "host/control/DescriptionVerbs.h"
 
 #include <stdexcept>
@@ -78,8 +78,8 @@ ControlReply setValue(const std::vector<std::string>& words,
     return {CONTROL_DONE, ""};
 }
 
-ControlReply obeyForFile(const std::string& path, const std::vector<std::string>& words,
-                         std::vector<std::string>* remarks) {
+ControlReply runVerbOnFile(const std::string& path, const std::vector<std::string>& words,
+                           std::vector<std::string>* remarks) {
     const std::string& verb = words.front();
     if (verb != "get" && verb != "set" && verb != "describe") {
         return {CONTROL_USAGE_ERROR,

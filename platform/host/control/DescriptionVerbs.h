@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The control verbs that ask or change a description: that of a running set, or any file.
+// The control verbs that read or change a description: that of a running set, or any file.
 #pragma once
 
 #include <functional>
@@ -23,9 +23,9 @@ ControlReply getValue(const DescriptionValues& values, const std::vector<std::st
 ControlReply setValue(const std::vector<std::string>& words,
                       const std::function<void(Field, const std::string&)>& write);
 
-// Answers WORDS from the description file PATH, without a running set. REMARKS gets what is wrong
-// with single values of the file.
-ControlReply obeyForFile(const std::string& path, const std::vector<std::string>& words,
-                         std::vector<std::string>* remarks);
+// Carries out WORDS for the description file PATH, without a running set. REMARKS receives the
+// file's bad values and unknown keys.
+ControlReply runVerbOnFile(const std::string& path, const std::vector<std::string>& words,
+                           std::vector<std::string>* remarks);
 
 }  // namespace host

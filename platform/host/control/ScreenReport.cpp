@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Tells in words what a person sees on the set.
+// Walks the program's windows and writes a line for each object that shows something.
 #include "host/control/ScreenReport.h"
 
 #include <algorithm>
@@ -11,8 +11,8 @@
 #include "host/toolkit/ToolkitWindows.h"
 #include "host/toolkit/WidgetTexts.h"
 
-// Exported by the toolkit, which tells in its headers only of elm_object_focus_allow_get; that one
-// says of a button whose icon could take the focus that the button can.
+// Exported by the toolkit but not declared in its headers. Unlike the public
+// elm_object_focus_allow_get it does not report a button as focusable because its icon is.
 extern "C" Eina_Bool elm_widget_can_focus_get(const Evas_Object* widget);
 
 namespace host {
@@ -40,7 +40,7 @@ std::string orNothing(const char* text) {
     return text != nullptr ? text : "";
 }
 
-// Whether OBJECT and all that it is cut to are shown; what holds it has been looked at before.
+// Whether OBJECT and its clippers are shown. Its parents have been checked before.
 bool isDrawn(const Evas_Object* object) {
     for (const Evas_Object* at = object; at != nullptr; at = evas_object_clip_get(at)) {
         int alpha = 0;
@@ -59,7 +59,8 @@ class Report {
           m_hasKeyboard(elm_win_focus_get(window) != EINA_FALSE),
           m_focused(elm_object_focused_object_get(window)) {
         m_depth = 0;
-        tell("window", window, m_hasKeyboard ? " focus" : "", orNothing(elm_win_title_get(window)));
+        addLine("window", window, m_hasKeyboard ? " focus" : "",
+                orNothing(elm_win_title_get(window)));
         m_depth = 1;
         Evas* canvas = evas_object_evas_get(window);
         for (Evas_Object* object = evas_object_bottom_get(canvas); object != nullptr;
@@ -80,7 +81,7 @@ class Report {
             return;
         }
         const int depth = m_depth;
-        tellOf(object, orNothing(evas_object_type_get(object)));
+        addObject(object, orNothing(evas_object_type_get(object)));
         Eina_List* members = evas_object_smart_members_get(object);
         void* member = nullptr;
         EINA_LIST_FREE(members, member) {
@@ -89,15 +90,15 @@ class Report {
         m_depth = depth;
     }
 
-    void tellOf(Evas_Object* object, const std::string& type) {
-        // A part may hold a text object that has nothing to say.
+    void addObject(Evas_Object* object, const std::string& type) {
+        // A part may hold an empty text object.
         if (const std::string text = drawnText(object); !text.empty()) {
-            tell("text", object, "", text);
+            addLine("text", object, "", text);
         } else if (object != m_window && type.rfind(WIDGET_PREFIX, 0) == 0) {
-            tell(type.substr(std::strlen(WIDGET_PREFIX)), object, stateOf(object));
+            addLine(type.substr(std::strlen(WIDGET_PREFIX)), object, stateOf(object));
             ++m_depth;
             if (type == "elm_genlist") {
-                tellRows(object);
+                addRows(object);
             }
         }
     }
@@ -107,21 +108,21 @@ class Report {
                (widget == m_focused ? " focus" : "");
     }
 
-    void tellRows(Evas_Object* list) {
+    void addRows(Evas_Object* list) {
         Eina_List* items = elm_genlist_realized_items_get(list);
         void* entry = nullptr;
         EINA_LIST_FREE(items, entry) {
             auto* item = static_cast<Elm_Object_Item*>(entry);
             std::string state = elm_object_item_focus_get(item) != EINA_FALSE ? " focus" : "";
             state += elm_genlist_item_selected_get(item) != EINA_FALSE ? " selected" : "";
-            tell("row", elm_object_item_track(item), state,
-                 orNothing(elm_object_item_part_text_get(item, "elm.text")));
+            addLine("row", elm_object_item_track(item), state,
+                    orNothing(elm_object_item_part_text_get(item, "elm.text")));
             elm_object_item_untrack(item);
         }
     }
 
-    void tell(const std::string& kind, const Evas_Object* object, const std::string& state,
-              const std::string& text = "") {
+    void addLine(const std::string& kind, const Evas_Object* object, const std::string& state,
+                 const std::string& text = "") {
         int x = 0;
         int y = 0;
         int width = 0;
@@ -135,7 +136,7 @@ class Report {
     Evas_Object* m_window;  // belongs to the program, as all objects here
     bool m_hasKeyboard;
     Evas_Object* m_focused;
-    int m_depth = 0;  // of the line that comes next
+    int m_depth = 0;  // of the next line
     std::string m_text;
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Tells in words what a person sees on the set.
+// Describes as text what is on the screen.
 #pragma once
 
 #include <string>
@@ -11,10 +11,10 @@ namespace host {
 //
 //     KIND X,Y WIDTHxHEIGHT [focusable] [focus] [selected] ["TEXT"]
 //
-// indented by what it stands in. KIND is window, a widget's name with the toolkit such as button,
-// popup or genlist, row for a row of a list, or text for a piece of text as it is drawn. A window's
-// text is its title. Coordinates are in pixels of the screen. Quotes and backslashes in a text have
-// a backslash before them, and the end of a line is \n.
+// indented by its depth. KIND is window, the toolkit's name of a widget such as button, popup or
+// genlist, row for a row of a list, or text for a piece of text as it is drawn. A window's text is
+// its title. Coordinates are in pixels of the screen. Quotes and backslashes in a text have a
+// backslash before them, and the end of a line is \n.
 std::string screenReport();
 
 }  // namespace host

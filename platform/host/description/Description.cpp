@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Keeps the last good version of the set's description and follows its file.
+// Caches the last good version of the set's description and follows its file.
 #include "host/description/Description.h"
 
 #include <mutex>
@@ -15,7 +15,7 @@ namespace host {
 
 namespace {
 
-// What tells one version of the file from another.
+// Identifies a version of the file.
 struct Stamp {
     std::string path;
     struct stat status;
@@ -41,7 +41,7 @@ bool same(const Stamp& one, const Stamp& other) {
              sameTime(one.status.st_ctim, other.status.st_ctim)));
 }
 
-// The last version that was read. Never destroyed, since threads may ask until the very end.
+// The last version that was read. Never destroyed, since threads may use it until the process ends.
 struct Cache {
     std::mutex guard;  // guards the members below
     Stamp stamp{"", {}, false};

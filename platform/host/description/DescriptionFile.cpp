@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Reading and changing a description file.
+// Parses and rewrites a description file.
 #include "host/description/DescriptionFile.h"
 
 #include <memory>
@@ -15,7 +15,7 @@ std::string inFull(FieldName name) {
     return std::string("[") + name.group + "] " + name.key;
 }
 
-void take(Field field, GKeyFile* file, DescriptionValues* values) {
+void readField(Field field, GKeyFile* file, DescriptionValues* values) {
     const FieldName name = nameOf(field);
     GError* error = nullptr;
     const std::unique_ptr<gchar, decltype(&g_free)> given(
@@ -69,7 +69,7 @@ DescriptionValues readDescription(const std::string& path) {
     const KeyFilePtr file = readKeyFile(path);
     DescriptionValues values;
     for (std::size_t index = 0; index < FIELD_COUNT; ++index) {
-        take(static_cast<Field>(index), file.get(), &values);
+        readField(static_cast<Field>(index), file.get(), &values);
     }
     remarkUnknown(file.get(), &values);
     return values;

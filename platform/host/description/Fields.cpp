@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The table of the description's values: names, defaults and what each may be.
+// The table of the description's values: names, defaults and rules.
 #include "host/description/Fields.h"
 
 #include <array>

@@ -48,10 +48,10 @@ FieldName nameOf(Field field);
 const char* fallbackOf(Field field);
 std::optional<Field> findField(const std::string& group, const std::string& key);
 
-// The number that is the whole of TEXT.
+// The value of a decimal number; nothing when TEXT is anything else.
 std::optional<int> parseNumber(const std::string& text);
 
-// What a value of FIELD has to be, such as "true or false", when VALUE is not; else empty.
+// The rule that VALUE breaks, such as "true or false"; empty when FIELD can have VALUE.
 std::string unmetRule(Field field, const std::string& value);
 
 }  // namespace host

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The language of the set's menus and the reading direction that comes with a language.
+// The language of the set's menus and the reading direction.
 #pragma once
 
 #include <string>

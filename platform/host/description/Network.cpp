@@ -53,7 +53,7 @@ std::string printed(const sockaddr* address) {
     return text.data();
 }
 
-// Ethernet and wireless devices alike; a bridge only joins others.
+// True for wired and wireless devices. A bridge only joins other devices.
 bool isEthernet(const fs::path& device) {
     constexpr const char* ethernet = "1";
     std::error_code failure;
@@ -105,8 +105,8 @@ void addAddresses(std::vector<NetworkInterface>* found) {
     }
 }
 
-// The kernel writes an address in the table of routes as the hexadecimal form of its four bytes in
-// this machine's order.
+// The kernel writes an address in the table of routes as a hexadecimal number in the machine's byte
+// order.
 std::string addressFromHex(const std::string& text) {
     in_addr raw{};
     std::istringstream stream(text);
@@ -148,7 +148,7 @@ void addRoutes(const std::string& path, std::vector<NetworkInterface>* found) {
     }
 }
 
-// Machines have made-up devices that nobody has given an address. They are no connections.
+// Virtual devices without an address are not connections.
 void dropIdle(std::vector<NetworkInterface>* found) {
     found->erase(std::remove_if(found->begin(), found->end(),
                                 [](const NetworkInterface& device) {
@@ -173,7 +173,7 @@ std::vector<std::string> nameServersIn(const std::string& path) {
     return servers;
 }
 
-// The kernel's macros walk writable memory only.
+// DATA is not const because the kernel's macros do not accept const memory.
 void readAddressMessages(char* data, std::size_t length, std::set<std::string>* permanent,
                          bool* done) {
     auto left = static_cast<unsigned>(length);
@@ -195,8 +195,7 @@ void readAddressMessages(char* data, std::size_t length, std::set<std::string>* 
     }
 }
 
-// Names of the interfaces whose IPv4 address has no end, which is how a fixed one differs from one
-// that was leased.
+// Names of the interfaces whose IPv4 address never expires: it is static and has no lease.
 std::set<std::string> withPermanentAddress() {
     std::set<std::string> permanent;
     const int descriptor = socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_ROUTE);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The network of the set: the machine's own, or the one that the description makes up.
+// The network of the set: the machine's own, or a made-up one from the description.
 #pragma once
 
 #include <string>
@@ -10,8 +10,8 @@ namespace host {
 struct NetworkInterface {
     std::string name;
     bool wireless = false;
-    bool isHardware = true;  // a device of its own, not made up by the kernel
-    bool isDefault = false;  // the way to the rest of the world leads over it
+    bool isHardware = true;  // not a virtual device of the kernel
+    bool isDefault = false;  // has the default route
     bool isDynamic = true;   // its address has a lease
     std::string address;     // IPv4, empty when it has none
     std::string mask;
@@ -20,7 +20,7 @@ struct NetworkInterface {
     std::string mac;
 };
 
-// Where the system tells about its interfaces; a test gives files of its own.
+// The system's files about its interfaces; a test uses its own files.
 struct NetworkSources {
     std::string devices = "/sys/class/net";
     std::string routes = "/proc/net/route";
@@ -28,7 +28,7 @@ struct NetworkSources {
 };
 
 struct Network {
-    // The interface in use first. Loopback and bridges are no part of it.
+    // The interface in use first. Without loopback and bridges.
     std::vector<NetworkInterface> interfaces;
     std::vector<std::string> nameServers;
 

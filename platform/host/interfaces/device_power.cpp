@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The power service of the virtual set. Its control program is what sends the notices.
+// The power service of the virtual set. The control program triggers its notices.
 #include "device_power.h"
 
 #include "host/notices/PowerNotices.h"

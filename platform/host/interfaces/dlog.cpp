@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The television's log on a file, the system's journal or standard error.
+// The television's log, written to a file, the system's journal or standard error.
 #include "dlog.h"
 
 #include <array>
@@ -63,7 +63,7 @@ __attribute__((format(printf, 1, 0))) std::string formatted(const char* format, 
     return text;
 }
 
-// One call is one line, and no message can play with the terminal that shows the log.
+// Each call gives one line, and no message can send control codes to a terminal that shows the log.
 std::string escaped(const std::string& text) {
     std::string line;
     line.reserve(text.size());
@@ -112,9 +112,9 @@ void occupy(int descriptor, const char* path) {
     }
 }
 
-// A program may close its standard streams. The next pipe or socket would land on the free numbers,
-// and whoever writes to descriptor 2 by number would write into it. Descriptor 2 becomes a file, so
-// that the last words of an aborted process are kept.
+// A program may close its standard streams. The next pipe or socket would get the free numbers, and
+// code that writes to descriptor 2 by number would write into it. Descriptor 2 becomes a file,
+// which keeps the last messages of an aborted process.
 void occupyStandardDescriptors() {
     occupy(STDIN_FILENO, "/dev/null");
     occupy(STDOUT_FILENO, "/dev/null");
@@ -123,7 +123,7 @@ void occupyStandardDescriptors() {
     }
 }
 
-// The descriptor of the log file, opened anew when the environment NAMES another one. Never closed
+// The descriptor of the log file, opened anew when the environment names another one. Never closed
 // at the end of the process: a static destructor may still log.
 class LogFile {
   public:

@@ -58,7 +58,7 @@ class Player {
 
     void play(const Sound& sound) {
         const std::lock_guard<std::mutex> lock(m_guard);
-        // Sounds that come late are worse than none.
+        // A sound that comes late is worse than none.
         if (m_waiting.size() < MOST_WAITING) {
             m_waiting.push_back(&sound);
             m_news.notify_one();
@@ -79,11 +79,11 @@ class Player {
             const Sound* sound = m_waiting.front();
             m_waiting.pop_front();
             lock.unlock();
-            sounded(*sound);
+            playOrLog(*sound);
         }
     }
 
-    void sounded(const Sound& sound) {
+    void playOrLog(const Sound& sound) {
         std::string outcome = "off";
         const int volume = Description::number(Field::SOUND_VOLUME);
         if (Description::flag(Field::SOUND_ENABLED) && volume > 0) {
@@ -96,7 +96,7 @@ class Player {
         const std::string folder =
             host::SetFolder::variable("VIRTUAL_SET_SOUNDS", VIRTUAL_SET_SOUNDS);
         const std::string path = folder + "/" + sound.name + ".wav";
-        // Asked first, because a machine without a sound system would not look at the file.
+        // Checked first, because without a sound system nothing would look at the file.
         if (access(path.c_str(), R_OK) != 0) {
             return "no file " + path + ", " + std::strerror(errno);
         }
@@ -143,7 +143,7 @@ class Player {
     std::condition_variable m_news;
     std::deque<const Sound*> m_waiting;
 
-    // Of the thread alone; null without a connection. Never released at the end of the process.
+    // Used by the thread only; null without a connection. Never released at the end of the process.
     ca_context* m_context = nullptr;
 };
 

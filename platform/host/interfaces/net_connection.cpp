@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The set's network as a connection with profiles: each handle is a picture taken when it was made.
+// The set's network as a connection with profiles. Each handle is a snapshot of the time when it
+// was created.
 #include "net_connection.h"
 
 #include <cstddef>
@@ -41,7 +42,7 @@ bool isFamily(connection_address_family_e family) {
     return family == CONNECTION_ADDRESS_FAMILY_IPV4 || family == CONNECTION_ADDRESS_FAMILY_IPV6;
 }
 
-int give(const std::string& text, char** result) {
+int copyTo(const std::string& text, char** result) {
     if (text.empty()) {
         return CONNECTION_ERROR_OPERATION_FAILED;
     }
@@ -50,7 +51,7 @@ int give(const std::string& text, char** result) {
 }
 
 // A text of the profile that only IPv4 has.
-int giveOfProfile(connection_profile_h profile, connection_address_family_e family,
+int copyOfProfile(connection_profile_h profile, connection_address_family_e family,
                   std::string host::NetworkInterface::*text, char** result) {
     if (profile == nullptr || result == nullptr || !isFamily(family)) {
         return CONNECTION_ERROR_INVALID_PARAMETER;
@@ -58,7 +59,7 @@ int giveOfProfile(connection_profile_h profile, connection_address_family_e fami
     if (family != CONNECTION_ADDRESS_FAMILY_IPV4) {
         return CONNECTION_ERROR_ADDRESS_FAMILY_NOT_SUPPORTED;
     }
-    return give(static_cast<Profile*>(profile)->device.*text, result);
+    return copyTo(static_cast<Profile*>(profile)->device.*text, result);
 }
 
 }  // namespace
@@ -103,7 +104,8 @@ int connection_get_ip_address(connection_h connection, connection_address_family
     if (used == nullptr) {
         return CONNECTION_ERROR_NO_CONNECTION;
     }
-    return give(family == CONNECTION_ADDRESS_FAMILY_IPV4 ? used->address : used->address6, address);
+    return copyTo(family == CONNECTION_ADDRESS_FAMILY_IPV4 ? used->address : used->address6,
+                  address);
 }
 
 int connection_get_mac_address(connection_h connection, connection_type_e type, char** address) {
@@ -115,7 +117,7 @@ int connection_get_mac_address(connection_h connection, connection_type_e type, 
     }
     for (const auto& device : static_cast<Connection*>(connection)->network.interfaces) {
         if (connectionType(device) == type) {
-            return give(device.mac, address);
+            return copyTo(device.mac, address);
         }
     }
     return CONNECTION_ERROR_OPERATION_FAILED;
@@ -182,7 +184,7 @@ int connection_profile_get_dns_address(connection_profile_h profile, int order,
     for (const auto& server : static_cast<Profile*>(profile)->connection->network.nameServers) {
         const bool isSix = server.find(':') != std::string::npos;
         if (isSix == wantsSix && ++count == order) {
-            return give(server, address);
+            return copyTo(server, address);
         }
     }
     return CONNECTION_ERROR_OPERATION_FAILED;
@@ -190,12 +192,12 @@ int connection_profile_get_dns_address(connection_profile_h profile, int order,
 
 int connection_profile_get_gateway_address(connection_profile_h profile,
                                            connection_address_family_e family, char** address) {
-    return giveOfProfile(profile, family, &host::NetworkInterface::gateway, address);
+    return copyOfProfile(profile, family, &host::NetworkInterface::gateway, address);
 }
 
 int connection_profile_get_subnet_mask(connection_profile_h profile,
                                        connection_address_family_e family, char** mask) {
-    return giveOfProfile(profile, family, &host::NetworkInterface::mask, mask);
+    return copyOfProfile(profile, family, &host::NetworkInterface::mask, mask);
 }
 
 int connection_profile_get_ip_config_type(connection_profile_h profile,

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// USB storage of the virtual set: folders that its description names.
+// USB storage of the virtual set: the folders that its description lists.
 #include "usb.h"
 
 #include <string>
@@ -13,7 +13,7 @@ struct usb_device {
 
 struct usb_device_list {
     std::vector<usb_device> devices;
-    std::size_t position;  // of the device that was given last
+    std::size_t position;  // of the device that was returned last
 };
 
 namespace {

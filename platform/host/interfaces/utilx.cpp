@@ -13,7 +13,8 @@ int noteError(Display*, XErrorEvent* event) {
     return 0;
 }
 
-// Keeps an error, such as that of a key which somebody else has grabbed, from ending the process.
+// Keeps an X error from ending the process, such as that of a key which another program has
+// grabbed.
 class ErrorTrap {
   public:
     explicit ErrorTrap(Display* display) : m_display(display) {
@@ -25,7 +26,7 @@ class ErrorTrap {
     ErrorTrap(const ErrorTrap&) = delete;
     ErrorTrap& operator=(const ErrorTrap&) = delete;
 
-    // The error of what was asked for so far, or 0.
+    // The error of the requests so far, or 0.
     int error() const {
         XSync(m_display, False);
         return s_failure;

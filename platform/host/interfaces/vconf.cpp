@@ -39,7 +39,7 @@ const std::map<std::string, Field>& described() {
     return *table;
 }
 
-// Keys that every set has from its first start on.
+// Keys that exist on every set from its first start on.
 const std::map<std::string, std::string>& fromFactory() {
     static const auto* table = new std::map<std::string, std::string>{
         {"memory/zolt/zolt_screensaver_blocking", "0"},
@@ -89,7 +89,7 @@ Subscriptions& subscriptions() {
     return *only;
 }
 
-// A value that is no longer there differs from an empty one.
+// An absent value differs from an empty one.
 std::string comparable(const std::string& key) {
     const auto value = valueOf(key);
     return value ? "=" + *value : "";

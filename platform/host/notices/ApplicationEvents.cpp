@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Registering and calling event handlers.
+// Registers and calls event handlers.
 #include "host/notices/ApplicationEvents.h"
 
 #include <deque>
@@ -16,7 +16,7 @@ struct app_event_info {
 
 namespace {
 
-// Handles point into it, so it only grows. Never destroyed.
+// Handles point into it, so entries are never removed. Never destroyed.
 std::deque<app_event_handler>& handlers() {
     static auto* only = new std::deque<app_event_handler>;
     return *only;
@@ -38,9 +38,9 @@ void deliverEvent(app_event_type_e type) {
         if (handler.type != type || handler.callback == nullptr) {
             continue;
         }
-        // There are programs whose language handler has the form of an older framework and takes
-        // its first argument for the registered data. The event carries nothing else, so it is
-        // that.
+        // Some programs have a language handler with the signature of an older framework, whose
+        // first argument is the registered data. This event carries no information, so every
+        // handler gets the data there.
         const bool older = type == APP_EVENT_LANGUAGE_CHANGED;
         handler.callback(older ? reinterpret_cast<app_event_info_h>(handler.userData) : &info,
                          handler.userData);

@@ -36,12 +36,12 @@ struct Watched {
     std::string last;
 };
 
-// Never destroyed: notices may come until the process is gone.
+// Never destroyed: notices may come until the process ends.
 struct Board {
     std::mutex guard;  // guards the members below
     unsigned lastId = 0;
     std::map<unsigned, Watched> watched;
-    std::set<std::string> folders;  // already with the kernel
+    std::set<std::string> folders;  // already watched
     int inotify = -1;
     bool network = false;
 };
@@ -61,22 +61,22 @@ void watchFolder(Board* state, const std::string& folder) {
     if (!state->folders.insert(folder).second) {
         return;
     }
-    // The folder and not the file: a file that is replaced in one step is another file. A link is
-    // only ever created, never written.
+    // Watches the folder, not the file: a file that is replaced by a rename is another file. Links
+    // are created, never written.
     constexpr unsigned mask = IN_CREATE | IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE;
     if (inotify_add_watch(state->inotify, folder.c_str(), mask) < 0) {
         logWarning("Changes of files in " + folder + " will not be noticed while the set runs");
     }
 }
 
-// Where FILE is a link, and perhaps a link to a link, each of them can be replaced and the file at
-// the end be written.
+// FILE may be a link, also to a link: each link can be replaced and the target can be written.
 void watchFile(Board* state, fs::path file) {
-    constexpr int mostLinks = 40;  // as many as the kernel follows
+    constexpr int mostLinks = 40;  // the kernel's own limit
     std::error_code noLink;
     for (int links = 0; links <= mostLinks && !noLink; ++links) {
         watchFolder(state, file.parent_path().string());
-        // The folder may be reached over a link itself, so ".." in the target is for the kernel.
+        // Not normalized: the folder may itself be reached over a link, so only the kernel can
+        // resolve "..".
         file = file.parent_path() / fs::read_symlink(file, noLink);
     }
 }
@@ -91,7 +91,7 @@ void followLinks(Board* state) {
 gboolean changed(gint descriptor, GIOCondition, gpointer) {
     drain(descriptor);
     {
-        // A link may lead elsewhere now.
+        // A link may have another target now.
         const std::lock_guard<std::mutex> lock(board().guard);
         followLinks(&board());
     }
@@ -125,12 +125,12 @@ void watchNetwork(Board* state) {
         if (descriptor >= 0) {
             close(descriptor);
         }
-        return;  // a sandbox without netlink has no changing network either
+        return;  // without netlink, as in a sandbox, the network does not change
     }
     g_unix_fd_add(descriptor, G_IO_IN, changed, nullptr);
 }
 
-// The notice of ID when its value has become another one, or an empty function.
+// The NOTIFY of ID when its value has changed, otherwise an empty function.
 std::function<void()> noticeOf(unsigned id) {
     Board& state = board();
     std::function<std::string()> read;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Drives the program's lifecycle callbacks on the toolkit's main loop.
+// Calls the program's lifecycle callbacks from the toolkit's main loop.
 #include "host/process/Application.h"
 
 #include <string>
@@ -38,13 +38,13 @@ int stallSeconds() {
     return Description::number(Field::STALL_SECONDS);
 }
 
-void introduce() {
+void logIntroduction() {
     logInfo("This is a virtual set, process " + std::to_string(getpid()) + ", in " +
             SetFolder::path() + ": " + Description::text(Field::SCREEN_WIDTH) + "x" +
             Description::text(Field::SCREEN_HEIGHT) + ", " + Description::text(Field::LANGUAGE));
 }
 
-// Undoes the bridge when the main loop is left, in whichever way.
+// Removes the bridge when the main loop ends, also by an exception.
 struct BridgeHold {
     BridgeHold() { MainLoopBridge::install(); }
     ~BridgeHold() { MainLoopBridge::remove(); }
@@ -71,13 +71,13 @@ int Application::run() {
     }
     watchDescription();
     if (!m_callbacks.create(m_userData)) {
-        logError("The application does not want to be created");
+        logError("The application has refused to be created");
         m_toolkit.close();
         return APP_ERROR_INVALID_CONTEXT;
     }
     const int result = loop();
-    // An application that was ended before its first launch has nothing to take down yet, and is
-    // not prepared to.
+    // Not called before the first launch: the application has created nothing yet and may not
+    // expect it.
     if (m_launched) {
         call(m_callbacks.terminate);
     }
@@ -88,16 +88,16 @@ int Application::run() {
     return result;
 }
 
-// Everything that lives as long as the main loop turns. The watchdog is gone before the program may
-// take its time to terminate.
+// Creates what lives as long as the main loop. The watchdog ends with it, so terminate may take any
+// time.
 int Application::loop() {
     const BridgeHold bridge;
     const RemoteKeys keys;
     const ScreenReader reader;
     const DisplayWatch display;
     const ControlServer control(
-        [this](const std::vector<std::string>& words) { return obey(this, words); });
-    const WindowsInSight windows([this] { followSight(); });
+        [this](const std::vector<std::string>& words) { return runVerb(this, words); });
+    const WindowsInSight windows([this] { updateForeground(); });
     m_windows = &windows;
     Ecore_Job* first = ecore_job_add(onStart, this);
     const StallWatchdog watchdog(stallSeconds());
@@ -132,21 +132,21 @@ void Application::launchAgain() {
 
 void Application::goToBackground() {
     m_background = true;
-    followSight();
+    updateForeground();
 }
 
 void Application::comeToForeground() {
     m_background = false;
-    followSight();
+    updateForeground();
 }
 
-void Application::followSight() {
-    const bool wanted = m_windows->anyInSight() && !m_background;
-    if (!m_launched || wanted == m_resumed) {
+void Application::updateForeground() {
+    const bool foreground = m_windows->anyInSight() && !m_background;
+    if (!m_launched || foreground == m_resumed) {
         return;
     }
-    m_resumed = wanted;
-    call(wanted ? m_callbacks.resume : m_callbacks.pause);
+    m_resumed = foreground;
+    call(foreground ? m_callbacks.resume : m_callbacks.pause);
 }
 
 void Application::call(void (*callback)(void*)) {
@@ -167,7 +167,7 @@ void Application::watchDescription() {
 int runApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks,
                    void* userData) {
     redirectToolkitLog();
-    introduce();
+    logIntroduction();
     Application application(argc, argv, callbacks, userData);
     return application.run();
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The life of the one application that runs on the virtual set.
+// The lifecycle of the one application that runs on the virtual set.
 #pragma once
 
 #include <vector>
@@ -34,7 +34,7 @@ class Application : public ControlledApplication {
     void start();
     int loop();
     void watchDescription();
-    void followSight();
+    void updateForeground();
     void call(void (*callback)(void*));
 
     const ui_app_lifecycle_callback_s& m_callbacks;

@@ -16,15 +16,15 @@ namespace host {
 
 namespace {
 
-// A request to the dead server. The toolkit would work on without the answer and crash, so nothing
-// is run any more, no destructor either.
+// Called for a request to the dead server. The toolkit would continue without the answer and crash,
+// so the process exits without cleanup.
 [[noreturn]] void endNow(Display*, void*) {
     logError("The X server of the set is gone: the process ends here");
     _exit(1);
 }
 
-// Called before the one above. The toolkit's own would end the process with its destructors, and
-// that of the thread pool's condition waits for its master thread, which nobody has told.
+// Xlib calls it before endNow. The toolkit's handler would run static destructors, and the
+// destructor of the program's thread pool would wait for a thread that was never told to end.
 int endOnError(Display* display) {
     endNow(display, nullptr);
 }
@@ -38,8 +38,8 @@ gboolean onHangUp(gint, GIOCondition, gpointer) {
     leaveLoop();
 }
 
-// Before it waits, the toolkit reads what has come from the server, and an end that came since the
-// last wait would be its own to find.
+// The toolkit reads from the server before each wait and would notice an end since the last wait
+// itself.
 Eina_Bool leaveIfGone(void* descriptor) {
     pollfd connection = {*static_cast<int*>(descriptor), 0, 0};
     if (poll(&connection, 1, 0) > 0) {
@@ -48,8 +48,7 @@ Eina_Bool leaveIfGone(void* descriptor) {
     return ECORE_CALLBACK_RENEW;
 }
 
-// What waits for the main loop, and the connection that is looked at when it has waited: the
-// toolkit reads next.
+// The main loop's original wait, and the connection to check after it, before the toolkit reads.
 Ecore_Select_Function s_waitOfLoop = nullptr;
 int s_watched = -1;
 

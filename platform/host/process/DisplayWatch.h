@@ -7,13 +7,12 @@
 
 namespace host {
 
-// Comes out of the main loop when the X server is gone.
+// Leaves the main loop when the X server has died.
 struct DisplayLost {};
 
-// The toolkit goes on turning its main loop, at full load, when its X server is gone. While this
-// object lives, the main loop is left by an exception in place of that: before the toolkit notices,
-// so that the program can still take leave of everybody else. From then on any request to the dead
-// server ends the process.
+// Without its X server the toolkit keeps its main loop running, at full load. While this object
+// lives, DisplayLost ends the main loop before the toolkit notices, so that the program can still
+// shut down in order. From then on any request to the dead server ends the process.
 class DisplayWatch {
   public:
     DisplayWatch();

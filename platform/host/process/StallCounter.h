@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-// Tells from regular looks at a main loop whether it has stalled.
+// Decides whether a main loop has stalled, from regular checks of its state.
 #pragma once
 
 #include <chrono>
 
 namespace host {
 
-// What is known of a main loop.
+// The state of a main loop.
 struct LoopState {
     unsigned turns = 0;    // how often it has come back from waiting
     bool waiting = false;  // for something to happen
@@ -18,10 +18,10 @@ class StallCounter {
 
     StallCounter(std::chrono::milliseconds limit, const LoopState& state, Clock::time_point now);
 
-    // The time between two looks.
+    // The time between two checks.
     std::chrono::milliseconds step() const;
 
-    // True when the loop has been in the same turn for the limit. A look that comes much too late
+    // True when the loop has been in the same turn for the limit. A check that comes much too late
     // means that the whole process was stopped; that time does not count.
     bool look(const LoopState& state, Clock::time_point now);
 

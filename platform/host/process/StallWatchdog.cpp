@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Looks at the main loop from a thread of its own.
+// Checks the main loop from a thread of its own.
 #include "host/process/StallWatchdog.h"
 
 #include <atomic>
@@ -21,16 +21,16 @@ std::atomic<bool> s_waiting{false};
 
 constexpr const char* THREAD_NAME = "stall-watchdog";  // shown by debuggers and ps
 
-void goesToWait() {
+void beforeWait() {
     s_waiting = true;
 }
 
-void hasWaited() {
+void afterWait() {
     ++s_turns;
     s_waiting = false;
 }
 
-[[noreturn]] void giveUp(int limit) {
+[[noreturn]] void abortProcess(int limit) {
     logError("The main loop has not turned for " + std::to_string(limit) +
              " seconds: the process is aborted");
     std::abort();
@@ -41,7 +41,7 @@ void hasWaited() {
 StallWatchdog::StallWatchdog(int limit) : m_limit(limit) {
     if (m_limit > 0) {
         s_waiting = false;
-        MainLoopBridge::setNotices(goesToWait, hasWaited);
+        MainLoopBridge::setNotices(beforeWait, afterWait);
         m_thread = std::thread([this] { watch(); });
         pthread_setname_np(m_thread.native_handle(), THREAD_NAME);
     }
@@ -69,7 +69,7 @@ void StallWatchdog::watch() {
     std::unique_lock<std::mutex> lock(m_guard);
     while (!m_end.wait_for(lock, counter.step(), [this] { return m_over; })) {
         if (counter.look(observedLoop(), StallCounter::Clock::now())) {
-            giveUp(m_limit);
+            abortProcess(m_limit);
         }
     }
 }

@@ -14,10 +14,10 @@ namespace host {
 // Time in which the whole process was stopped or the machine asleep does not count.
 class StallWatchdog {
   public:
-    // Watches from now on. A LIMIT of 0 seconds watches nothing.
+    // Starts watching. A LIMIT of 0 seconds disables the watchdog.
     explicit StallWatchdog(int limit);
 
-    // Watches no longer.
+    // Stops watching.
     ~StallWatchdog();
 
     StallWatchdog(const StallWatchdog&) = delete;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Follows the focus, asks what has it for its text, and speaks.
+// Follows the focus, gets the text of the focused widget, and speaks it.
 #include "host/speech/ScreenReader.h"
 
 #include <algorithm>
@@ -16,20 +16,20 @@ namespace host {
 
 namespace {
 
-// Between two ticks the main loop is idle, and draws, at least once: what appears has its place by
-// then, and the focus has gone where it belongs.
+// Between two ticks the main loop is idle, and draws, at least once: by then a new screen or popup
+// has its final place and focus.
 constexpr double TICK = 0.025;
 constexpr int TICKS_AT_REST = 3;
 
 ScreenReader* s_running = nullptr;
 
-bool isA(const Evas_Object* widget, const char* wanted) {
+bool isA(const Evas_Object* widget, const char* name) {
     const char* type = evas_object_type_get(widget);
-    return type != nullptr && std::strcmp(type, wanted) == 0;
+    return type != nullptr && std::strcmp(type, name) == 0;
 }
 
-// TEXT, which is released.
-std::string taken(char* text) {
+// Copies TEXT and releases it.
+std::string takeText(char* text) {
     std::string result = text != nullptr ? text : "";
     std::free(text);
     return result;
@@ -53,7 +53,7 @@ std::string rowText(const Elm_Object_Item* row) {
     return text != nullptr ? text : "";
 }
 
-// A drop-down draws its text as it was set, whatever looks like markup in it.
+// A drop-down shows its text as it was set, also what looks like markup.
 std::string widgetText(Evas_Object* widget) {
     if (isA(widget, "elm_hoversel")) {
         const char* text = elm_object_text_get(widget);
@@ -62,7 +62,7 @@ std::string widgetText(Evas_Object* widget) {
     if (isA(widget, "elm_scroller")) {
         return textsWithin(widget);
     }
-    return taken(elm_access_info_get(widget, ELM_ACCESS_INFO));
+    return takeText(elm_access_info_get(widget, ELM_ACCESS_INFO));
 }
 
 }  // namespace
@@ -100,8 +100,8 @@ Eina_Bool ScreenReader::onIdle(void* self) {
     return ECORE_CALLBACK_RENEW;
 }
 
-// The widget that a key reaches. When a screen gives way to another, its focus may move once more
-// while the new window waits for the keyboard: nobody needs to hear that.
+// The widget that receives keys. When one screen replaces another, the focus of the old one may
+// move once more while the new window waits for the keyboard; that move is not read.
 Evas_Object* ScreenReader::focusedWidget() {
     Evas_Object* keyboard = nullptr;
     std::vector<Evas_Object*> shown;
@@ -168,9 +168,9 @@ void ScreenReader::rest() {
 
 }  // namespace host
 
-// Takes the place of the toolkit's function for a program that is linked with this library, since
-// the toolkit hands texts to modules of its own installation only. Weak, so that a program that
-// listens for itself can take the place of this one.
+// Replaces the toolkit's function in a program that is linked with this library, since the toolkit
+// passes texts only to the modules of its own installation. Weak, so that a program can replace it
+// in turn, as a test does.
 extern "C" __attribute__((weak)) void elm_access_say(const char* text) {
     if (text != nullptr && host::ScreenReader::running() != nullptr) {
         host::ScreenReader::running()->say(text);

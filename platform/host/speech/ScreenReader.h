@@ -13,10 +13,11 @@
 
 namespace host {
 
-// The toolkit's own reader is made for a finger: it reads what is touched, wants two taps to press
-// a button, and lets the focus walk onto texts. It stays off. While this object lives and the set's
-// reader is on, each move of the focus reads the widget that has it, or the row of a list, once;
-// and what the program itself has said is spoken. Every text is a line in the log.
+// The toolkit's own reader is made for touch screens: it reads what is touched, needs two taps to
+// press a button, and moves the focus onto texts. It stays off. While this object lives and
+// ScreenReader is true in the description, it reads each widget or list row once when the focus
+// moves to it, and speaks what the program passes to elm_access_say. Every text is a line in the
+// log.
 class ScreenReader {
   public:
     ScreenReader();
@@ -24,13 +25,13 @@ class ScreenReader {
     ScreenReader(const ScreenReader&) = delete;
     ScreenReader& operator=(const ScreenReader&) = delete;
 
-    // The one that lives, or null.
+    // The object that exists, or null.
     static ScreenReader* running();
 
     void say(const std::string& text);
 
   private:
-    // What has the focus; both belong to the program, and may be gone.
+    // What has the focus. Both belong to the program and may have been deleted.
     struct Place {
         Evas_Object* widget = nullptr;
         const Elm_Object_Item* row = nullptr;  // of a list
@@ -47,12 +48,12 @@ class ScreenReader {
     void rest();
 
     Ecore_Idle_Enterer* m_idle;           // deleted by this class
-    Ecore_Timer* m_timer = nullptr;       // while the focus comes to rest; deleted by this class
+    Ecore_Timer* m_timer = nullptr;       // runs until the focus rests; deleted by this class
     int m_ticks = 0;                      // of the timer, since the focus moved
-    Place m_place;                        // where it was seen last
-    Place m_read;                         // where it rested last
-    Evas_Object* m_keyboard = nullptr;    // the window that has it; to be compared only
-    std::vector<Evas_Object*> m_windows;  // those that were shown then, likewise
+    Place m_place;                        // where the focus was at the last check
+    Place m_read;                         // the last place that was read
+    Evas_Object* m_keyboard = nullptr;    // the window with the keyboard; only compared
+    std::vector<Evas_Object*> m_windows;  // the windows shown then; only compared
     SpeechProgram m_program;
 };
 

@@ -20,8 +20,8 @@ bool isInstalled() {
     return found;
 }
 
-// The set's language, such as "en-us" for en_US.utf8. The program takes the voice of the language
-// where the country has none of its own. Nothing but letters and "-" reaches the command line.
+// The set's language, such as "en-us" for en_US.utf8. The program falls back to the voice of the
+// language when the country has none. Only letters and "-" reach the command line.
 std::string voice() {
     std::string result;
     for (const char character : Description::text(Field::LANGUAGE)) {
@@ -44,8 +44,7 @@ SpeechProgram::SpeechProgram()
 SpeechProgram::~SpeechProgram() {
     ecore_event_handler_del(m_ended);
     if (m_speaking != nullptr) {
-        // Given back at once: the toolkit, which is about to be shut down, would leak the news of
-        // its end.
+        // Freed here: the toolkit is about to shut down and would leak the event of its end.
         ecore_exe_kill(m_speaking);
         ecore_exe_free(m_speaking);
     }
@@ -59,8 +58,8 @@ void SpeechProgram::speak(const std::string& text) {
     if (!isInstalled()) {
         return;
     }
-    // Its complaints are read, and dropped, so that they do not end among this process's own. It
-    // does not outlive a set that dies.
+    // Its error output is read and dropped, so that it does not appear among that of this process.
+    // It ends when this process dies.
     const int flags = ECORE_EXE_PIPE_WRITE | ECORE_EXE_PIPE_READ | ECORE_EXE_PIPE_ERROR |
                       ECORE_EXE_TERM_WITH_PARENT;
     m_speaking = ecore_exe_pipe_run((std::string(PROGRAM) + " --stdin -v " + voice()).c_str(),

@@ -8,8 +8,8 @@
 
 namespace host {
 
-// Speaks one text at a time, in the language of the set, while the main loop goes on. Without the
-// program on PATH it is silent. A program that still speaks is ended with this object.
+// Speaks one text at a time, in the language of the set, without blocking the main loop. Silent
+// when the program is not on PATH. The destructor ends a program that still speaks.
 class SpeechProgram {
   public:
     SpeechProgram();
@@ -17,14 +17,14 @@ class SpeechProgram {
     SpeechProgram(const SpeechProgram&) = delete;
     SpeechProgram& operator=(const SpeechProgram&) = delete;
 
-    // A text that is still being spoken is cut off.
+    // Interrupts a text that is still being spoken.
     void speak(const std::string& text);
 
   private:
     static Eina_Bool onEnd(void* self, int type, void* event);
 
     Ecore_Event_Handler* m_ended;     // deleted by this class
-    Ecore_Exe* m_speaking = nullptr;  // belongs to the toolkit, which drops it when it has ended
+    Ecore_Exe* m_speaking = nullptr;  // freed by the toolkit when the process has ended
 };
 
 }  // namespace host

@@ -21,7 +21,7 @@ MainLoopBridge::Notice s_before = nullptr;
 MainLoopBridge::Notice s_after = nullptr;
 Ecore_Select_Function s_original = nullptr;  // belongs to Ecore
 
-void tell(MainLoopBridge::Notice notice) {
+void notify(MainLoopBridge::Notice notice) {
     if (notice != nullptr) {
         notice();
     }
@@ -91,7 +91,7 @@ int mark(fd_set* set, const GPollFD& answer, GIOCondition asked, unsigned answer
     return 1;
 }
 
-// Says in the words of select what poll has answered.
+// Converts the result of poll into that of select.
 int answered(const Sets& sets, const std::vector<GPollFD>& polls, std::size_t own) {
     clear(sets);
     int ready = 0;
@@ -108,7 +108,7 @@ int answered(const Sets& sets, const std::vector<GPollFD>& polls, std::size_t ow
     return ready;
 }
 
-// The shorter of a select call's timeout and GLib's in milliseconds; null is for ever.
+// The shorter of a select call's timeout and GLib's in milliseconds; null means forever.
 const timespec* shorter(const timeval* timeout, int milliseconds, timespec* room) {
     if (timeout == nullptr && milliseconds < 0) {
         return nullptr;
@@ -142,11 +142,11 @@ int query(GMainContext* context, int priority, std::vector<GPollFD>* polls) {
 
 int waitFor(std::vector<GPollFD>* polls, const timespec* timeout) {
     static_assert(sizeof(GPollFD) == sizeof(pollfd), "GLib keeps its form equal to the system's");
-    tell(s_before);
+    notify(s_before);
     const int result =
         ppoll(reinterpret_cast<pollfd*>(polls->data()), polls->size(), timeout, nullptr);
     const int reason = errno;
-    tell(s_after);
+    notify(s_after);
     errno = reason;
     return result;
 }
@@ -155,19 +155,19 @@ int selectBoth(int count, fd_set* read, fd_set* write, fd_set* except, timeval* 
     const Sets sets{count, read, write, except};
     const ContextHold hold;
     if (!hold.held()) {
-        // Another thread iterates GLib's context; then this loop need not.
-        tell(s_before);
+        // Another thread iterates GLib's context, so this loop does not have to.
+        notify(s_before);
         const int result = s_original(count, read, write, except, timeout);
-        tell(s_after);
+        notify(s_after);
         return result;
     }
     std::vector<GPollFD> polls = polled(sets);
     const std::size_t own = polls.size();
     int priority = 0;
     g_main_context_prepare(hold.context(), &priority);
-    const int patience = query(hold.context(), priority, &polls);
+    const int glibTimeout = query(hold.context(), priority, &polls);
     timespec room{};
-    const int result = waitFor(&polls, shorter(timeout, patience, &room));
+    const int result = waitFor(&polls, shorter(timeout, glibTimeout, &room));
     const int reason = errno;
     if (result < 0) {
         for (GPollFD& poll : polls) {

@@ -12,11 +12,11 @@ class MainLoopBridge {
 
     MainLoopBridge() = delete;
 
-    // Puts the bridge into the main loop. Ecore has to be initialised. What a GLib callback throws
-    // goes out of the main loop.
+    // Installs the bridge in the main loop. Ecore has to be initialised. An exception of a GLib
+    // callback leaves the main loop.
     static void install();
 
-    // Takes it out again.
+    // Restores the main loop.
     static void remove();
 
     // BEFORE and AFTER may be null.

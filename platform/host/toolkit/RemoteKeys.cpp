@@ -16,7 +16,7 @@ constexpr const char* REMOTE_BACK = "XF86Back";
 
 void rename(Ecore_Event_Key* key) {
     if (key->key != nullptr && std::strcmp(key->key, KEYBOARD_BACK) == 0) {
-        // The texts of an event lie within it and go with it, so they may be exchanged.
+        // The texts are part of the event's own memory, so replacing the pointers leaks nothing.
         key->key = REMOTE_BACK;
         key->keyname = REMOTE_BACK;
         key->string = nullptr;

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-// Makes a computer's keyboard a remote control.
+// Makes a computer's keyboard act as a remote control.
 #pragma once
 
 #include <Ecore.h>
 
 namespace host {
 
-// While it lives, Escape reaches the program as the remote's "XF86Back", and a grabbed key does not
-// take the focus away for as long as it is held: an X server does that, a television does not.
+// While it lives, the program sees Escape as the remote control's "XF86Back". A grabbed key does
+// not take the focus away while it is held down: an X server does that, a television does not.
 // Ecore has to be initialised.
 class RemoteKeys {
   public:

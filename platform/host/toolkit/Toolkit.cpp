@@ -18,8 +18,8 @@ namespace host {
 
 namespace {
 
-// The toolkit's own theme; its public headers speak of a name for it and do not declare one. The
-// desktop's icon themes would be searched otherwise, with helper processes.
+// Selects the icons of the toolkit's own theme; no public header declares the name. Otherwise the
+// toolkit searches the desktop's icon themes, with helper processes.
 constexpr const char* OWN_ICONS = "_Elementary_Icon_Theme";
 
 // The height for which themes are designed.
@@ -31,15 +31,15 @@ bool needsDisplay() {
     return kind == "x11" && engine.find("buffer") == std::string::npos;
 }
 
-// None of these is written anywhere: the settings of whoever develops on this machine stay.
-void settle() {
+// None of these settings is saved: the user's own settings of the toolkit stay as they are.
+void applySettings() {
     elm_config_scale_set(Description::number(Field::SCREEN_HEIGHT) / DESIGN_HEIGHT);
     elm_config_icon_theme_set(OWN_ICONS);
     elm_config_finger_size_set(1);
     elm_config_focus_highlight_enabled_set(EINA_TRUE);
     elm_config_focus_highlight_animate_set(EINA_FALSE);
     elm_config_focus_move_policy_set(ELM_FOCUS_MOVE_POLICY_KEY_ONLY);
-    // A list that takes the focus shows where in it one stands, and only OK selects.
+    // A focused list shows its focused row, and only OK selects.
     elm_config_first_item_focus_on_first_focusin_set(EINA_TRUE);
     elm_config_item_select_on_focus_disabled_set(EINA_TRUE);
     elm_config_softcursor_mode_set(ELM_SOFTCURSOR_MODE_OFF);
@@ -55,8 +55,7 @@ void settle() {
 }  // namespace
 
 Toolkit::Toolkit(int argc, char** argv) {
-    // Without its X server the toolkit would look for other ways to a screen. The environment has
-    // named this one.
+    // Without this X server, which the environment names, the toolkit would try other engines.
     if (needsDisplay()) {
         m_display = ecore_x_init(nullptr) > 0;
         if (!m_display) {
@@ -65,15 +64,15 @@ Toolkit::Toolkit(int argc, char** argv) {
             return;
         }
     }
-    // The toolkit's index of installed applications, made by a helper process that outlives the
-    // set.
+    // The toolkit's index of installed applications would be made by a helper process that outlives
+    // this one.
     efreet_cache_disable();
     m_ready = elm_init(argc, argv) > 0;
     if (!m_ready) {
         logError("The toolkit does not start");
         return;
     }
-    settle();
+    applySettings();
 }
 
 void Toolkit::close() {

@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
-// Starts the toolkit and makes it that of a television.
+// Starts the toolkit with the settings of a television.
 #pragma once
 
 namespace host {
 
 class Toolkit {
   public:
-    // Starts the toolkit; isReady tells whether that worked.
+    // Starts the toolkit; isReady returns whether that succeeded.
     Toolkit(int argc, char** argv);
     Toolkit(const Toolkit&) = delete;
     Toolkit& operator=(const Toolkit&) = delete;
 
     bool isReady() const { return m_ready; }
 
-    // Shuts the toolkit down. Not called when an exception goes through: the program's own windows
-    // are destroyed by the unwinding, after this object, and need the toolkit until then.
+    // Shuts the toolkit down. Not called for an exception: stack unwinding destroys the program's
+    // windows after this object, and they need the toolkit until then.
     void close();
 
   private:

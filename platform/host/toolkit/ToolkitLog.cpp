@@ -52,7 +52,7 @@ int priorityOf(GLogLevelFlags level) {
 }
 
 void fromGlib(const gchar* domain, GLogLevelFlags level, const gchar* message, gpointer) {
-    // Those are off unless somebody asks for them, as in GLib itself.
+    // Off by default, as in GLib itself.
     if ((level & (G_LOG_LEVEL_INFO | G_LOG_LEVEL_DEBUG)) != 0 &&
         g_getenv("G_MESSAGES_DEBUG") == nullptr) {
         return;

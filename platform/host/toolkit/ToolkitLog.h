@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-// Leads what the toolkit and GLib have to say into the television's log.
+// Redirects the messages of the toolkit and of GLib to the television's log.
 #pragma once
 
 namespace host {
 
-// A program on the set has closed its standard error, where they would write otherwise.
+// They write to standard error by default, which the program closes.
 void redirectToolkitLog();
 
 }  // namespace host

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Walks the canvases of the process.
+// Looks for a window on each canvas of the process.
 #include "host/toolkit/ToolkitWindows.h"
 
 #include <cstring>

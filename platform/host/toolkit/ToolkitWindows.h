@@ -14,7 +14,7 @@ struct ToolkitWindow {
     Evas_Object* window;  // belongs to the program
 };
 
-// Every window of the program that stands on a canvas at this moment, in no order of meaning.
+// Every window of the program that has a canvas now, in no particular order.
 std::vector<ToolkitWindow> toolkitWindows();
 
 }  // namespace host

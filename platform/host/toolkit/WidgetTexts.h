@@ -11,8 +11,8 @@ namespace host {
 // What OBJECT itself draws as text, without markup; empty when it draws none.
 std::string drawnText(Evas_Object* object);
 
-// The texts that WIDGET shows or would show if it were scrolled, in one line: those of a label with
-// blanks between them, labels with commas.
+// The texts that WIDGET shows or would show if it were scrolled, in one line: the texts of a label
+// separated by spaces, labels by commas.
 std::string textsWithin(Evas_Object* widget);
 
 }  // namespace host

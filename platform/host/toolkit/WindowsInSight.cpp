@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Works out from the windows whether the program is in front.
+// Derives from its windows whether the program is in the foreground.
 #include "host/toolkit/WindowsInSight.h"
 
 #include <utility>
@@ -18,8 +18,8 @@ namespace {
 
 constexpr const char* SEEN = "virtual-set,seen";
 
-// Called once for each window, before it is seen for the first time.
-void furnish(Ecore_Evas* canvas) {
+// Called once for each window, when it first becomes visible.
+void prepare(Ecore_Evas* canvas) {
     static int here = 0;
     ecore_evas_data_set(canvas, SEEN, &here);
     // A television has no pointer.
@@ -36,12 +36,12 @@ bool isInSight(const ToolkitWindow& entry) {
     }
     const bool seen = ecore_evas_data_get(entry.canvas, SEEN) != nullptr;
     if (ecore_evas_visibility_get(entry.canvas) == 0) {
-        // A window that was just shown is on its way: the window manager has not answered yet. The
-        // program must not seem out of sight while one screen follows another.
+        // The window was just shown and the window manager has not mapped it yet. The program must
+        // not count as hidden while one screen replaces another.
         return !seen;
     }
     if (!seen) {
-        furnish(entry.canvas);
+        prepare(entry.canvas);
     }
     return ecore_evas_iconified_get(entry.canvas) == EINA_FALSE;
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Knows whether any of the program's windows can be seen.
+// Reports whether any of the program's windows is visible.
 #pragma once
 
 #include <functional>
@@ -8,16 +8,17 @@
 
 namespace host {
 
-// Looks at the windows each time the main loop comes to rest.
+// Checks the windows each time the main loop becomes idle.
 class WindowsInSight {
   public:
-    // CHANGED is called when the answer of anyInSight has become another one.
+    // CHANGED is called when the result of anyInSight has changed.
     explicit WindowsInSight(std::function<void()> changed);
     ~WindowsInSight();
     WindowsInSight(const WindowsInSight&) = delete;
     WindowsInSight& operator=(const WindowsInSight&) = delete;
 
-    // True as long as no window has been shown yet, since a set that starts is not out of sight.
+    // Also true until the first window has been shown: a program that starts is not in the
+    // background.
     bool anyInSight() const { return m_inSight; }
 
   private:
