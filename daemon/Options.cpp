@@ -65,7 +65,7 @@ std::string helpText() {
            "  --set DIR        the set's folder, with its config.xml\n"
            "  --scenario FILE  the scenario to play; else DIR/scenario.ini, else the ordinary\n"
            "                   behaviour\n"
-           "  --check          read both, say what is wrong with them, and exit\n"
+           "  --check          read both, report errors in them, and exit\n"
            "  --version        print the version and exit\n"
            "  --help           print this text and exit\n";
 }

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Holds the map of the house against the house: folders, includes, licence lines, packages."""
+"""Compares the sources with docs/architecture.md: folders, includes; and checks licence lines and packages."""
 
 import os
 import re
@@ -48,29 +48,29 @@ def unit_of(name):
     return os.path.splitext(name)[0]
 
 
-def circle_in(arrows):
-    """The nodes of a circle of ARROWS, a set of nodes for each node; empty when there is none."""
+def cycle_in(edges):
+    """The nodes of a cycle of EDGES, which has a set of nodes for each node; empty when there is none."""
     done = set()
 
     def walk(node, path):
         if node in path:
             return path[path.index(node):] + [node]
         if node not in done:
-            for target in sorted(arrows.get(node, ())):
+            for target in sorted(edges.get(node, ())):
                 found = walk(target, path + [node])
                 if found:
                     return found
             done.add(node)
         return []
 
-    for start in sorted(arrows):
+    for start in sorted(edges):
         found = walk(start, [])
         if found:
             return found
     return []
 
 
-class TheMapOfTheHouse(unittest.TestCase):
+class Architecture(unittest.TestCase):
     def setUp(self):
         self.page = read("docs/architecture.md")
         self.files = tracked()
@@ -124,19 +124,19 @@ class TheMapOfTheHouse(unittest.TestCase):
                 if target != folder:
                     self.assertIn(target, allowed[folder], name)
 
-    def test_the_arrows_of_the_page_make_no_circle(self):
-        arrows = {folder: set(targets) for folder, targets in self.allowed().items()}
-        self.assertEqual(circle_in(arrows), [])
+    def test_the_table_of_allowed_includes_has_no_cycle(self):
+        edges = {folder: set(targets) for folder, targets in self.allowed().items()}
+        self.assertEqual(cycle_in(edges), [])
 
-    def test_the_classes_of_a_tidy_folder_make_no_circle(self):
+    def test_the_classes_of_platform_and_daemon_have_no_include_cycle(self):
         for folder in ("platform/", "daemon/"):
-            arrows = {}
+            edges = {}
             for name in self.sources:
                 if name.startswith(folder):
-                    arrows.setdefault(unit_of(name), set()).update(
+                    edges.setdefault(unit_of(name), set()).update(
                         unit_of(target) for target in self.included_by(name)
                         if unit_of(target) != unit_of(name))
-            self.assertEqual(circle_in(arrows), [])
+            self.assertEqual(cycle_in(edges), [])
 
     def test_each_interface_of_the_television_has_a_source_of_its_name(self):
         def names(folder):
@@ -161,12 +161,12 @@ class TheMapOfTheHouse(unittest.TestCase):
                 self.assertNotRegex(read(name), r"ZOLT_PLATFORM|VIRTUAL_SET|#\s*if.*(HOST|__linux__)", name)
 
 
-class TheSearchForCircles(unittest.TestCase):
-    def test_a_circle_is_found_and_named(self):
-        self.assertEqual(circle_in({"a": {"b"}, "b": {"c"}, "c": {"b"}}), ["b", "c", "b"])
+class CycleSearch(unittest.TestCase):
+    def test_a_cycle_is_found_and_named(self):
+        self.assertEqual(cycle_in({"a": {"b"}, "b": {"c"}, "c": {"b"}}), ["b", "c", "b"])
 
-    def test_two_ways_to_one_place_are_no_circle(self):
-        self.assertEqual(circle_in({"a": {"b", "c"}, "b": {"d"}, "c": {"d"}}), [])
+    def test_two_paths_to_one_node_are_no_cycle(self):
+        self.assertEqual(cycle_in({"a": {"b", "c"}, "b": {"d"}, "c": {"d"}}), [])
 
 
 class TheFiles(unittest.TestCase):
