@@ -19,6 +19,8 @@ void BufferToolkit::SetUp() {
         unsetenv(stray);
     }
     setenv("ELM_ENGINE", "buffer", 1);
+    // Otherwise a thread may still draw into the picture of a window that a test has destroyed.
+    setenv("ECORE_EVAS_FORCE_SYNC_RENDER", "1", 1);
     // The fonts of a set, whatever else is installed.
     setenv("FONTCONFIG_FILE", ZOLT_TEST_FONTS, 1);
     setenv("EINA_LOG_BACKTRACE", "-1", 1);
