@@ -477,6 +477,17 @@ class EventTableTest : public EventFixture, public testing::WithParamInterface<S
         (this->*GetParam().reach)();
     }
 
+    // Every event that does something, and two refusals of each kind of event.
+    static std::vector<Telling> mostTellings() {
+        std::vector<Telling> most = allTellings();
+        const auto isSpare = [](const Telling& telling) {
+            return rowOf(telling).effect == Effect::Refuse && telling.reason != 8 &&
+                   telling.reason != 14;
+        };
+        most.erase(std::remove_if(most.begin(), most.end(), isSpare), most.end());
+        return support::isLongRun() ? allTellings() : most;
+    }
+
     static bool leavesMore(const Telling& telling) {
         const Effect effect = rowOf(telling).effect;
         return effect == Effect::ShowPin || effect == Effect::Wait || effect == Effect::ShowList ||
@@ -517,7 +528,7 @@ TEST_P(EventTableTest, EachPairDoesWhatTheTableSaysUnderEachPopup) {
         }
         SCOPED_TRACE(note);
         bool fresh = false;
-        for (const Telling& telling : allTellings()) {
+        for (const Telling& telling : popup == Up::Nothing ? allTellings() : mostTellings()) {
             SCOPED_TRACE("event " + std::to_string(telling.event) + ", reason " +
                          std::to_string(telling.reason));
             if (!fresh) {
@@ -535,7 +546,7 @@ TEST_P(EventTableTest, EachPairDoesWhatTheTableSaysUnderEachPopup) {
 
 TEST_P(EventTableTest, EachPairMayComeTwiceAndTheProgramStillAnswersAKey) {
     bool fresh = false;
-    for (const Telling& telling : allTellings()) {
+    for (const Telling& telling : mostTellings()) {
         SCOPED_TRACE("event " + std::to_string(telling.event) + ", reason " +
                      std::to_string(telling.reason));
         if (!fresh) {

@@ -90,6 +90,10 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
 
 }  // namespace
 
+bool isLongRun() {
+    return std::getenv("ZOLT_LONG_TESTS") != nullptr;
+}
+
 bool waitUntil(const std::function<bool()>& predicate, std::chrono::milliseconds deadline,
                const std::function<void()>& turn) {
     const auto end = std::chrono::steady_clock::now() + deadline;

@@ -15,6 +15,9 @@ namespace support {
 // Longer than any condition takes on the slowest machine: reached only when a test has failed.
 constexpr std::chrono::milliseconds DEADLINE{120000};
 
+// Whether this is the long run (./test --long), in which no input is left out to save time.
+bool isLongRun();
+
 // Asks PREDICATE until it is true or DEADLINE is over, and says which. TURN, if given, runs between
 // two questions, for instance to turn a main loop.
 bool waitUntil(const std::function<bool()>& predicate,
