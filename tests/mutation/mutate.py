@@ -25,13 +25,47 @@ class MutationError(Exception):
     """Why nothing can be told of a mutant, in one line."""
 
 
-def text_around(folder, name, old):
-    """The text of the file NAME below FOLDER, which reads OLD in one place."""
+def pattern_of(old):
+    """Matches the words and signs of OLD, however they are spaced and broken into lines."""
+    return r"\s*".join(re.escape(piece) for piece in re.findall(r"\w+|[^\w\s]", old))
+
+
+def bodies_of(function, text):
+    """Where TEXT defines FUNCTION, "name" or "Class::name": from its first line to the brace that ends it."""
+    start = re.compile(rf"^(?![\s#/}}]).*(?<![\w:]){re.escape(function)}\([^;}}]*?\{{$", re.M)
+    return [(found.start(), text.index("\n}", found.start()) + 2) for found in start.finditer(text)]
+
+
+def source_of(folder, mutant):
+    """The source of a mutant below FOLDER: the one it names, or the one that defines its function."""
+    if "file" in mutant:
+        return mutant["file"]
+    found = []
+    for path in glob.glob(os.path.join(folder, "src", "**", "*.cpp"), recursive=True):
+        with open(path, encoding="utf-8") as file:
+            if bodies_of(mutant["function"], file.read()):
+                found.append(os.path.relpath(path, folder))
+    if len(found) != 1:
+        raise MutationError(f"{mutant['function']} is defined in {len(found)} sources: {' '.join(found)}")
+    return found[0]
+
+
+def place_of(folder, mutant):
+    """The source of a mutant, its text, and the start and the end of what is replaced in it."""
+    name = source_of(folder, mutant)
     with open(os.path.join(folder, name), encoding="utf-8") as file:
         text = file.read()
-    if text.count(old) != 1:
-        raise MutationError(f"{name} reads {old!r} {text.count(old)} times, and not once")
-    return text
+    parts = bodies_of(mutant["function"], text) if "function" in mutant else [(0, len(text))]
+    places = [found.span() for start, end in parts
+              for found in re.compile(pattern_of(mutant["old"])).finditer(text, start, end)]
+    if len(places) != 1:
+        where = " in ".join(filter(None, (mutant.get("function"), name)))
+        raise MutationError(f"{where} reads {mutant['old']!r} {len(places)} times, and not once")
+    return name, text, *places[0]
+
+
+def title_of(mutant):
+    return f"{mutant.get('function') or os.path.basename(mutant['file'])}: {mutant['what']}"
 
 
 class Tree:
@@ -59,11 +93,12 @@ class Tree:
         os.makedirs(os.path.dirname(copy), exist_ok=True)
         shutil.copy(source, copy)
 
-    def put(self, name, old, new):
-        """Replaces the one place of the file NAME that reads OLD."""
-        text = text_around(self.folder, name, old)
+    def put(self, mutant):
+        """Breaks the place of MUTANT; returns the name of the source."""
+        name, text, start, end = place_of(self.folder, mutant)
         with open(self.path(name), "w", encoding="utf-8") as file:
-            file.write(text.replace(old, new))
+            file.write(text[:start] + mutant["new"] + text[end:])
+        return name
 
     def build(self, targets):
         told = subprocess.run([self.path("tools/build"), _PRESET, *targets], capture_output=True,
@@ -115,12 +150,12 @@ def time_of_tests(tree, mutants):
 
 def try_mutant(tree, mutant, limit):
     """What noticed the mutant, or None."""
-    tree.put(mutant["file"], mutant["old"], mutant["new"])
+    name = tree.put(mutant)
     try:
         tree.build(targets_of([mutant]))
         return tree.run(mutant["test"], limit)
     finally:
-        tree.restore(mutant["file"])
+        tree.restore(name)
 
 
 def main():
@@ -132,22 +167,22 @@ def main():
     with open(_LIST, "rb") as file:
         mutants = tomllib.load(file)["mutant"]
     mutants = [mutant for mutant in mutants
-               if all(word in mutant["file"] + " " + mutant["what"] for word in choice.word)]
+               if all(word in mutant.get("file", "") + title_of(mutant) for word in choice.word)]
     if choice.check:
         for mutant in mutants:
-            text_around(_ROOT, mutant["file"], mutant["old"])
+            place_of(_ROOT, mutant)
         print(f"{len(mutants)} mutants")
         return 0
     if choice.list:
         for mutant in mutants:
-            print(f"{os.path.basename(mutant['file'])}: {mutant['what']}")
+            print(title_of(mutant))
         return 0
 
     tree = Tree(os.path.join(_ROOT, "build", "mutation"))
     times = time_of_tests(tree, mutants)
     survivors, unclear = [], []
     for number, mutant in enumerate(mutants, 1):
-        name = f"{os.path.basename(mutant['file'])}: {mutant['what']}"
+        name = title_of(mutant)
         try:
             caught = try_mutant(tree, mutant, 60 + 10 * times[mutant["test"]])
         except MutationError as error:
