@@ -17,27 +17,27 @@ struct SoundPattern {
 };
 
 // The numbers are the feedback service's; it has no sound for us at 44.
-constexpr SoundPattern soundPatterns[] = {{AUI_SOUND_MOVE, 40},
-                                          {AUI_SOUND_BACK, 41},
-                                          {AUI_SOUND_BLOCKED, 42},
-                                          {AUI_SOUND_SELECT, 43},
-                                          {AUI_SOUND_POPUP, 45}};
+constexpr SoundPattern SOUND_PATTERNS[] = {{AUI_SOUND_MOVE, 40},
+                                           {AUI_SOUND_BACK, 41},
+                                           {AUI_SOUND_BLOCKED, 42},
+                                           {AUI_SOUND_SELECT, 43},
+                                           {AUI_SOUND_POPUP, 45}};
 
 std::map<AUISoundType, feedback_pattern_e> fillPatterns() {
     std::map<AUISoundType, feedback_pattern_e> filled;
-    for (const SoundPattern& entry : soundPatterns) {
+    for (const SoundPattern& entry : SOUND_PATTERNS) {
         filled[entry.type] = static_cast<feedback_pattern_e>(entry.pattern);
     }
     return filled;
 }
 
-const std::map<AUISoundType, feedback_pattern_e> patterns = fillPatterns();
+const std::map<AUISoundType, feedback_pattern_e> PATTERNS = fillPatterns();
 
 }  // namespace
 
 int AUIPlayer::play(AUISoundType type) {
     ZOLT_TRACE();
-    const feedback_pattern_e pattern = patterns.at(type);
+    const feedback_pattern_e pattern = PATTERNS.at(type);
     int result = feedback_initialize();
     if (result != 0) {
         ZOLT_WARN("Feedback initialize error: %d", result);

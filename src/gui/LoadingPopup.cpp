@@ -3,7 +3,7 @@
 #include "gui/LoadingPopup.h"
 
 #include "common/Logger.h"
-#include "gui/Controller.h"
+#include "gui/Modes.h"
 #include "gui/Screen.h"
 #include "gui/Widgets.h"
 
@@ -12,9 +12,9 @@ namespace ZOLT::GUI {
 namespace {
 
 // Shares of the screen's size; a product is cut toward zero.
-constexpr double cellWidthShare = 0.044791;
-constexpr double textWidthShare = 0.332812;
-constexpr double heightShare = 0.079629;
+constexpr double CELL_WIDTH_SHARE = 0.044791;
+constexpr double TEXT_WIDTH_SHARE = 0.332812;
+constexpr double HEIGHT_SHARE = 0.079629;
 
 int shareOf(int size, double share) {
     return static_cast<int>(size * share);
@@ -22,7 +22,7 @@ int shareOf(int size, double share) {
 
 }  // namespace
 
-LoadingPopup::LoadingPopup(Evas_Object* parent, char const* style, int width, int height)
+LoadingPopup::LoadingPopup(Evas_Object* parent, const char* style, int width, int height)
     : Popup(parent, style, width, height), m_table(nullptr), m_progress(nullptr) {
     ZOLT_TRACE();
     m_table = elm_table_add(m_popup);
@@ -32,8 +32,8 @@ LoadingPopup::LoadingPopup(Evas_Object* parent, char const* style, int width, in
     elm_object_content_set(m_popup, m_table);
     evas_object_show(m_table);
 
-    const int cellWidth = shareOf(m_width, cellWidthShare);
-    const int cellHeight = shareOf(m_height, heightShare);
+    const int cellWidth = shareOf(m_width, CELL_WIDTH_SHARE);
+    const int cellHeight = shareOf(m_height, HEIGHT_SHARE);
     Evas_Object* margin = elm_label_add(m_table);
     elm_table_pack(m_table, margin, 0, 0, 1, 1);
     evas_object_size_hint_min_set(margin, cellWidth, cellHeight);
@@ -49,24 +49,23 @@ LoadingPopup::~LoadingPopup() {
     ZOLT_TRACE();
 }
 
-void LoadingPopup::setText(char const* text, char const* style) {
+void LoadingPopup::setText(const char* text, const char* style) {
     ZOLT_TRACE();
     Evas_Object* label = elm_label_add(m_table);
     evas_object_size_hint_align_set(label, -1.0, -1.0);
     evas_object_size_hint_weight_set(label, 1.0, 1.0);
-    Controller::m_currentLabelText = translated(text);
-    Controller::m_wasLabelRead = false;
+    modes::announce(translated(text));
     elm_object_style_set(label, style);
     setTranslatable(label, nullptr, text);
-    // A table has no content part, so this places nothing; it is wanted all the same.
+    // A table has no content part, so this places nothing. Deliberate: packing places the label.
     elm_object_part_content_set(m_table, nullptr, label);
-    evas_object_size_hint_min_set(label, shareOf(m_width, textWidthShare),
-                                  shareOf(m_height, heightShare));
+    evas_object_size_hint_min_set(label, shareOf(m_width, TEXT_WIDTH_SHARE),
+                                  shareOf(m_height, HEIGHT_SHARE));
     evas_object_show(label);
     elm_table_pack(m_table, label, 2, 0, 1, 1);
 }
 
-void LoadingPopup::addButton(char const* text, Evas_Smart_Cb callback, void* data, char* icon) {
+void LoadingPopup::addButton(const char* text, Evas_Smart_Cb callback, void* data, char* icon) {
     ZOLT_TRACE();
     Evas_Object* button =
         Screen::createButton(m_popup, text, callback, data, icon, "c_button_icontext");

@@ -8,11 +8,11 @@ namespace ZOLT::GUI {
 
 class LoadingPopup : public Popup {
   public:
-    LoadingPopup(Evas_Object* parent, char const* style, int width, int height);
+    LoadingPopup(Evas_Object* parent, const char* style, int width, int height);
     ~LoadingPopup() override;
 
-    void setText(char const* text, char const* style) override;
-    void addButton(char const* text, Evas_Smart_Cb callback, void* data, char* icon) override;
+    void setText(const char* text, const char* style) override;
+    void addButton(const char* text, Evas_Smart_Cb callback, void* data, char* icon) override;
 
     // Stops the circle; it stays where it is.
     void RemoveProgressBar();

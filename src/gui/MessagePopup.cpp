@@ -5,13 +5,13 @@
 #include <cstdio>
 
 #include "common/Logger.h"
-#include "gui/Controller.h"
+#include "gui/Modes.h"
 #include "gui/Screen.h"
 #include "gui/Widgets.h"
 
 namespace ZOLT::GUI {
 
-MessagePopup::MessagePopup(Evas_Object* parent, char const* style, int width, int height)
+MessagePopup::MessagePopup(Evas_Object* parent, const char* style, int width, int height)
     : Popup(parent, style, width, height) {
     ZOLT_TRACE();
 }
@@ -20,19 +20,18 @@ MessagePopup::~MessagePopup() {
     ZOLT_TRACE();
 }
 
-void MessagePopup::setText(char const* text, char const* style) {
+void MessagePopup::setText(const char* text, const char* style) {
     ZOLT_TRACE();
     Evas_Object* label = Screen::createLabel(m_popup, text, style);
-    Controller::m_currentLabelText = translated(text);
-    Controller::m_wasLabelRead = false;
+    const std::string words = translated(text);
+    modes::announce(words);
     evas_object_size_hint_align_set(label, 0.5, 0.5);
     evas_object_size_hint_weight_set(label, 1.0, 1.0);
 
     // The limit is one below the buffer's size, and counts bytes: a longer text loses its end, the
     // closing tag with it.
     char centred[512] = {};
-    std::snprintf(centred, sizeof(centred) - 1, "<align=center>%s</align>",
-                  Controller::m_currentLabelText.c_str());
+    std::snprintf(centred, sizeof(centred) - 1, "<align=center>%s</align>", words.c_str());
     // Newer toolkits keep an id beside a plain text: the next change of language would bring the
     // text back, without markup and limit.
     setTranslatable(label, nullptr, nullptr);
@@ -41,7 +40,7 @@ void MessagePopup::setText(char const* text, char const* style) {
     evas_object_show(label);
 }
 
-void MessagePopup::addButton(char const* text, Evas_Smart_Cb callback, void* data, char* icon) {
+void MessagePopup::addButton(const char* text, Evas_Smart_Cb callback, void* data, char* icon) {
     ZOLT_TRACE();
     Evas_Object* button =
         Screen::createButton(m_popup, text, callback, data, icon, "c_button_icontext");

@@ -8,13 +8,13 @@ namespace ZOLT::GUI {
 
 class MessagePopup : public Popup {
   public:
-    MessagePopup(Evas_Object* parent, char const* style, int width, int height);
+    MessagePopup(Evas_Object* parent, const char* style, int width, int height);
     ~MessagePopup() override;
 
     // The text is translated now and does not follow a later change of language. It is cut, with
     // its markup, at 510 bytes.
-    void setText(char const* text, char const* style) override;
-    void addButton(char const* text, Evas_Smart_Cb callback, void* data, char* icon) override;
+    void setText(const char* text, const char* style) override;
+    void addButton(const char* text, Evas_Smart_Cb callback, void* data, char* icon) override;
 };
 
 }  // namespace ZOLT::GUI

@@ -6,51 +6,50 @@
 
 #include "common/Logger.h"
 #include "common/ZoltConfig.h"
-#include "gui/Controller.h"
 #include "gui/EventHandler.h"
+#include "gui/Modes.h"
 #include "gui/Widgets.h"
-#include "ui_orientation.h"
 
 namespace ZOLT::GUI {
 
 namespace {
 
-constexpr char versionId[] = "SID_SOFTWARE_VERSION";
-constexpr char pinCodeId[] = "TV_SID_PIN_CODE";
-constexpr char keyStyle[] = "pinCodeKeyStyle";
-constexpr char valueStyle[] = "pinCodeValStyle";
-constexpr std::size_t spokenCharacters = 8;
+constexpr char VERSION_ID[] = "SID_SOFTWARE_VERSION";
+constexpr char PIN_CODE_ID[] = "TV_SID_PIN_CODE";
+constexpr char KEY_STYLE[] = "pinCodeKeyStyle";
+constexpr char VALUE_STYLE[] = "pinCodeValStyle";
+constexpr std::size_t SPOKEN_CHARACTERS = 8;
 
 // The separators make the screen reader speak the characters one by one.
 std::string spokenPin(const std::string& pin) {
     const std::unique_ptr<Eina_Strbuf, decltype(&eina_strbuf_free)> text(eina_strbuf_new(),
                                                                          eina_strbuf_free);
-    eina_strbuf_append(text.get(), translated(pinCodeId));
-    for (std::size_t place = 0; place < spokenCharacters; ++place) {
+    eina_strbuf_append(text.get(), translated(PIN_CODE_ID));
+    for (std::size_t place = 0; place < SPOKEN_CHARACTERS; ++place) {
         eina_strbuf_append_printf(text.get(), ", %c", pin.at(place));
     }
     return eina_strbuf_string_get(text.get());
 }
 
-void appendLabel(Evas_Object* layout, char const* text, char const* style) {
+void appendLabel(Evas_Object* layout, const char* text, const char* style) {
     Evas_Object* label = Screen::createLabel(layout, text, style);
     elm_layout_box_append(layout, "pinCodeVal", label);
     evas_object_show(label);
 }
 
 void fillPinBox(Evas_Object* layout, const std::string& pin) {
-    constexpr char separator[] = " :  ";
-    if (ua_UI_orientation_get() == 1) {
+    constexpr char SEPARATOR[] = " :  ";
+    if (modes::mirrored()) {
         // The mark keeps the label's own direction left to right.
-        const std::string marked = std::string("&#x200e;") + translated(pinCodeId);
-        appendLabel(layout, pin.c_str(), valueStyle);
-        appendLabel(layout, separator, keyStyle);
-        appendLabel(layout, marked.c_str(), keyStyle);
+        const std::string marked = std::string("&#x200e;") + translated(PIN_CODE_ID);
+        appendLabel(layout, pin.c_str(), VALUE_STYLE);
+        appendLabel(layout, SEPARATOR, KEY_STYLE);
+        appendLabel(layout, marked.c_str(), KEY_STYLE);
         return;
     }
-    appendLabel(layout, pinCodeId, keyStyle);
-    appendLabel(layout, separator, keyStyle);
-    appendLabel(layout, pin.c_str(), valueStyle);
+    appendLabel(layout, PIN_CODE_ID, KEY_STYLE);
+    appendLabel(layout, SEPARATOR, KEY_STYLE);
+    appendLabel(layout, pin.c_str(), VALUE_STYLE);
 }
 
 // The one button stands in the part for the enlarged mode in every mode: there is no other.
@@ -73,11 +72,11 @@ PinDisplayingScreen::PinDisplayingScreen(std::string pin, std::string registrati
     ZOLT_TRACE();
     setTranslatable(m_layout, "title", "COM_SID_ZOLT_CONTENT");
     const std::string version =
-        std::string(translated(versionId)) + " : " + ZoltConfig::get("SourceVersion");
+        std::string(translated(VERSION_ID)) + " : " + ZoltConfig::get("SourceVersion");
     elm_object_part_text_set(m_layout, "SoftwareVersion", version.c_str());
     // No widget can translate a composed text, so the callback composes it anew.
     evas_object_smart_callback_add(m_layout, "language,changed", EventHandler::languageChanged,
-                                   versionId);
+                                   VERSION_ID);
     const std::string spoken = spokenPin(pin);
     if (registrationInfo.empty()) {
         setTranslatable(m_layout, "RegistrationInfo", "TV_SID_UNREGISTERED");
@@ -85,8 +84,7 @@ PinDisplayingScreen::PinDisplayingScreen(std::string pin, std::string registrati
         elm_object_part_text_set(m_layout, "RegistrationInfo", registrationInfo.c_str());
     }
     fillPinBox(m_layout, pin);
-    Controller::m_currentLabelText = spoken;
-    Controller::m_wasLabelRead = false;
+    modes::announce(spoken);
     addCancelButton(m_layout);
 }
 

@@ -11,8 +11,8 @@ namespace ZOLT::GUI {
 
 namespace {
 
-constexpr char text1[] = "SID_CONNECTING_TO_NETWORK_SERVER";
-constexpr char text2[] = "SID_PLEASE_WAIT_DOT_KR_DIFF";
+constexpr char TEXT_1[] = "SID_CONNECTING_TO_NETWORK_SERVER";
+constexpr char TEXT_2[] = "SID_PLEASE_WAIT_DOT_KR_DIFF";
 
 }  // namespace
 
@@ -20,8 +20,8 @@ PinRequestingScreen::PinRequestingScreen(int width, int height)
     : Screen("PinRequesting", m_layoutName, "WaitingWindow", width, height), m_progress(nullptr) {
     ZOLT_TRACE();
     setTranslatable(m_layout, "title", "COM_SID_ZOLT_CONTENT");
-    m_progress = fillWaiting(text1, text2);
-    const std::string spoken = std::string(translated(text1)) + translated(text2);
+    m_progress = fillWaiting(TEXT_1, TEXT_2);
+    const std::string spoken = std::string(translated(TEXT_1)) + translated(TEXT_2);
     elm_access_say(spoken.c_str());
 }
 

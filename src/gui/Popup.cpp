@@ -30,23 +30,15 @@ void placePopup(Evas_Object* popup, int width, int height) {
 
 }  // namespace
 
-Popup::Popup(Evas_Object* parent, char const* style, int width, int height)
-    : m_popup(nullptr),
-      m_background(nullptr),
-      m_buttonsCnt(0),
-      m_width(width),
-      m_height(height),
-      m_visible(false) {
+Popup::Popup(Evas_Object* parent, const char* style, int width, int height)
+    : m_buttonsCnt(0), m_width(width), m_height(height), m_visible(false) {
     ZOLT_TRACE();
     m_background = createBackground(parent, width, height);
     m_popup = elm_popup_add(parent);
     if (m_popup == nullptr) {
         // The rectangle stays behind, hidden, until its canvas goes.
-        throw Exception("Cannot allocate memory for popup instance",
-                        GenericErrorCode::GENERIC_ERROR);
+        throw Exception("Cannot allocate memory for popup instance", GENERIC_ERROR);
     }
-    watchHandle(m_background);
-    watchHandle(m_popup);
     evas_object_resize(m_popup, width, height);
     elm_object_style_set(m_popup, style);
     placePopup(m_popup, width, height);
@@ -72,9 +64,6 @@ void Popup::show() {
 void Popup::hide() {
     ZOLT_TRACE();
     m_visible = false;
-    if (toolkitLost) {
-        return;
-    }
     // The toolkit hands the focus back to the widget that had it before the popup, also when
     // another one has been given it since, as the button for the next step has. Who may not take it
     // is left out.
@@ -93,15 +82,11 @@ void Popup::hide() {
     if (Evas_Object* const heir = movedOn ? focused : m_focusBefore) {
         elm_object_focus_set(heir, EINA_TRUE);
     }
-    unwatchHandle(m_focusBefore);
+    m_focusBefore = nullptr;
 }
 
 void Popup::rememberFocus() {
-    unwatchHandle(m_focusBefore);
     m_focusBefore = elm_object_focused_object_get(m_popup);
-    if (m_focusBefore != nullptr) {
-        watchHandle(m_focusBefore);
-    }
 }
 
 Evas_Object* Popup::focusedOutside() const {
@@ -118,12 +103,12 @@ Evas_Object* Popup::focusedOutside() const {
 
 void Popup::destroy() {
     ZOLT_TRACE();
-    if (m_popup != nullptr && !toolkitLost) {
+    if (m_popup != nullptr) {
         // A deletion that the toolkit puts off must find no way back to this object.
         evas_object_event_callback_del_full(m_popup, EVAS_CALLBACK_KEY_UP, onKeyPress, this);
     }
-    dropHandle(m_popup);
-    dropHandle(m_background);
+    m_popup.destroy();
+    m_background.destroy();
 }
 
 void Popup::focusButton(std::string part) {
@@ -163,7 +148,7 @@ bool Popup::getVisible() {
     return m_visible;
 }
 
-void Popup::setTitle(char const* title) {
+void Popup::setTitle(const char* title) {
     ZOLT_TRACE();
     setTranslatable(m_popup, "title,text", title);
 }

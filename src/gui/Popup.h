@@ -6,6 +6,8 @@
 
 #include <Elementary.h>
 
+#include "gui/Handle.h"
+
 namespace ZOLT::GUI {
 
 // A popup widget at the full size of the screen above a rectangle that dims what lies beneath.
@@ -15,7 +17,7 @@ class Popup {
     // PARENT is the layout on which the popup lies and must outlive it. STYLE is the widget style;
     // WIDTH and HEIGHT are the screen's, in pixels. Throws ZOLT::Exception when the toolkit gives
     // no widget.
-    Popup(Evas_Object* parent, char const* style, int width, int height);
+    Popup(Evas_Object* parent, const char* style, int width, int height);
     Popup(const Popup&) = delete;
     Popup& operator=(const Popup&) = delete;
 
@@ -34,11 +36,11 @@ class Popup {
     virtual int getButtonCount();
     virtual bool getVisible();
     // TITLE is a translation id.
-    virtual void setTitle(char const* title);
+    virtual void setTitle(const char* title);
     // TEXT is a translation id, STYLE the style of its label.
-    virtual void setText(char const* text, char const* style) = 0;
+    virtual void setText(const char* text, const char* style) = 0;
     // Adds the next button: TEXT is a translation id, DATA is handed to CALLBACK, ICON may be null.
-    virtual void addButton(char const* text, Evas_Smart_Cb callback, void* data, char* icon) = 0;
+    virtual void addButton(const char* text, Evas_Smart_Cb callback, void* data, char* icon) = 0;
 
     // Lets CALLBACK, with this popup as data, be called once when SECONDS have passed.
     void setTimeout(double seconds, Evas_Smart_Cb callback);
@@ -52,8 +54,8 @@ class Popup {
     // Notes who has the focus, before the popup takes it.
     void rememberFocus();
 
-    Evas_Object* m_popup;       // deleted by destroy, or with its window
-    Evas_Object* m_background;  // deleted by destroy, or with its window's canvas
+    Handle m_popup;       // deleted by destroy, or with its window
+    Handle m_background;  // deleted by destroy, or with its window's canvas
     int m_buttonsCnt;
     int m_width;
     int m_height;
@@ -63,7 +65,7 @@ class Popup {
     // The widget of the window that has the focus; null if there is none, or it is of this popup.
     Evas_Object* focusedOutside() const;
 
-    Evas_Object* m_focusBefore = nullptr;  // not owned; cleared when its widget goes
+    Handle m_focusBefore;  // not owned
 };
 
 }  // namespace ZOLT::GUI

@@ -6,17 +6,15 @@
 
 #include "common/Logger.h"
 #include "common/Utils.h"
-#include "gui/Controller.h"
 #include "gui/EventHandler.h"
+#include "gui/Modes.h"
 #include "gui/Widgets.h"
-#include "ui_orientation.h"
 
 namespace ZOLT::GUI {
 
 namespace {
 
-constexpr char shopCodeId[] = "TV_SID_SHOP_CODE";
-constexpr double enlargedScale = 1.2;
+constexpr char SHOP_CODE_ID[] = "TV_SID_SHOP_CODE";
 
 Evas_Object* createScroller(Evas_Object* window) {
     Evas_Object* scroller = elm_scroller_add(window);
@@ -46,12 +44,12 @@ Evas_Object* createRow(Evas_Object* box) {
 // LEFTTEXTRTL takes the place of LEFTTEXT when the user interface runs right to left.
 void setRowTexts(Evas_Object* row, const std::string& leftText, const std::string& leftTextRtl,
                  const std::string& rightText) {
-    if (ua_UI_orientation_get() == 1) {
+    if (modes::mirrored()) {
         elm_object_part_text_set(row, "leftText_RTL", leftTextRtl.c_str());
     } else {
         elm_object_part_text_set(row, "leftText", leftText.c_str());
     }
-    char const* rightPart = ua_UI_orientation_get() == 1 ? "rightText_RTL" : "rightText";
+    const char* rightPart = modes::mirrored() ? "rightText_RTL" : "rightText";
     elm_object_part_text_set(row, rightPart, rightText.c_str());
 }
 
@@ -70,13 +68,14 @@ Evas_Object* createLevelRow(Evas_Object* box, const ShopList& record) {
 }
 
 Evas_Object* createShopCodeRow(Evas_Object* box, const Shop& shop) {
-    // Neither the colon changes its side with the direction nor is the code encoded: both wanted.
-    const std::string leftText = std::string(translated(shopCodeId)) + " :";
+    // Neither the colon changes its side with the direction nor is the code encoded: both
+    // deliberate, the document carries the code as it is shown.
+    const std::string leftText = std::string(translated(SHOP_CODE_ID)) + " :";
     Evas_Object* row = createRow(box);
     setRowTexts(row, leftText, leftText, shop.code);
     // No widget can translate a composed text, so the callback composes it anew.
     evas_object_smart_callback_add(row, "language,changed", EventHandler::languageChanged,
-                                   shopCodeId);
+                                   SHOP_CODE_ID);
     return row;
 }
 
@@ -92,26 +91,26 @@ void packRow(Evas_Object* box, Evas_Object* row) {
 RegistrationInfoScreen::RegistrationInfoScreen(std::vector<ShopList>& records, int width,
                                                int height)
     : Screen("RegistrationInfoScreen", m_layoutName,
-             Controller::Enlarge != 0 ? "RegistrationInfoWindowEnlarge" : "RegistrationInfoWindow",
-             width, height) {
+             modes::enlarged() ? "RegistrationInfoWindowEnlarge" : "RegistrationInfoWindow", width,
+             height) {
     ZOLT_TRACE();
     setTranslatable(m_layout, "title", "COM_SID_ZOLT_CONTENT");
     Evas_Object* scroller = createScroller(m_window);
     Evas_Object* box = createBox(scroller);
     for (const ShopList& record : records) {
         Evas_Object* row = createLevelRow(box, record);
-        if (Controller::Enlarge != 0) {
+        if (modes::enlarged()) {
             ZOLT_DEBUG("Enlarge Mode ON");
-            elm_object_scale_set(row, enlargedScale);
+            elm_object_scale_set(row, modes::ENLARGED_SCALE);
         }
         packRow(box, row);
     }
     const Shop* shop = records.empty() ? nullptr : shopOf(records.back());
     if (shop != nullptr) {
         Evas_Object* row = createShopCodeRow(box, *shop);
-        if (Controller::Enlarge != 0) {
+        if (modes::enlarged()) {
             ZOLT_DEBUG("Enlarge Mode ON");
-            elm_object_scale_set(row, enlargedScale);
+            elm_object_scale_set(row, modes::ENLARGED_SCALE);
         }
         packRow(box, row);
     }
@@ -131,7 +130,7 @@ RegistrationInfoScreen::~RegistrationInfoScreen() {
 
 void RegistrationInfoScreen::removeButtons() {
     ZOLT_TRACE();
-    for (char const* part : {"prevBtn", "regBtn"}) {
+    for (const char* part : {"prevBtn", "regBtn"}) {
         elm_object_part_content_set(m_layout, part, nullptr);
     }
 }

@@ -9,12 +9,11 @@
 #include "common/Exception.h"
 #include "common/Logger.h"
 #include "common/ZoltConfig.h"
-#include "gui/Controller.h"
 #include "gui/EventHandler.h"
 #include "gui/LoadingPopup.h"
 #include "gui/MessagePopup.h"
+#include "gui/Modes.h"
 #include "gui/Widgets.h"
-#include "ui_orientation.h"
 #include "utilx.h"
 #include "vconf.h"
 
@@ -22,80 +21,79 @@ namespace ZOLT::GUI {
 
 namespace {
 
-constexpr char popupStyle[] = "c_popup_bottom";
-constexpr char popupTextStyle[] = "popup/c_popup_bottom";
-constexpr char buttonStyle[] = "c_button_icontext";
-constexpr double enlargedScale = 1.2;
-constexpr double networkFailureTimeout = 60.0;  // seconds
+constexpr char POPUP_STYLE[] = "c_popup_bottom";
+constexpr char POPUP_TEXT_STYLE[] = "popup/c_popup_bottom";
+constexpr char BUTTON_STYLE[] = "c_button_icontext";
+constexpr double NETWORK_FAILURE_TIMEOUT = 60.0;  // seconds
 
 // No navigation key and no key of the way back: those reach the program in the ordinary way.
-constexpr char const* grabbedKeys[] = {"XF86Display",
-                                       "XF86Hdmi",
-                                       "1",
-                                       "2",
-                                       "3",
-                                       "4",
-                                       "5",
-                                       "6",
-                                       "7",
-                                       "8",
-                                       "9",
-                                       "0",
-                                       "minus",
-                                       "XF86PreviousChannel",
-                                       "XF86ChannelList",
-                                       "XF86SysMenu",
-                                       "XF86Home",
-                                       "XF86Search",
-                                       "XF86SimpleMenu",
-                                       "XF86Info",
-                                       "XF86Red",
-                                       "XF86Green",
-                                       "XF86Yellow",
-                                       "XF86PIP",
-                                       "XF86ChannelGuide",
-                                       "XF86PictureMode",
-                                       "XF86UsbHub",
-                                       "XF86PictureSize",
-                                       "XF86FavoriteChannel",
-                                       "XF86AudioRewind",
-                                       "XF86AudioPause",
-                                       "XF86AudioNext",
-                                       "XF86AudioRecord",
-                                       "XF86AudioPlay",
-                                       "XF86AudioStop",
-                                       "XF86WIFIPairing",
-                                       "XF86BTVoice",
-                                       "XF86Recommend",
-                                       "XF86NumberPad",
-                                       "XF86AspectRatio169",
-                                       "XF86MTS",
-                                       "XF86FactoryMode",
-                                       "XF86SoundMode",
-                                       "XF86TVSNS",
-                                       "XF863D",
-                                       "XF86Apps",
-                                       "XF86TTXMIX",
-                                       "XF86Caption",
-                                       "XF86SRSSXT",
-                                       "XF86Sleep",
-                                       "XF86ZoomIn",
-                                       "XF86AudioDescription"};
+constexpr const char* GRABBED_KEYS[] = {"XF86Display",
+                                        "XF86Hdmi",
+                                        "1",
+                                        "2",
+                                        "3",
+                                        "4",
+                                        "5",
+                                        "6",
+                                        "7",
+                                        "8",
+                                        "9",
+                                        "0",
+                                        "minus",
+                                        "XF86PreviousChannel",
+                                        "XF86ChannelList",
+                                        "XF86SysMenu",
+                                        "XF86Home",
+                                        "XF86Search",
+                                        "XF86SimpleMenu",
+                                        "XF86Info",
+                                        "XF86Red",
+                                        "XF86Green",
+                                        "XF86Yellow",
+                                        "XF86PIP",
+                                        "XF86ChannelGuide",
+                                        "XF86PictureMode",
+                                        "XF86UsbHub",
+                                        "XF86PictureSize",
+                                        "XF86FavoriteChannel",
+                                        "XF86AudioRewind",
+                                        "XF86AudioPause",
+                                        "XF86AudioNext",
+                                        "XF86AudioRecord",
+                                        "XF86AudioPlay",
+                                        "XF86AudioStop",
+                                        "XF86WIFIPairing",
+                                        "XF86BTVoice",
+                                        "XF86Recommend",
+                                        "XF86NumberPad",
+                                        "XF86AspectRatio169",
+                                        "XF86MTS",
+                                        "XF86FactoryMode",
+                                        "XF86SoundMode",
+                                        "XF86TVSNS",
+                                        "XF863D",
+                                        "XF86Apps",
+                                        "XF86TTXMIX",
+                                        "XF86Caption",
+                                        "XF86SRSSXT",
+                                        "XF86Sleep",
+                                        "XF86ZoomIn",
+                                        "XF86AudioDescription"};
 
 struct ButtonIcon {
-    char const* text;
-    char const* leftToRight;
-    char const* rightToLeft;
+    const char* text;
+    const char* leftToRight;
+    const char* rightToLeft;
 };
 
-constexpr ButtonIcon buttonIcons[] = {{"SID_OK", "i_ok_done_allow", "i_ok_done_allow"},
-                                      {"SID_PREVIOUS", "i_previous", "i_next"},
-                                      {"SID_NEXT", "i_next", "i_previous"},
-                                      {"SID_REGISTER", "i_allow", "i_allow"},
-                                      {"SID_CANCEL", "i_close_cancel", "i_close_cancel"}};
+constexpr ButtonIcon BUTTON_ICONS[] = {{"SID_OK", "i_ok_done_allow", "i_ok_done_allow"},
+                                       {"SID_PREVIOUS", "i_previous", "i_next"},
+                                       {"SID_NEXT", "i_next", "i_previous"},
+                                       {"SID_REGISTER", "i_allow", "i_allow"},
+                                       {"SID_CANCEL", "i_close_cancel", "i_close_cancel"}};
 
-char const* iconOfButton(char const* text, bool mirrored) {
-    for (const ButtonIcon& icon : buttonIcons) {
+const char* iconOfButton(const char* text, bool mirrored) {
+    for (const ButtonIcon& icon : BUTTON_ICONS) {
         if (std::strcmp(icon.text, text) == 0) {
             return mirrored ? icon.rightToLeft : icon.leftToRight;
         }
@@ -105,20 +103,20 @@ char const* iconOfButton(char const* text, bool mirrored) {
 
 struct FailureText {
     ZOLTEventsReasonType reason;
-    char const* text;
+    const char* text;
 };
 
-constexpr FailureText failureTexts[] = {
-    {ZOLTEventsReasonType::REASON_NETWORK_UNSTABLE, "SID_INTERNET_CONNECTION_NOT_STABLE_MSG"},
-    {ZOLTEventsReasonType::REASON_NO_NETWORK, "COM_CANNOT_CONNECT_TO_THE_NETWORK"},
-    {ZOLTEventsReasonType::REASON_NO_SERVER, "COM_CANNOT_CONNECT_TO_SERVER"},
-    {ZOLTEventsReasonType::REASON_PIN_TIME_EXPIRED, "COM_MAPP_SID_PIN_ENTRY_TIME_LIMIT_EXPIRED"},
-    {ZOLTEventsReasonType::REASON_NOT_FOUND_IN_LAN,
+constexpr FailureText FAILURE_TEXTS[] = {
+    {REASON_NETWORK_UNSTABLE, "SID_INTERNET_CONNECTION_NOT_STABLE_MSG"},
+    {REASON_NO_NETWORK, "COM_CANNOT_CONNECT_TO_THE_NETWORK"},
+    {REASON_NO_SERVER, "COM_CANNOT_CONNECT_TO_SERVER"},
+    {REASON_PIN_TIME_EXPIRED, "COM_MAPP_SID_PIN_ENTRY_TIME_LIMIT_EXPIRED"},
+    {REASON_NOT_FOUND_IN_LAN,
      "TV_SID_UNABLE_TO_FIND_REGISTRATION_INFORMATION_IN_THE_LOCAL_NETWORK"}};
 
 // Null when REASON is no failure.
-char const* textOfFailure(ZOLTEventsReasonType reason) {
-    for (const FailureText& failure : failureTexts) {
+const char* textOfFailure(ZOLTEventsReasonType reason) {
+    for (const FailureText& failure : FAILURE_TEXTS) {
         if (failure.reason == reason) {
             return failure.text;
         }
@@ -130,19 +128,19 @@ std::string layoutPath(const std::string& layoutFile) {
     return ZoltConfig::get("LayoutPath") + "/" + layoutFile;
 }
 
-[[noreturn]] void failAllocation(char const* message) {
-    throw Exception(message, GenericErrorCode::GENERIC_ERROR);
+[[noreturn]] void failAllocation(const char* message) {
+    throw Exception(message, GENERIC_ERROR);
 }
 
 // WIDGET, which the toolkit makes null when it has no more memory, or an exception with MESSAGE.
-Evas_Object* required(Evas_Object* widget, char const* message) {
+Evas_Object* required(Evas_Object* widget, const char* message) {
     if (widget == nullptr) {
         failAllocation(message);
     }
     return widget;
 }
 
-Evas_Object* createWindow(char const* title, int width, int height) {
+Evas_Object* createWindow(const char* title, int width, int height) {
     Evas_Object* window = required(elm_win_util_standard_add("zoltgui", title),
                                    "Cannot allocate memory for window instance");
     evas_object_resize(window, width, height);
@@ -153,14 +151,14 @@ Evas_Object* createWindow(char const* title, int width, int height) {
 
 // The group that stands for GROUP in the enlarged mode. The other screens with an enlarged group
 // name it themselves.
-char const* enlargedGroup(char const* group) {
+const char* enlargedGroup(const char* group) {
     return std::strcmp(group, "WaitingWindow") == 0 ? "WaitingWindow_Enlarge" : group;
 }
 
 // Whether the user interface runs right to left. The toolkit's own setting follows, for all
 // screens of the process.
 bool applyDirection() {
-    const bool mirrored = ua_UI_orientation_get() == 1;
+    const bool mirrored = modes::mirrored();
     elm_config_mirrored_set(mirrored ? EINA_TRUE : EINA_FALSE);
     return mirrored;
 }
@@ -175,38 +173,29 @@ int IsHighContrastMode() {
     return vconf_get_int("db/menu/system/accessibility/highcontrast", &value) == 0 ? value : 0;
 }
 
-Screen::Screen(char const* windowTitle, std::string layoutFile, char const* layoutGroup, int width,
+Screen::Screen(const char* windowTitle, std::string layoutFile, const char* layoutGroup, int width,
                int height)
-    : m_width(width),
-      m_height(height),
-      m_mirrored(false),
-      m_window(nullptr),
-      m_layout(nullptr),
-      m_popup(nullptr) {
+    : m_width(width), m_height(height), m_mirrored(false), m_popup(nullptr) {
     ZOLT_TRACE();
     const std::string path = layoutPath(layoutFile);
     m_window = createWindow(windowTitle, width, height);
     m_layout = elm_layout_add(m_window);
     if (m_layout == nullptr) {
-        evas_object_del(m_window);
-        m_window = nullptr;
+        m_window.destroy();
         failAllocation("Cannot allocate memory for window instance");
     }
-    // The window manager may close the window, and with it the layout, at any time.
-    watchHandle(m_window);
-    watchHandle(m_layout);
-    if (Controller::Enlarge != 0) {
+    if (modes::enlarged()) {
         ZOLT_DEBUG("Enlarge Mode ON");
-        elm_object_scale_set(m_layout, enlargedScale);
+        elm_object_scale_set(m_layout, modes::ENLARGED_SCALE);
         layoutGroup = enlargedGroup(layoutGroup);
     }
     // Without the file or the group the layout stays empty, which is no error.
     elm_layout_file_set(m_layout, path.c_str(), layoutGroup);
     evas_object_size_hint_weight_set(m_layout, 1.0, 1.0);
     elm_win_resize_object_add(m_window, m_layout);
-    highContrast = IsHighContrastMode() != 0;
-    if (highContrast) {
+    if (modes::highContrast()) {
         ZOLT_DEBUG("High Contrast Mode ON");
+        evas_object_data_set(m_window, HIGH_CONTRAST_KEY, HIGH_CONTRAST_KEY);
     }
     followContrast(m_layout);
     evas_object_show(m_layout);
@@ -220,12 +209,12 @@ Screen::~Screen() {
     ZOLT_TRACE();
     delete m_popup;
     m_popup = nullptr;
-    if (m_window != nullptr && !toolkitLost) {
+    if (m_window != nullptr) {
         // A deletion that the toolkit puts off must find no way back to this object.
         evas_object_event_callback_del_full(m_window, EVAS_CALLBACK_KEY_DOWN, onKeyPress, this);
     }
-    dropHandle(m_layout);
-    dropHandle(m_window);
+    m_layout.destroy();
+    m_window.destroy();
 }
 
 void Screen::show() {
@@ -260,10 +249,10 @@ void Screen::destroyPopup() {
 
 void Screen::enableKeysGrabbing() {
     ZOLT_TRACE();
-    constexpr int grabMode = 0x20000;
+    constexpr int GRAB_MODE = 0x20000;
     const Ecore_X_Window window = elm_win_xwindow_get(m_window);
-    for (char const* key : grabbedKeys) {
-        if (utilx_grab_key(ecore_x_display_get(), window, key, grabMode) != 0) {
+    for (const char* key : GRABBED_KEYS) {
+        if (utilx_grab_key(ecore_x_display_get(), window, key, GRAB_MODE) != 0) {
             ZOLT_WARN("Error caught during grabbing %s key", key);
         }
     }
@@ -286,8 +275,8 @@ void Screen::onKeyPress(void* data, Evas* /*canvas*/, Evas_Object* object, void*
     }
 }
 
-void Screen::onSizeChanged(void* /*data*/, Evas_Object* object, char const* /*emission*/,
-                           char const* /*source*/) {
+void Screen::onSizeChanged(void* /*data*/, Evas_Object* object, const char* /*emission*/,
+                           const char* /*source*/) {
     ZOLT_TRACE();
     Evas_Object* edje = object != nullptr ? elm_layout_edje_get(object) : nullptr;
     if (edje == nullptr) {
@@ -301,7 +290,7 @@ void Screen::onSizeChanged(void* /*data*/, Evas_Object* object, char const* /*em
     ZOLT_DEBUG("Minimum size for current theme is %dx%d", width, height);
 }
 
-Evas_Object* Screen::createLabel(Evas_Object* parent, char const* text, char const* style) {
+Evas_Object* Screen::createLabel(Evas_Object* parent, const char* text, const char* style) {
     ZOLT_TRACE();
     Evas_Object* label =
         required(elm_label_add(parent), "Cannot allocate memory for label instance");
@@ -311,7 +300,7 @@ Evas_Object* Screen::createLabel(Evas_Object* parent, char const* text, char con
     return label;
 }
 
-Evas_Object* Screen::createIcon(Evas_Object* parent, char const* name) {
+Evas_Object* Screen::createIcon(Evas_Object* parent, const char* name) {
     ZOLT_TRACE();
     Evas_Object* icon = elm_icon_add(parent);
     if (icon != nullptr) {
@@ -320,8 +309,8 @@ Evas_Object* Screen::createIcon(Evas_Object* parent, char const* name) {
     return icon;
 }
 
-Evas_Object* Screen::createButton(Evas_Object* parent, char const* text, Evas_Smart_Cb callback,
-                                  void* data, char* icon, char const* style) {
+Evas_Object* Screen::createButton(Evas_Object* parent, const char* text, Evas_Smart_Cb callback,
+                                  void* data, char* icon, const char* style) {
     ZOLT_TRACE();
     Evas_Object* button =
         required(elm_button_add(parent), "Cannot allocate memory for button instance");
@@ -347,7 +336,7 @@ Evas_Object* Screen::createButton(Evas_Object* parent, char const* text, Evas_Sm
     return button;
 }
 
-Evas_Object* Screen::createImage(Evas_Object* parent, char const* file, int width, int height) {
+Evas_Object* Screen::createImage(Evas_Object* parent, const char* file, int width, int height) {
     ZOLT_TRACE();
     Evas_Object* image =
         required(elm_image_add(parent), "Cannot allocate memory for image instance");
@@ -370,10 +359,10 @@ Evas_Object* Screen::createProgressAnimation(Evas_Object* parent) {
     return progress;
 }
 
-void Screen::addButton(char const* part, char const* text, Evas_Smart_Cb callback, void* data,
+void Screen::addButton(const char* part, const char* text, Evas_Smart_Cb callback, void* data,
                        bool focusable, bool focused) {
     ZOLT_TRACE();
-    Evas_Object* button = createButton(m_layout, text, callback, data, nullptr, buttonStyle);
+    Evas_Object* button = createButton(m_layout, text, callback, data, nullptr, BUTTON_STYLE);
     elm_object_part_content_set(m_layout, part, button);
     leaveSizeToPart(button);
     // A text without an icon of its own gets one without a name.
@@ -386,7 +375,7 @@ void Screen::addButton(char const* part, char const* text, Evas_Smart_Cb callbac
     }
 }
 
-void Screen::modifyButtonText(char const* part, char const* text) {
+void Screen::modifyButtonText(const char* part, const char* text) {
     ZOLT_TRACE();
     Evas_Object* button = elm_object_part_content_get(m_layout, part);
     setTranslatable(button, nullptr, text);
@@ -396,7 +385,7 @@ void Screen::modifyButtonText(char const* part, char const* text) {
 void Screen::fillMenu(std::initializer_list<MenuButton> buttons) {
     for (const MenuButton& entry : buttons) {
         Evas_Object* button = createButton(m_layout, entry.text, entry.callback, nullptr,
-                                           iconName(entry.icon), buttonStyle);
+                                           iconName(entry.icon), BUTTON_STYLE);
         elm_object_part_content_set(m_layout, entry.part, button);
         leaveSizeToPart(button);
         evas_object_show(button);
@@ -406,7 +395,7 @@ void Screen::fillMenu(std::initializer_list<MenuButton> buttons) {
     elm_object_focus_set(first, EINA_TRUE);
 }
 
-Evas_Object* Screen::fillWaiting(char const* text1, char const* text2) {
+Evas_Object* Screen::fillWaiting(const char* text1, const char* text2) {
     Evas_Object* progress = createProgressAnimation(m_layout);
     elm_layout_box_append(m_layout, "animationBox", progress);
     evas_object_show(progress);
@@ -415,20 +404,20 @@ Evas_Object* Screen::fillWaiting(char const* text1, char const* text2) {
     return progress;
 }
 
-MessagePopup* Screen::createBasicMessagePopup(char const* text, double timeout,
+MessagePopup* Screen::createBasicMessagePopup(const char* text, double timeout,
                                               Evas_Smart_Cb timeoutCallback,
                                               Evas_Smart_Cb buttonCallback) {
     ZOLT_TRACE();
-    auto* popup = new MessagePopup(m_layout, popupStyle, m_width, m_height);
+    auto* popup = new MessagePopup(m_layout, POPUP_STYLE, m_width, m_height);
     if (timeout > 0) {
         popup->setTimeout(timeout, timeoutCallback);
     }
-    popup->setText(text, popupTextStyle);
+    popup->setText(text, POPUP_TEXT_STYLE);
     popup->addButton("SID_OK", buttonCallback, nullptr, iconName("i_ok_done_allow"));
     return popup;
 }
 
-Popup* Screen::addMessagePopup(char const* text) {
+Popup* Screen::addMessagePopup(const char* text) {
     ZOLT_TRACE();
     m_popup = createBasicMessagePopup(text, -1.0, nullptr, EventHandler::quitRequested);
     return m_popup;
@@ -436,26 +425,26 @@ Popup* Screen::addMessagePopup(char const* text) {
 
 Popup* Screen::addNetworkFailurePopup(ZOLTEventsType /*event*/, ZOLTEventsReasonType reason) {
     ZOLT_TRACE();
-    char const* text = textOfFailure(reason);
+    const char* text = textOfFailure(reason);
     if (text == nullptr) {
         ZOLT_WARN("Cannot recognize the reason type");
         text = "SID_INTERNET_CONNECTION_NOT_STABLE_MSG";
     }
-    m_popup = createBasicMessagePopup(text, networkFailureTimeout, EventHandler::quitRequested,
+    m_popup = createBasicMessagePopup(text, NETWORK_FAILURE_TIMEOUT, EventHandler::quitRequested,
                                       EventHandler::quitRequested);
     return m_popup;
 }
 
-Popup* Screen::addLoadingPopup(char const* text) {
+Popup* Screen::addLoadingPopup(const char* text) {
     ZOLT_TRACE();
-    m_popup = new LoadingPopup(m_layout, popupStyle, m_width, m_height);
+    m_popup = new LoadingPopup(m_layout, POPUP_STYLE, m_width, m_height);
     m_popup->setText(text, "popup/LoadingPopup");
     return m_popup;
 }
 
-MessagePopup* Screen::createQuestionPopup(char const* text, Evas_Smart_Cb confirmed) {
-    auto* popup = new MessagePopup(m_layout, popupStyle, m_width, m_height);
-    popup->setText(text, popupTextStyle);
+MessagePopup* Screen::createQuestionPopup(const char* text, Evas_Smart_Cb confirmed) {
+    auto* popup = new MessagePopup(m_layout, POPUP_STYLE, m_width, m_height);
+    popup->setText(text, POPUP_TEXT_STYLE);
     popup->addButton("SID_OK", confirmed, popup, iconName("i_ok_done_allow"));
     popup->addButton("SID_CANCEL", EventHandler::popupHideRequested, nullptr,
                      iconName("i_close_cancel"));

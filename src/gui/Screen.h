@@ -8,6 +8,7 @@
 #include <Elementary.h>
 
 #include "gdbus/ZOLTEvents.h"
+#include "gui/Handle.h"
 
 namespace ZOLT::GUI {
 
@@ -18,7 +19,7 @@ class MessagePopup;
 int IsHighContrastMode();
 
 // The factories take the name of an icon as char*, yet never write to it.
-inline char* iconName(char const* name) {
+inline char* iconName(const char* name) {
     return const_cast<char*>(name);
 }
 
@@ -29,7 +30,7 @@ class Screen {
     // LAYOUTFILE is a file in the theme's folder and LAYOUTGROUP a group in it; WIDTH and HEIGHT
     // are the screen's size in pixels. Throws ZOLT::Exception when the toolkit gives no window or
     // layout. The window is not shown.
-    Screen(char const* windowTitle, std::string layoutFile, char const* layoutGroup, int width,
+    Screen(const char* windowTitle, std::string layoutFile, const char* layoutGroup, int width,
            int height);
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;
@@ -39,15 +40,15 @@ class Screen {
     // The popup on this screen, or null. Belongs to the screen.
     virtual Popup* getPopup();
     // Puts a new button into PART of the layout, with the icon that goes with TEXT.
-    virtual void addButton(char const* part, char const* text, Evas_Smart_Cb callback, void* data,
+    virtual void addButton(const char* part, const char* text, Evas_Smart_Cb callback, void* data,
                            bool focusable, bool focused);
-    virtual void modifyButtonText(char const* part, char const* text);
+    virtual void modifyButtonText(const char* part, const char* text);
 
     // Each makes a popup, hidden, and keeps it as the screen's. A popup that the screen already
     // has is forgotten, not destroyed: call destroyPopup first.
-    virtual Popup* addMessagePopup(char const* text);
+    virtual Popup* addMessagePopup(const char* text);
     virtual Popup* addNetworkFailurePopup(ZOLTEventsType event, ZOLTEventsReasonType reason);
-    virtual Popup* addLoadingPopup(char const* text);
+    virtual Popup* addLoadingPopup(const char* text);
     virtual Popup* addDeregistrationPopup();
     virtual Popup* RegistrationInfoDeletionPopup();
     virtual Popup* addCompletionPopup();
@@ -69,39 +70,39 @@ class Screen {
 
     // The factories return a widget that is not shown and belongs to PARENT, and throw
     // ZOLT::Exception when the toolkit gives none; createIcon returns null then.
-    static Evas_Object* createLabel(Evas_Object* parent, char const* text, char const* style);
-    static Evas_Object* createIcon(Evas_Object* parent, char const* name);
+    static Evas_Object* createLabel(Evas_Object* parent, const char* text, const char* style);
+    static Evas_Object* createIcon(Evas_Object* parent, const char* name);
     // DATA is handed to CALLBACK. ICON may be null.
-    static Evas_Object* createButton(Evas_Object* parent, char const* text, Evas_Smart_Cb callback,
-                                     void* data, char* icon, char const* style);
-    static Evas_Object* createImage(Evas_Object* parent, char const* file, int width, int height);
+    static Evas_Object* createButton(Evas_Object* parent, const char* text, Evas_Smart_Cb callback,
+                                     void* data, char* icon, const char* style);
+    static Evas_Object* createImage(Evas_Object* parent, const char* file, int width, int height);
     static Evas_Object* createProgressAnimation(Evas_Object* parent);
 
     // Key event on the window; DATA is the Screen.
     static void onKeyPress(void* data, Evas* canvas, Evas_Object* object, void* eventInfo);
     // Signal of the layout; logs how small the layout can be.
-    static void onSizeChanged(void* data, Evas_Object* object, char const* emission,
-                              char const* source);
+    static void onSizeChanged(void* data, Evas_Object* object, const char* emission,
+                              const char* source);
 
   protected:
     // Makes a popup with an OK button that calls BUTTONCALLBACK. TIMEOUTCALLBACK is called after
     // TIMEOUT seconds if that is more than 0. The caller owns the result.
-    MessagePopup* createBasicMessagePopup(char const* text, double timeout,
+    MessagePopup* createBasicMessagePopup(const char* text, double timeout,
                                           Evas_Smart_Cb timeoutCallback,
                                           Evas_Smart_Cb buttonCallback);
 
     // A button of a menu: where it stands, its text, its icon and what it does.
     struct MenuButton {
-        char const* part;
-        char const* text;
-        char const* icon;
+        const char* part;
+        const char* text;
+        const char* icon;
         Evas_Smart_Cb callback;
     };
     // Makes BUTTONS in their order; the first gets the focus.
     void fillMenu(std::initializer_list<MenuButton> buttons);
     // Makes the turning circle of a waiting screen, with two lines of text. The circle belongs to
     // the layout.
-    Evas_Object* fillWaiting(char const* text1, char const* text2);
+    Evas_Object* fillWaiting(const char* text1, const char* text2);
 
     // Every derived class hands a copy of it to the constructor.
     static const std::string m_layoutName;
@@ -109,13 +110,13 @@ class Screen {
     int m_width;
     int m_height;
     bool m_mirrored;
-    Evas_Object* m_window;  // deleted by the destructor, or by the window manager's close request
-    Evas_Object* m_layout;  // deleted by the destructor, or with the window
-    Popup* m_popup;         // deleted by the destructor; destroyPopup lets go of it
+    Handle m_window;  // deleted by the destructor, or by the window manager's close request
+    Handle m_layout;  // deleted by the destructor, or with the window
+    Popup* m_popup;   // deleted by the destructor; destroyPopup lets go of it
 
   private:
     // A popup of two buttons, OK with CONFIRMED and the popup as data, and Cancel.
-    MessagePopup* createQuestionPopup(char const* text, Evas_Smart_Cb confirmed);
+    MessagePopup* createQuestionPopup(const char* text, Evas_Smart_Cb confirmed);
 };
 
 }  // namespace ZOLT::GUI

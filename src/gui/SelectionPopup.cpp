@@ -31,14 +31,13 @@ void packSpacer(Evas_Object* table) {
 
 }  // namespace
 
-SelectionPopup::SelectionPopup(Evas_Object* parent, char const* style, int width, int height)
+SelectionPopup::SelectionPopup(Evas_Object* parent, const char* style, int width, int height)
     : Popup(parent, style, width, height),
       m_itemsCount(0),
       m_position(0),
       m_selectedItem(nullptr),
       m_previousItem(nullptr),
       m_box(nullptr),
-      m_list(nullptr),
       m_selectedShop(nullptr),
       m_previousShop(nullptr),
       m_shopSelected(false),
@@ -51,20 +50,20 @@ SelectionPopup::SelectionPopup(Evas_Object* parent, char const* style, int width
 
 SelectionPopup::~SelectionPopup() {
     ZOLT_TRACE();
-    if (m_focusJob != nullptr && !toolkitLost) {
+    if (m_focusJob != nullptr && !toolkitLost()) {
         ecore_job_del(m_focusJob);
     }
     leaveList();
 }
 
 void SelectionPopup::leaveList() {
-    if (m_list != nullptr && !toolkitLost) {
+    if (m_list != nullptr) {
         evas_object_smart_callback_del_full(m_list, "realized", onRowDrawn, this);
         evas_object_smart_callback_del_full(m_list, "unfocused", onListLeft, this);
         evas_object_event_callback_del_full(m_list, EVAS_CALLBACK_KEY_DOWN, onListKeyDown, this);
         evas_object_event_callback_del_full(m_list, EVAS_CALLBACK_KEY_UP, onListKeyUp, this);
     }
-    unwatchHandle(m_list);
+    m_list = nullptr;
 }
 
 void SelectionPopup::prepare() {
@@ -84,7 +83,6 @@ void SelectionPopup::prepare() {
 
     leaveList();
     m_list = elm_genlist_add(table);
-    watchHandle(m_list);
     fill(m_list);
     elm_genlist_select_mode_set(m_list, ELM_OBJECT_SELECT_MODE_ALWAYS);
     evas_object_smart_callback_add(m_list, "realized", onRowDrawn, this);
@@ -146,13 +144,12 @@ void SelectionPopup::returnToSelection() {
     elm_object_item_focus_set(m_selectedItem, EINA_TRUE);
 }
 
-void SelectionPopup::setText(char const* /*text*/, char const* /*style*/) {
+void SelectionPopup::setText(const char* /*text*/, const char* /*style*/) {
     ZOLT_TRACE();
-    throw Exception("SelectionPopup::setText - method not implemented",
-                    GenericErrorCode::GENERIC_ERROR);
+    throw Exception("SelectionPopup::setText - method not implemented", GENERIC_ERROR);
 }
 
-void SelectionPopup::addButton(char const* text, Evas_Smart_Cb callback, void* data, char* icon) {
+void SelectionPopup::addButton(const char* text, Evas_Smart_Cb callback, void* data, char* icon) {
     ZOLT_TRACE();
     Evas_Object* button =
         Screen::createButton(m_popup, text, callback, data, icon, "c_button_icontext");
@@ -245,7 +242,7 @@ void SelectionPopup::focusFirstButton() {
     }
 }
 
-char* SelectionPopup::itemGetLabel(void* data, Evas_Object* /*object*/, char const* part) {
+char* SelectionPopup::itemGetLabel(void* data, Evas_Object* /*object*/, const char* part) {
     ZOLT_TRACE();
     char label[64] = {};
     if (std::strcmp(part, "elm.text") == 0 || std::strcmp(part, "elm.text.1") == 0) {

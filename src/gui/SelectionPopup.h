@@ -13,7 +13,7 @@ namespace ZOLT::GUI {
 // stands where it was left, and keeps OK out of reach until something is picked.
 class SelectionPopup : public Popup {
   public:
-    SelectionPopup(Evas_Object* parent, char const* style, int width, int height);
+    SelectionPopup(Evas_Object* parent, const char* style, int width, int height);
     ~SelectionPopup() override;
 
     // Makes the list. Called once, before the buttons are added.
@@ -25,12 +25,12 @@ class SelectionPopup : public Popup {
     void show() override;
 
     // This popup has no text: always throws ZOLT::Exception.
-    void setText(char const* text, char const* style) override;
-    void addButton(char const* text, Evas_Smart_Cb callback, void* data, char* icon) override;
+    void setText(const char* text, const char* style) override;
+    void addButton(const char* text, Evas_Smart_Cb callback, void* data, char* icon) override;
 
     // Text of a row: DATA is its Shop. The name is cut at 63 bytes; parts other than the two text
     // parts get an empty text. The caller frees the result.
-    static char* itemGetLabel(void* data, Evas_Object* object, char const* part);
+    static char* itemGetLabel(void* data, Evas_Object* object, const char* part);
 
     // Takes back a pick that was not confirmed. Called before a popup is shown again.
     void restoreSelectedItemSetting();
@@ -44,7 +44,7 @@ class SelectionPopup : public Popup {
     Elm_Object_Item* m_selectedItem;  // belongs to the list
     Elm_Object_Item* m_previousItem;  // the confirmed row; belongs to the list
     Evas_Object* m_box;               // belongs to the popup widget
-    Evas_Object* m_list;              // belongs to the box; null once it has gone
+    Handle m_list;                    // belongs to the box
     Shop* m_selectedShop;             // belongs to the parser, as all shops
     Shop* m_previousShop;             // the confirmed shop
     bool m_shopSelected;              // whether a row was ever picked

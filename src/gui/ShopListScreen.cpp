@@ -3,19 +3,18 @@
 #include "gui/ShopListScreen.h"
 
 #include "common/Logger.h"
-#include "gui/Controller.h"
 #include "gui/EventHandler.h"
+#include "gui/Modes.h"
 #include "gui/SelectionPopup.h"
 #include "gui/Widgets.h"
-#include "ui_orientation.h"
 
 namespace ZOLT::GUI {
 
 namespace {
 
-constexpr char selectId[] = "TV_SID_SELECT_M_MSG";
+constexpr char SELECT_ID[] = "TV_SID_SELECT_M_MSG";
 
-Evas_Object* appendHeading(Evas_Object* layout, char const* text) {
+Evas_Object* appendHeading(Evas_Object* layout, const char* text) {
     Evas_Object* label = Screen::createLabel(layout, text, "subHeadingStyle");
     elm_layout_box_append(layout, "selectText", label);
     evas_object_show(label);
@@ -26,7 +25,7 @@ Evas_Object* appendHeading(Evas_Object* layout, char const* text) {
 // the screen. That is wanted.
 void showChosenValues(Evas_Object* layout, std::queue<std::string>& values) {
     while (!values.empty()) {
-        char const* part = ua_UI_orientation_get() == 1 ? "shopname" : "shop1";
+        const char* part = modes::mirrored() ? "shopname" : "shop1";
         elm_object_part_text_set(layout, part, values.front().c_str());
         values.pop();
     }
@@ -36,7 +35,7 @@ void addDropDown(Evas_Object* layout) {
     Evas_Object* dropDown = elm_hoversel_add(layout);
     elm_hoversel_hover_parent_set(dropDown, layout);
     elm_object_style_set(dropDown, "c_dropdown_black");
-    setTranslatable(dropDown, nullptr, selectId);
+    setTranslatable(dropDown, nullptr, SELECT_ID);
     evas_object_show(dropDown);
     evas_object_smart_callback_add(dropDown, "clicked", EventHandler::selectionPopupRequested,
                                    nullptr);
@@ -72,13 +71,13 @@ void removeNamed(std::set<Shop*, Shop::ShopComp>& shops, const std::string& name
 ShopListScreen::ShopListScreen(std::string& listName, std::queue<std::string>& chosenValues,
                                int width, int height, std::string registeredShopName)
     : Screen("ShopListScreen", m_layoutName,
-             Controller::Enlarge != 0 ? "ShopListWindowEnlarge" : "ShopListWindow", width, height),
+             modes::enlarged() ? "ShopListWindowEnlarge" : "ShopListWindow", width, height),
       m_screenWidth(width),
       m_screenHeight(height),
       m_registeredShopName(registeredShopName) {
     ZOLT_TRACE();
     setTranslatable(m_layout, "title", "COM_SID_ZOLT_CONTENT");
-    appendHeading(m_layout, selectId);
+    appendHeading(m_layout, SELECT_ID);
     evas_object_size_hint_padding_set(appendHeading(m_layout, " "), 5, 5, 0, 0);
     appendHeading(m_layout, listName.c_str());
     showChosenValues(m_layout, chosenValues);
@@ -93,7 +92,7 @@ Popup* ShopListScreen::addSelectionPopup(std::set<Shop*, Shop::ShopComp>& shops)
     ZOLT_TRACE();
     auto* popup = new SelectionPopup(m_layout, "c_popup_right", m_screenWidth, m_screenHeight);
     popup->prepare();
-    popup->setTitle(selectId);
+    popup->setTitle(SELECT_ID);
     popup->addButton("SID_OK", EventHandler::selectionPopupShopChosen, nullptr,
                      iconName("i_ok_done_allow"));
     popup->addButton("SID_CANCEL", EventHandler::popupHideRequested, nullptr,
@@ -106,7 +105,7 @@ Popup* ShopListScreen::addSelectionPopup(std::set<Shop*, Shop::ShopComp>& shops)
 
 void ShopListScreen::removeButtons() {
     ZOLT_TRACE();
-    for (char const* part : {"nextBtn", "prevBtn", "singleBtn"}) {
+    for (const char* part : {"nextBtn", "prevBtn", "singleBtn"}) {
         elm_object_part_content_set(m_layout, part, nullptr);
     }
 }

@@ -20,7 +20,7 @@
 #include "common/systemcalls/ISystemCalls.h"
 #include "common/systemcalls/SystemCallsFactory.h"
 #include "gui/Controller.h"
-#include "gui/Widgets.h"
+#include "gui/Handle.h"
 #include "vconf.h"
 
 static const std::string configFilePath = ZOLT_CONFIG_FILE;
@@ -40,7 +40,7 @@ struct LoopGuard {
     LoopGuard() = default;
     LoopGuard(const LoopGuard&) = delete;
     LoopGuard& operator=(const LoopGuard&) = delete;
-    ~LoopGuard() { ZOLT::GUI::toolkitLost = std::uncaught_exceptions() > 0; }
+    ~LoopGuard() { ZOLT::GUI::setToolkitLost(std::uncaught_exceptions() > 0); }
 };
 
 // Whether this process has added its one unit to the counter that keeps the screensaver off.

@@ -16,7 +16,7 @@
 #include "common/ZoltConfig.h"
 #include "flow/ControllerProbe.h"
 #include "flow/FlowFixture.h"
-#include "gui/Widgets.h"
+#include "gui/Handle.h"
 
 using testing::Contains;
 using testing::ElementsAre;
@@ -103,7 +103,7 @@ class MainTest : public FlowFixture {
         char name[] = "zolt-hub";
         char* arguments[] = {name, nullptr};
         const int status = zolt_main(1, arguments);
-        ZOLT::GUI::toolkitLost = false;  // the toolkit of the tests goes on
+        ZOLT::GUI::setToolkitLost(false);  // the toolkit of the tests goes on
         return status;
     }
     // Takes the screens away ahead of an exception, after which the program leaves its widgets to

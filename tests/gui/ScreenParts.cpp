@@ -11,13 +11,13 @@ using ZOLT::GUI::Screen;
 
 // A derived class may name the members that its base keeps to its family.
 struct ScreenFamily : Screen {
-    static constexpr Evas_Object* Screen::*window = &ScreenFamily::m_window;
-    static constexpr Evas_Object* Screen::*layout = &ScreenFamily::m_layout;
+    static constexpr ZOLT::GUI::Handle Screen::*window = &ScreenFamily::m_window;
+    static constexpr ZOLT::GUI::Handle Screen::*layout = &ScreenFamily::m_layout;
 };
 
 struct PopupFamily : Popup {
-    static constexpr Evas_Object* Popup::*widget = &PopupFamily::m_popup;
-    static constexpr Evas_Object* Popup::*background = &PopupFamily::m_background;
+    static constexpr ZOLT::GUI::Handle Popup::*widget = &PopupFamily::m_popup;
+    static constexpr ZOLT::GUI::Handle Popup::*background = &PopupFamily::m_background;
 };
 
 }  // namespace
