@@ -18,30 +18,6 @@ namespace {
 constexpr int LONGEST_DELAY_MS = 24 * 60 * 60 * 1000;
 constexpr const char* DEFAULT_SHOPS = "retail";
 
-struct NamedNumber {
-    const char* name;
-    int value;
-};
-
-const NamedNumber EVENT_NAMES[] = {{"EVENT_STEP_DONE", ZOLT::EVENT_STEP_DONE},
-                                   {"EVENT_CLOSE_GUI", ZOLT::EVENT_CLOSE_GUI}};
-
-const NamedNumber REASON_NAMES[] = {
-    {"REASON_PINCODE_READY", ZOLT::REASON_PINCODE_READY},
-    {"REASON_PINCODE_VERIFIED", ZOLT::REASON_PINCODE_VERIFIED},
-    {"REASON_SHOP_LIST_READY", ZOLT::REASON_SHOP_LIST_READY},
-    {"REASON_REGISTRATION_DONE", ZOLT::REASON_REGISTRATION_DONE},
-    {"REASON_DEREGISTRATION_DONE", ZOLT::REASON_DEREGISTRATION_DONE},
-    {"REASON_NETWORK_UNSTABLE", ZOLT::REASON_NETWORK_UNSTABLE},
-    {"REASON_NO_NETWORK", ZOLT::REASON_NO_NETWORK},
-    {"REASON_NO_SERVER", ZOLT::REASON_NO_SERVER},
-    {"REASON_PIN_TIME_EXPIRED", ZOLT::REASON_PIN_TIME_EXPIRED},
-    {"REASON_NOT_FOUND_IN_LAN", ZOLT::REASON_NOT_FOUND_IN_LAN},
-    {"REASON_CLOSE_REQUESTED", ZOLT::REASON_CLOSE_REQUESTED},
-    {"REASON_CLOSE_REQUESTED_AGAIN", ZOLT::REASON_CLOSE_REQUESTED_AGAIN},
-    {"REASON_REGISTRATION_INFO_DELETED", ZOLT::REASON_REGISTRATION_INFO_DELETED},
-};
-
 std::string strip(const std::string& text) {
     const auto begin = text.find_first_not_of(" \t");
     const auto end = text.find_last_not_of(" \t");
@@ -79,17 +55,23 @@ bool parseTruth(const std::string& text) {
     return text == "true";
 }
 
-template <size_t Count>
-int parseNumber(const std::string& text, const NamedNumber (&names)[Count]) {
-    const auto* found = std::find_if(std::begin(names), std::end(names),
-                                     [&](const NamedNumber& entry) { return text == entry.name; });
-    return found != std::end(names) ? found->value : parseInt(text);
+int parseEventType(const std::string& text) {
+    if (text == "EVENT_STEP_DONE") {
+        return ZOLT::EVENT_STEP_DONE;
+    }
+    return text == "EVENT_CLOSE_GUI" ? ZOLT::EVENT_CLOSE_GUI : parseInt(text);
+}
+
+int parseReason(const std::string& text) {
+    const auto* found =
+        std::find_if(std::begin(ZOLT::REASONS), std::end(ZOLT::REASONS),
+                     [&](const ZOLT::ReasonFacts& facts) { return text == facts.name; });
+    return found != std::end(ZOLT::REASONS) ? found->reason : parseInt(text);
 }
 
 int usualEvent(int reason) {
-    const bool closes =
-        reason >= ZOLT::REASON_NETWORK_UNSTABLE && reason <= ZOLT::REASON_CLOSE_REQUESTED_AGAIN;
-    return closes ? ZOLT::EVENT_CLOSE_GUI : ZOLT::EVENT_STEP_DONE;
+    const ZOLT::ReasonFacts* const facts = ZOLT::findReason(reason);
+    return facts != nullptr ? facts->event : ZOLT::EVENT_STEP_DONE;
 }
 
 TimedEvent parseTimedEvent(const std::string& item) {
@@ -297,11 +279,11 @@ void readFile(const std::string& path, const std::string& shopListFolder, Scenar
 Event parseEvent(const std::string& text) {
     const size_t slash = text.find('/');
     if (slash == std::string::npos) {
-        const int reason = parseNumber(strip(text), REASON_NAMES);
+        const int reason = parseReason(strip(text));
         return {usualEvent(reason), reason};
     }
-    return {parseNumber(strip(text.substr(0, slash)), EVENT_NAMES),
-            parseNumber(strip(text.substr(slash + 1)), REASON_NAMES)};
+    return {parseEventType(strip(text.substr(0, slash))),
+            parseReason(strip(text.substr(slash + 1)))};
 }
 
 Scenario loadScenario(const std::string& file, const std::string& shopListFolder) {
