@@ -32,8 +32,14 @@ class Logger {
 
 }  // namespace ZOLT
 
+// The source that a line names. Readers of the log know a class by one source: where it is written
+// in several, the others define this, ahead of their includes, as the name of the first.
+#ifndef ZOLT_LOG_FILE
+#define ZOLT_LOG_FILE __FILE__
+#endif
+
 #define ZOLT_LOG(buffer, priority, ...) \
-    ::ZOLT::Logger::write(buffer, priority, __FILE__, __func__, __LINE__, __VA_ARGS__)
+    ::ZOLT::Logger::write(buffer, priority, ZOLT_LOG_FILE, __func__, __LINE__, __VA_ARGS__)
 
 // Progress and state.
 #define ZOLT_DEBUG(...) ZOLT_LOG(LOG_ID_SYSTEM, DLOG_DEBUG, __VA_ARGS__)

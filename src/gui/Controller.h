@@ -8,16 +8,19 @@
 #include <memory>
 #include <mutex>
 #include <string>
-#include <vector>
 
 #include "common/DeviceInfo.h"
 #include "common/ShopListParser.h"
 #include "gdbus/GuiProxy.h"
-#include "gui/Popup.h"
-#include "gui/RegistrationInfoScreen.h"
-#include "gui/Screen.h"
+#include "gdbus/ZOLTEvents.h"
 
 namespace ZOLT::GUI {
+
+class Popup;
+class RegistrationInfoScreen;
+class Screen;
+class SelectionPopup;
+class ShopListScreen;
 
 // The one flow object. It owns the link to the daemon, the shop list and the history of screens.
 // Everything here runs on the main loop's thread: events of the daemon are handled inside their
@@ -94,8 +97,10 @@ class Controller {
     static int Enlarge;                     // the focus zoom setting, read by screens
 
   private:
-    friend class EventHandler;      // the flow's other half: what a button does
+    friend class EventHandler;      // asks for what a button does
     friend struct ControllerProbe;  // tests look at the state of the flow
+
+    static constexpr const char* CONNECTING_TEXT = "SID_CONNECTING_TO_NETWORK_SERVER";
 
     // The current screen, or null.
     Screen* current() const;
@@ -116,15 +121,39 @@ class Controller {
     void presentNew();
     // Shows POPUP with its sound, and with the focus on PART unless that is null.
     void presentPopup(Popup* popup, const char* part);
-    // A screen with the rows of a registration document's levels; keeps nothing of them.
-    std::unique_ptr<RegistrationInfoScreen> makeInfoScreen(std::vector<ShopList>& levels);
     // Whether REASON is one that its event may carry, and if so its effect.
     bool stepDone(int reason);
     bool closeGui(int reason);
     void showShopList();
     void showUnstableConnection();
+
+    // --- what the callbacks of buttons and popups ask for
+    // Whether there is a screen below the current one.
+    bool canGoBack() const;
+    // Deletes the current screen and shows the one below it.
+    void goBack();
     // Takes the popup off the screen below the current one.
     void clearPopupBelow();
+    // Takes the current screen's popup away. A selection popup with an earlier confirmation is
+    // hidden, and that confirmation is in force again.
+    void dismissPopup();
+    void showDeletionPopup();
+    // Asks the daemon to delete the registration. The question in POPUP cannot be answered again.
+    void deleteRegistration(Popup& popup);
+    // Shows TEXT in a loading popup and asks the daemon for the shop list.
+    void searchShops(const char* text);
+    // Asks for the registration that SCREEN shows, whose buttons cannot be reached meanwhile.
+    void registerShown(RegistrationInfoScreen& screen);
+    // Opens the drop-down of SCREEN: shows its popup again, or a new one.
+    void openSelection(ShopListScreen& screen);
+    // Notes that SHOP, in the row that is selected, is picked in POPUP.
+    void pick(SelectionPopup& popup, Shop* shop);
+    // Makes the pick in POPUP the choice on SCREEN and hides the popup.
+    void confirmPick(ShopListScreen& screen, SelectionPopup& popup);
+    // Goes on with the pick in POPUP, to the next level or to the confirmation.
+    void goToNextLevel(const SelectionPopup& popup);
+    void goToConfirmation(const SelectionPopup& popup);
+    void goToPreviousLevel();
 
     GuiProxy m_guiProxy;
     ShopListParser m_shopListParser;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// What screens and popups hand to Elementary as callbacks. They stand in Controller.cpp with the
-// flow that they drive, and their lines in the log name that file.
+// What screens and popups hand to Elementary as callbacks. Their log lines name Controller.cpp, the
+// source of the flow that they drive.
 #pragma once
 
 #include <string>
@@ -25,9 +25,7 @@ class EventHandler {
     EventHandler() = delete;
 
     // --- buttons and popups, in the form of a smart callback
-    // Comes before what a button does, and keeps a press from it that reached the button only when
-    // a newer screen lay over its own.
-    static void dropIfCovered(void* data, Evas_Object* object, void* eventInfo);
+    // Each ignores the press of an OBJECT that a newer screen covers.
     static void quitRequested(void* data, Evas_Object* object, void* eventInfo);
     // Deletes the current screen: nothing may touch it after the call.
     static void goBackRequested(void* data, Evas_Object* object, void* eventInfo);
@@ -75,6 +73,13 @@ class EventHandler {
 
     static bool m_keyUnfocused;  // an item lost the focus since the last key was handled
     static int m_focusState;     // a FocusState
+
+  private:
+    // Whether OBJECT, which was pressed, lies under the living window of a newer screen. Keys and
+    // timeouts, for which windows and popups call back, or nobody does, count everywhere.
+    static bool isCovered(const Evas_Object* object);
+    // Makes the click of OBJECT; false if it is covered.
+    static bool click(const Evas_Object* object);
 };
 
 }  // namespace ZOLT::GUI

@@ -14,7 +14,6 @@ namespace ZOLT::GUI {
 
 namespace {
 
-constexpr char VERSION_ID[] = "SID_SOFTWARE_VERSION";
 constexpr char PIN_CODE_ID[] = "TV_SID_PIN_CODE";
 constexpr char KEY_STYLE[] = "pinCodeKeyStyle";
 constexpr char VALUE_STYLE[] = "pinCodeValStyle";
@@ -71,10 +70,7 @@ PinDisplayingScreen::PinDisplayingScreen(std::string pin, std::string registrati
     : Screen("PinDisplaying", m_layoutName, "PinDisplayingWindow", width, height) {
     ZOLT_TRACE();
     setTranslatable(m_layout, "title", "COM_SID_ZOLT_CONTENT");
-    const std::string version =
-        std::string(translated(VERSION_ID)) + " : " + ZoltConfig::get("SourceVersion");
-    elm_object_part_text_set(m_layout, "SoftwareVersion", version.c_str());
-    // No widget can translate a composed text, so the callback composes it anew.
+    elm_object_part_text_set(m_layout, "SoftwareVersion", versionLine().c_str());
     evas_object_smart_callback_add(m_layout, "language,changed", EventHandler::languageChanged,
                                    VERSION_ID);
     const std::string spoken = spokenPin(pin);
@@ -86,6 +82,10 @@ PinDisplayingScreen::PinDisplayingScreen(std::string pin, std::string registrati
     fillPinBox(m_layout, pin);
     modes::announce(spoken);
     addCancelButton(m_layout);
+}
+
+std::string PinDisplayingScreen::versionLine() {
+    return std::string(translated(VERSION_ID)) + " : " + ZoltConfig::get("SourceVersion");
 }
 
 PinDisplayingScreen::~PinDisplayingScreen() {

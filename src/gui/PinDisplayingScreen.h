@@ -15,6 +15,11 @@ class PinDisplayingScreen : public Screen {
     // WIDTH and HEIGHT are the screen's size in pixels.
     PinDisplayingScreen(std::string pin, std::string registrationInfo, int width, int height);
     ~PinDisplayingScreen() override;
+
+    static constexpr char VERSION_ID[] = "SID_SOFTWARE_VERSION";
+    // The line of the version in the language of this moment. No widget can translate it, since it
+    // is composed: it is asked for again when the language changes.
+    static std::string versionLine();
 };
 
 }  // namespace ZOLT::GUI

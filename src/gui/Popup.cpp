@@ -4,8 +4,6 @@
 
 #include "common/Exception.h"
 #include "common/Logger.h"
-#include "gui/EventHandler.h"
-#include "gui/LoadingPopup.h"
 #include "gui/Widgets.h"
 
 namespace ZOLT::GUI {
@@ -157,22 +155,6 @@ void Popup::setTimeout(double seconds, Evas_Smart_Cb callback) {
     ZOLT_TRACE();
     elm_popup_timeout_set(m_popup, seconds);
     evas_object_smart_callback_add(m_popup, "timeout", callback, this);
-}
-
-void Popup::onKeyPress(void* data, Evas* /*canvas*/, Evas_Object* object, void* eventInfo) {
-    ZOLT_TRACE();
-    if (eventInfo == nullptr) {
-        ZOLT_WARN("Incorrect callback call - no event info");
-        return;
-    }
-    if (dynamic_cast<LoadingPopup*>(static_cast<Popup*>(data)) != nullptr) {
-        ZOLT_DEBUG("Return on Key Press for Loading Popup");
-        return;
-    }
-    const auto* event = static_cast<Evas_Event_Key_Up*>(eventInfo);
-    if (event->key != nullptr && std::string("XF86Back") == event->key) {
-        EventHandler::popupHideRequested(data, object, eventInfo);
-    }
 }
 
 void Popup::appendButton(Evas_Object* button) {

@@ -14,8 +14,6 @@ namespace ZOLT::GUI {
 
 namespace {
 
-constexpr char SHOP_CODE_ID[] = "TV_SID_SHOP_CODE";
-
 Evas_Object* createScroller(Evas_Object* window) {
     Evas_Object* scroller = elm_scroller_add(window);
     elm_scroller_bounce_set(scroller, EINA_TRUE, EINA_FALSE);
@@ -70,12 +68,11 @@ Evas_Object* createLevelRow(Evas_Object* box, const ShopList& record) {
 Evas_Object* createShopCodeRow(Evas_Object* box, const Shop& shop) {
     // Neither the colon changes its side with the direction nor is the code encoded: both
     // deliberate, the document carries the code as it is shown.
-    const std::string leftText = std::string(translated(SHOP_CODE_ID)) + " :";
+    const std::string leftText = RegistrationInfoScreen::shopCodeLabel();
     Evas_Object* row = createRow(box);
     setRowTexts(row, leftText, leftText, shop.code);
-    // No widget can translate a composed text, so the callback composes it anew.
     evas_object_smart_callback_add(row, "language,changed", EventHandler::languageChanged,
-                                   SHOP_CODE_ID);
+                                   RegistrationInfoScreen::SHOP_CODE_ID);
     return row;
 }
 
@@ -122,6 +119,10 @@ RegistrationInfoScreen::RegistrationInfoScreen(std::vector<ShopList>& records, i
     // Key-down, where buttons take key-up: the scroller moves its content before the key is up.
     evas_object_event_callback_add(scroller, EVAS_CALLBACK_KEY_DOWN, EventHandler::onKeyPress,
                                    nullptr);
+}
+
+std::string RegistrationInfoScreen::shopCodeLabel() {
+    return std::string(translated(SHOP_CODE_ID)) + " :";
 }
 
 RegistrationInfoScreen::~RegistrationInfoScreen() {

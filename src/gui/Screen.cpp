@@ -10,9 +10,8 @@
 #include "common/Logger.h"
 #include "common/ZoltConfig.h"
 #include "gui/EventHandler.h"
-#include "gui/LoadingPopup.h"
-#include "gui/MessagePopup.h"
 #include "gui/Modes.h"
+#include "gui/Popup.h"
 #include "gui/Widgets.h"
 #include "utilx.h"
 #include "vconf.h"
@@ -21,10 +20,7 @@ namespace ZOLT::GUI {
 
 namespace {
 
-constexpr char POPUP_STYLE[] = "c_popup_bottom";
-constexpr char POPUP_TEXT_STYLE[] = "popup/c_popup_bottom";
 constexpr char BUTTON_STYLE[] = "c_button_icontext";
-constexpr double NETWORK_FAILURE_TIMEOUT = 60.0;  // seconds
 
 // No navigation key and no key of the way back: those reach the program in the ordinary way.
 constexpr const char* GRABBED_KEYS[] = {"XF86Display",
@@ -99,29 +95,6 @@ const char* iconOfButton(const char* text, bool mirrored) {
         }
     }
     return "";
-}
-
-struct FailureText {
-    ZOLTEventsReasonType reason;
-    const char* text;
-};
-
-constexpr FailureText FAILURE_TEXTS[] = {
-    {REASON_NETWORK_UNSTABLE, "SID_INTERNET_CONNECTION_NOT_STABLE_MSG"},
-    {REASON_NO_NETWORK, "COM_CANNOT_CONNECT_TO_THE_NETWORK"},
-    {REASON_NO_SERVER, "COM_CANNOT_CONNECT_TO_SERVER"},
-    {REASON_PIN_TIME_EXPIRED, "COM_MAPP_SID_PIN_ENTRY_TIME_LIMIT_EXPIRED"},
-    {REASON_NOT_FOUND_IN_LAN,
-     "TV_SID_UNABLE_TO_FIND_REGISTRATION_INFORMATION_IN_THE_LOCAL_NETWORK"}};
-
-// Null when REASON is no failure.
-const char* textOfFailure(ZOLTEventsReasonType reason) {
-    for (const FailureText& failure : FAILURE_TEXTS) {
-        if (failure.reason == reason) {
-            return failure.text;
-        }
-    }
-    return nullptr;
 }
 
 std::string layoutPath(const std::string& layoutFile) {
@@ -232,8 +205,8 @@ bool Screen::getIfMirrored() const {
     return m_mirrored;
 }
 
-bool Screen::holds(const Evas_Object* widget) const {
-    return m_window != nullptr && elm_object_top_widget_get(widget) == m_window;
+bool Screen::covers(const Evas_Object* widget) const {
+    return m_window != nullptr && elm_object_top_widget_get(widget) != m_window;
 }
 
 void Screen::destroyPopup() {
@@ -317,14 +290,12 @@ Evas_Object* Screen::createButton(Evas_Object* parent, const char* text, Evas_Sm
     elm_object_style_set(button, style);
     evas_object_size_hint_weight_set(button, 1.0, 1.0);
     evas_object_size_hint_align_set(button, -1.0, -1.0);
-    // The second hint is the one that holds until a part takes the button; both calls are wanted,
-    // in this order.
+    // The second hint holds until a part takes the button. Both calls are deliberate, in this
+    // order.
     evas_object_size_hint_min_set(button, 1, 1);
     evas_object_size_hint_min_set(button, 1080, 720);
     setTranslatable(button, nullptr, text);
     elm_access_info_cb_set(button, ELM_ACCESS_INFO, EventHandler::accessCallback, translated(text));
-    evas_object_smart_callback_priority_add(button, "clicked", EVAS_CALLBACK_PRIORITY_BEFORE,
-                                            EventHandler::dropIfCovered, nullptr);
     evas_object_smart_callback_add(button, "clicked", callback, data);
     evas_object_smart_callback_add(button, "focused", EventHandler::focusedItemCb, nullptr);
     evas_object_smart_callback_add(button, "unfocused", EventHandler::unfocusedItemCb, nullptr);
@@ -402,74 +373,6 @@ Evas_Object* Screen::fillWaiting(const char* text1, const char* text2) {
     setTranslatable(m_layout, "text1", text1);
     setTranslatable(m_layout, "text2", text2);
     return progress;
-}
-
-MessagePopup* Screen::createBasicMessagePopup(const char* text, double timeout,
-                                              Evas_Smart_Cb timeoutCallback,
-                                              Evas_Smart_Cb buttonCallback) {
-    ZOLT_TRACE();
-    auto* popup = new MessagePopup(m_layout, POPUP_STYLE, m_width, m_height);
-    if (timeout > 0) {
-        popup->setTimeout(timeout, timeoutCallback);
-    }
-    popup->setText(text, POPUP_TEXT_STYLE);
-    popup->addButton("SID_OK", buttonCallback, nullptr, iconName("i_ok_done_allow"));
-    return popup;
-}
-
-Popup* Screen::addMessagePopup(const char* text) {
-    ZOLT_TRACE();
-    m_popup = createBasicMessagePopup(text, -1.0, nullptr, EventHandler::quitRequested);
-    return m_popup;
-}
-
-Popup* Screen::addNetworkFailurePopup(ZOLTEventsType /*event*/, ZOLTEventsReasonType reason) {
-    ZOLT_TRACE();
-    const char* text = textOfFailure(reason);
-    if (text == nullptr) {
-        ZOLT_WARN("Cannot recognize the reason type");
-        text = "SID_INTERNET_CONNECTION_NOT_STABLE_MSG";
-    }
-    m_popup = createBasicMessagePopup(text, NETWORK_FAILURE_TIMEOUT, EventHandler::quitRequested,
-                                      EventHandler::quitRequested);
-    return m_popup;
-}
-
-Popup* Screen::addLoadingPopup(const char* text) {
-    ZOLT_TRACE();
-    m_popup = new LoadingPopup(m_layout, POPUP_STYLE, m_width, m_height);
-    m_popup->setText(text, "popup/LoadingPopup");
-    return m_popup;
-}
-
-MessagePopup* Screen::createQuestionPopup(const char* text, Evas_Smart_Cb confirmed) {
-    auto* popup = new MessagePopup(m_layout, POPUP_STYLE, m_width, m_height);
-    popup->setText(text, POPUP_TEXT_STYLE);
-    popup->addButton("SID_OK", confirmed, popup, iconName("i_ok_done_allow"));
-    popup->addButton("SID_CANCEL", EventHandler::popupHideRequested, nullptr,
-                     iconName("i_close_cancel"));
-    return popup;
-}
-
-Popup* Screen::addDeregistrationPopup() {
-    ZOLT_TRACE();
-    m_popup = createQuestionPopup("TV_SID_ARE_YOU_SURE_YOU_WANT_TO_DEREGISTER",
-                                  EventHandler::deregistrationRequested);
-    return m_popup;
-}
-
-Popup* Screen::RegistrationInfoDeletionPopup() {
-    ZOLT_TRACE();
-    m_popup = createQuestionPopup("TV_SID_SURE_CHANGE_REGISTRATION_INFO_DELETED",
-                                  EventHandler::RegistrationChange);
-    return m_popup;
-}
-
-Popup* Screen::addCompletionPopup() {
-    ZOLT_TRACE();
-    m_popup = createBasicMessagePopup("COM_SID_REGISTRATION_COMPLETED_CHECK_STATUS", -1.0, nullptr,
-                                      EventHandler::quitRequested);
-    return m_popup;
 }
 
 }  // namespace ZOLT::GUI

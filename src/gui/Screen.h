@@ -56,8 +56,8 @@ class Screen {
     // Whether the user interface ran right to left when this screen was made.
     bool getIfMirrored() const;
 
-    // Whether WIDGET stands in this screen's window, on the screen itself or on its popup.
-    bool holds(const Evas_Object* widget) const;
+    // Whether this screen's window, while it is open, lies over WIDGET, which stands in another.
+    bool covers(const Evas_Object* widget) const;
 
     // Takes the popup off the screen, if there is one.
     void destroyPopup();

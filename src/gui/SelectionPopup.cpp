@@ -15,6 +15,11 @@ namespace ZOLT::GUI {
 
 namespace {
 
+// Keeps EVENT from the toolkit's own handlers, next to what others have said of it.
+void hold(Evas_Event_Key_Down& event) {
+    event.event_flags = static_cast<Evas_Event_Flags>(event.event_flags | EVAS_EVENT_FLAG_ON_HOLD);
+}
+
 void fill(Evas_Object* object) {
     evas_object_size_hint_weight_set(object, 1.0, 1.0);
     evas_object_size_hint_align_set(object, -1.0, -1.0);
@@ -163,7 +168,7 @@ void SelectionPopup::onButtonKeyDown(void* /*data*/, Evas* /*evas*/, Evas_Object
                                      void* eventInfo) {
     auto* const event = static_cast<Evas_Event_Key_Down*>(eventInfo);
     if (event->key != nullptr && std::strcmp(event->key, "Down") == 0) {
-        event->event_flags = EVAS_EVENT_FLAG_ON_HOLD;
+        hold(*event);
     }
 }
 
@@ -195,10 +200,10 @@ void SelectionPopup::onListKeyDown(void* data, Evas* /*evas*/, Evas_Object* list
     }
     if (key == "Right") {
         popup->focusFirstButton();
-        event->event_flags = EVAS_EVENT_FLAG_ON_HOLD;
+        hold(*event);
     } else if (key == "Down" &&
                elm_object_focused_item_get(list) == elm_genlist_last_item_get(list)) {
-        event->event_flags = EVAS_EVENT_FLAG_ON_HOLD;
+        hold(*event);
     }
 }
 

@@ -2,6 +2,8 @@
 // One level of the shop hierarchy, with the drop-down in which its shop is picked.
 #include "gui/ShopListScreen.h"
 
+#include <memory>
+
 #include "common/Logger.h"
 #include "gui/EventHandler.h"
 #include "gui/Modes.h"
@@ -22,7 +24,7 @@ Evas_Object* appendHeading(Evas_Object* layout, const char* text) {
 }
 
 // Every value goes to the one part that there is, so the last, which was chosen first, stays on
-// the screen. That is wanted.
+// the screen. Deliberate.
 void showChosenValues(Evas_Object* layout, std::queue<std::string>& values) {
     while (!values.empty()) {
         const char* part = modes::mirrored() ? "shopname" : "shop1";
@@ -52,7 +54,7 @@ void addDropDown(Evas_Object* layout) {
 }
 
 // Takes the shops named NAME out of SHOPS. The one that follows such a shop is not looked at: of
-// two neighbours of one name the second stays, which is wanted.
+// two neighbours of one name the second deliberately stays.
 void removeNamed(std::set<Shop*, Shop::ShopComp>& shops, const std::string& name) {
     auto place = shops.begin();
     while (place != shops.end()) {
@@ -90,7 +92,8 @@ ShopListScreen::~ShopListScreen() {
 
 Popup* ShopListScreen::addSelectionPopup(std::set<Shop*, Shop::ShopComp>& shops) {
     ZOLT_TRACE();
-    auto* popup = new SelectionPopup(m_layout, "c_popup_right", m_screenWidth, m_screenHeight);
+    auto popup =
+        std::make_unique<SelectionPopup>(m_layout, "c_popup_right", m_screenWidth, m_screenHeight);
     popup->prepare();
     popup->setTitle(SELECT_ID);
     popup->addButton("SID_OK", EventHandler::selectionPopupShopChosen, nullptr,
@@ -99,8 +102,8 @@ Popup* ShopListScreen::addSelectionPopup(std::set<Shop*, Shop::ShopComp>& shops)
                      iconName("i_close_cancel"));
     removeNamed(shops, m_registeredShopName);
     popup->fillList(shops);
-    m_popup = popup;
-    return popup;
+    m_popup = popup.release();
+    return m_popup;
 }
 
 void ShopListScreen::removeButtons() {

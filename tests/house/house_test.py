@@ -92,11 +92,38 @@ class Architecture(unittest.TestCase):
                     "src/CMakeLists.txt", "platform/CMakeLists.txt"):
                 self.assertIsNotNone(self.folder_of(name), name)
 
-    def test_every_class_of_the_program_has_its_pair_of_files(self):
-        headers = {name for name in self.sources if name.startswith("src/") and name.endswith(".h")}
+    def test_every_source_of_the_program_bears_the_name_of_its_header(self):
+        """A further source of a class begins with the class's name and logs as its first one."""
+        headers = {name[:-2] for name in self.sources
+                   if name.startswith("src/") and name.endswith(".h")}
         for source in self.sources:
             if source.startswith("src/") and source.endswith(".cpp") and not source.endswith("/main.cpp"):
-                self.assertIn(source[:-4] + ".h", headers)
+                if source[:-4] not in headers:
+                    whole = [name for name in headers if source.startswith(name)]
+                    self.assertTrue(whole, source)
+                    name = os.path.basename(max(whole, key=len))
+                    self.assertIn(f'#define ZOLT_LOG_FILE "{name}.cpp"', read(source), source)
+
+    def test_the_includes_of_the_screens_and_the_flow_lead_one_way(self):
+        """Header and source are one room. EventHandler and Modes are two: their headers are what
+        screens ask of the flow, and their sources are part of the flow."""
+        asked = ("EventHandler", "Modes")
+
+        def room(file):
+            stem, ending = os.path.splitext(file)
+            return file if stem in asked else stem
+
+        arrows = {}
+        for name in self.sources:
+            if name.startswith("src/gui/"):
+                here = arrows.setdefault(room(os.path.basename(name)), set())
+                here.update(room(file) for file in re.findall(r'#include "gui/([^"]+)"', read(name)))
+        for name, there in arrows.items():
+            there.discard(name)
+        while arrows:
+            ends = [name for name, there in arrows.items() if not there]
+            self.assertTrue(ends, f"includes that lead in a circle, or into one: {sorted(arrows)}")
+            arrows = {name: there - set(ends) for name, there in arrows.items() if name not in ends}
 
     def allowed(self):
         return {names_in(row[0])[0]: names_in(row[1]) for row in table(self.page, "Who may use whom")}
