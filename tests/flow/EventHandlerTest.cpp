@@ -46,6 +46,12 @@ class EventHandlerTest : public FlowFixture {
     static bool loggedInMain(const std::string& message) {
         return platform().hasLine(LOG_ID_MAIN, DLOG_DEBUG, message);
     }
+    static void clickOn(Evas_Object* button) {
+        evas_object_smart_callback_call(button, "clicked", nullptr);
+        settle();
+    }
+    // Whether the flow has logged that it ignored a press.
+    static bool ignoredAPress() { return logged("Press on a covered screen is ignored"); }
     // What is heard from here on.
     void listen() { m_heardBefore = platform().playedPatterns().size(); }
     std::vector<int> heard() {
@@ -136,34 +142,113 @@ TEST_F(EventHandlerTest, AButtonMayDeleteTheScreenThatItStandsOn) {
     EXPECT_THAT(steps, ElementsAre("destroyPopup", "~RegistrationInfoScreen", "show"));
 }
 
-TEST_F(EventHandlerTest, APressOnACoveredScreenIsDropped) {
+TEST_F(EventHandlerTest, APressOnACoveredScreenIsIgnored) {
     start();
     Evas_Object* const button = partOf(layoutOf(screen()), "newRegBtn");
-    const auto pressIt = [button] {
-        evas_object_smart_callback_call(button, "clicked", nullptr);
-        settle();
-    };
-    pressIt();
+    clickOn(button);
     ASSERT_EQ(2U, history().size());
+    EXPECT_FALSE(ignoredAPress());
     listen();
-    pressIt();
+    clickOn(button);
     EXPECT_EQ(2U, history().size());
     EXPECT_THAT(heard(), IsEmpty());
     EXPECT_EQ(1U, callsSince().size());
+    EXPECT_TRUE(ignoredAPress());
     click(EventHandler::goBackRequested);
-    pressIt();
+    clickOn(button);
     EXPECT_EQ(2U, history().size());
 }
 
-TEST_F(EventHandlerTest, APressOnAPopupOfACoveredScreenIsDroppedToo) {
+// This button alone makes no click, so it has a way of its own into the flow.
+TEST_F(EventHandlerTest, APressOnTheInformationButtonOfACoveredMenuIsIgnored) {
+    daemon().answer("getRegisteredShopInfo", document(REGISTERED));
+    start(true);
+    Evas_Object* const button = partOf(layoutOf(screen()), "regInfoBtn");
+    clickOn(button);
+    clickOn(button);
+    EXPECT_EQ(2U, history().size());
+    EXPECT_TRUE(ignoredAPress());
+}
+
+TEST_F(EventHandlerTest, APressOnAPopupOfACoveredScreenIsIgnored) {
     start(true);
     click(EventHandler::deregistrationPopupRequested);
     Evas_Object* const yes = partOf(widgetOf(*popup()), "button1");
     m_flow->callbackManager(0, 12);
     callsSince();
-    evas_object_smart_callback_call(yes, "clicked", nullptr);
-    settle();
+    clickOn(yes);
     EXPECT_THAT(callsSince(), IsEmpty());
+    EXPECT_TRUE(ignoredAPress());
+}
+
+TEST_F(EventHandlerTest, APressOnTheDropDownOfACoveredLevelIsIgnored) {
+    start();
+    serve(TWO_TOPS);
+    Evas_Object* const covered = button("selectBtn");
+    choose("North");
+    click(EventHandler::nextSelectionScreenRequested);
+    listen();
+    clickOn(covered);
+    EXPECT_EQ(nullptr, popup());
+    EXPECT_THAT(heard(), IsEmpty());
+    EXPECT_TRUE(ignoredAPress());
+}
+
+TEST_F(EventHandlerTest, ARowOfACoveredLevelThatIsSelectedIsIgnored) {
+    start();
+    serve(TWO_TOPS);
+    pick("North");
+    Elm_Object_Item* const row = elm_genlist_last_item_get(popup<SelectionPopup>()->m_list);
+    click(EventHandler::selectionPopupShopChosen);
+    m_flow->showShopListScreen(0);
+    click(EventHandler::selectionPopupRequested);
+    listen();
+    elm_genlist_item_selected_set(row, EINA_TRUE);
+    settle();
+    EXPECT_FALSE(popup<SelectionPopup>()->m_shopSelected);
+    EXPECT_THAT(heard(), IsEmpty());
+    EXPECT_TRUE(ignoredAPress());
+}
+
+// The window manager may close the window of the current screen. The one below is then on top.
+TEST_F(EventHandlerTest, TheScreenBelowAClosedWindowCanBePressed) {
+    start();
+    Evas_Object* const request = partOf(layoutOf(screen()), "newRegBtn");
+    Evas_Object* const cancel = partOf(layoutOf(screen()), "cancelBtn");
+    clickOn(request);
+    evas_object_del(windowOf(screen()));
+    settle();
+    listen();
+    clickOn(request);
+    EXPECT_EQ(3U, history().size());
+    EXPECT_THAT(heard(), ElementsAre(SELECT));
+    evas_object_del(windowOf(screen()));
+    EXPECT_TRUE(
+        endsMainLoop([cancel] { evas_object_smart_callback_call(cancel, "clicked", nullptr); }));
+    EXPECT_FALSE(ignoredAPress());
+}
+
+TEST_F(EventHandlerTest, TheTimeoutOfAPopupCountsOnACoveredScreen) {
+    start().showNetworkFailurePopup(ZOLT::EVENT_CLOSE_GUI, ZOLT::REASON_NO_NETWORK);
+    Evas_Object* const failure = widgetOf(*popup());
+    m_flow->showMainMenuUnregisteredScreen();
+    EXPECT_TRUE(
+        endsMainLoop([failure] { evas_object_smart_callback_call(failure, "timeout", nullptr); }));
+}
+
+TEST_F(EventHandlerTest, TheKeyOfTheWayBackCountsOnACoveredScreen) {
+    start();
+    Evas_Object* const button = partOf(layoutOf(screen()), "newRegBtn");
+    Evas_Object* const window = windowOf(screen());
+    m_flow->showMainMenuUnregisteredScreen();
+    EXPECT_TRUE(endsMainLoop([window] {
+        auto event = up("XF86Back");
+        Screen::onKeyPress(nullptr, nullptr, window, &event);
+    }));
+    EXPECT_TRUE(endsMainLoop([button] {
+        auto event = up("XF86Back");
+        EventHandler::onKeyPress(nullptr, nullptr, button, &event);
+    }));
 }
 
 TEST_F(EventHandlerTest, HidingDestroysAMessagePopup) {

@@ -21,6 +21,7 @@ namespace {
 
 using namespace ZOLT;
 using namespace ZOLT::GUI;
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -245,6 +246,20 @@ TEST_F(ScreenTest, WithoutHighContrastTheLayoutHearsNothing) {
     const PlainScreen screen;
     EXPECT_THAT(contrastSignals(layoutOf(screen)), IsEmpty());
     EXPECT_FALSE(logged("High Contrast Mode ON"));
+}
+
+TEST_F(ScreenTest, APopupHasTheContrastOfItsOwnScreenAndNotThatOfTheNewest) {
+    platform().setVconf(highContrast, 0);
+    PlainScreen plain;
+    platform().setVconf(highContrast, 1);
+    PlainScreen contrasting;
+    platform().setVconf(highContrast, 0);
+    const PlainScreen newest;
+    const support::ToolkitWatch watch;
+    plain.addMessagePopup("text");
+    EXPECT_THAT(watch.callsOf(R"(elm_layout_signal_emit("WIN_CONTRAST_1", ""))"), IsEmpty());
+    const Evas_Object* const popup = widgetOf(*contrasting.addMessagePopup("text"));
+    EXPECT_THAT(watch.callsOf(R"(elm_layout_signal_emit("WIN_CONTRAST_2", ""))"), Contains(popup));
 }
 
 TEST_F(ScreenTest, OnlyAnOrientationOfOneRunsRightToLeft) {
@@ -802,6 +817,17 @@ TEST_F(ScreenTest, AnOlderPopupIsForgottenAndNotDestroyed) {
     Popup* second = screen.addMessagePopup("SID_ANY");
     EXPECT_EQ(second, screen.getPopup());
     EXPECT_NE(nullptr, widgetOf(*first));
+}
+
+TEST_F(ScreenTest, APopupWhoseButtonCannotBeMadeIsDeleted) {
+    PlainScreen screen;
+    support::ToolkitWatch toolkit;
+    toolkit.refuse("elm_button_add");
+    EXPECT_THROW(screen.addCompletionPopup(), Exception);
+    EXPECT_EQ(1, entered("~MessagePopup"));
+    EXPECT_THROW(screen.addDeregistrationPopup(), Exception);
+    EXPECT_EQ(2, entered("~MessagePopup"));
+    EXPECT_EQ(nullptr, screen.getPopup());
 }
 
 // --- the theme

@@ -10,6 +10,7 @@
 #include "gui/SelectionPopup.h"
 #include "gui/ShopListScreen.h"
 #include "gui/ShownScreen.h"
+#include "gui/ToolkitWatch.h"
 
 namespace {
 
@@ -138,6 +139,44 @@ void countTexts(Evas_Object* object, const std::string& text, int& found, int& v
         countTexts(static_cast<Evas_Object*>(child), text, found, visible);
     }
     eina_iterator_free(children);
+}
+
+TEST_F(SelectionPopupTest, IsDeletedWhenAButtonOfItCannotBeMade) {
+    support::ToolkitWatch toolkit;
+    toolkit.refuse("elm_button_add");
+    EXPECT_THROW(m_screen->addSelectionPopup(m_set), ZOLT::Exception);
+    EXPECT_EQ(1, entered("~SelectionPopup"));
+    EXPECT_EQ(nullptr, m_screen->getPopup());
+}
+
+// What others have said of an event must stay: whoever handles it later asks for it.
+TEST_F(SelectionPopupTest, AKeyThatItHoldsBackKeepsItsOtherFlags) {
+    const SelectionPopup& popup = openAndShow();
+    const Evas_Object_Event_Cb add = [](void*, Evas*, Evas_Object*, void* eventInfo) {
+        auto* const event = static_cast<Evas_Event_Key_Down*>(eventInfo);
+        event->event_flags =
+            static_cast<Evas_Event_Flags>(event->event_flags | EVAS_EVENT_FLAG_ON_SCROLL);
+    };
+    int flags = 0;
+    const Evas_Object_Event_Cb read = [](void* data, Evas*, Evas_Object*, void* eventInfo) {
+        *static_cast<int*>(data) = static_cast<Evas_Event_Key_Down*>(eventInfo)->event_flags;
+    };
+    const auto heldBack = [&](Evas_Object* widget, const char* key) {
+        evas_object_event_callback_priority_add(widget, EVAS_CALLBACK_KEY_DOWN,
+                                                EVAS_CALLBACK_PRIORITY_BEFORE, add, nullptr);
+        evas_object_event_callback_priority_add(widget, EVAS_CALLBACK_KEY_DOWN,
+                                                EVAS_CALLBACK_PRIORITY_AFTER, read, &flags);
+        flags = 0;
+        press(widget, key);
+        evas_object_event_callback_del_full(widget, EVAS_CALLBACK_KEY_DOWN, add, nullptr);
+        evas_object_event_callback_del_full(widget, EVAS_CALLBACK_KEY_DOWN, read, &flags);
+        return flags;
+    };
+    constexpr int BOTH = EVAS_EVENT_FLAG_ON_HOLD | EVAS_EVENT_FLAG_ON_SCROLL;
+    EXPECT_EQ(BOTH, heldBack(popup.m_list, "Right"));
+    Evas_Object* const cancel = partOf(widgetOf(popup), "button2");
+    ASSERT_EQ(cancel, focusedIn(cancel));
+    EXPECT_EQ(BOTH, heldBack(cancel, "Down"));
 }
 
 TEST_F(SelectionPopupTest, ASpacerThatIsNeverSeenSharesTheTableWithTheList) {

@@ -40,6 +40,11 @@ Evas_Object* elm_popup_add(Evas_Object* parent) {
     return taken("elm_popup_add", parent) ? next(parent) : nullptr;
 }
 
+Evas_Object* elm_button_add(Evas_Object* parent) {
+    static auto* const next = behind(elm_button_add, "elm_button_add");
+    return taken("elm_button_add", parent) ? next(parent) : nullptr;
+}
+
 Evas_Object* elm_scroller_add(Evas_Object* parent) {
     static auto* const next = behind(elm_scroller_add, "elm_scroller_add");
     return taken("elm_scroller_add", parent) ? next(parent) : nullptr;

@@ -11,8 +11,9 @@
 namespace support {
 
 // Watches some of the toolkit's functions from construction to destruction: those that make a
-// window, a layout, a popup and a scroller, the one that starts a progress bar and the one that
-// signals to a layout, which is told as elm_layout_signal_emit("SIGNAL", "SOURCE"). One at a time.
+// window, a layout, a popup, a button and a scroller, the one that starts a progress bar and the
+// one that signals to a layout, which is told as elm_layout_signal_emit("SIGNAL", "SOURCE"). One at
+// a time.
 class ToolkitWatch {
   public:
     ToolkitWatch();
