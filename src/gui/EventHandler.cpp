@@ -24,6 +24,8 @@ namespace {
 
 constexpr const char* SEARCHING_TEXT = "TV_SID_SEARCHING_FOR_REGISTRATION_INFORMATION_WAIT";
 
+int focusSilences = 0;  // how many live
+
 // A second launch leaves a controller that nobody can find. A button that is pressed then ends the
 // program in an orderly way: the exception leaves the main loop and main puts everything back.
 Controller& controller() {
@@ -88,6 +90,14 @@ bool isFrame(const Evas_Object* object) {
 }
 
 }  // namespace
+
+FocusSilence::FocusSilence() {
+    ++focusSilences;
+}
+
+FocusSilence::~FocusSilence() {
+    --focusSilences;
+}
 
 void EventHandler::buttonClickedCb() {
     ZOLT_TRACE();
@@ -352,7 +362,7 @@ void EventHandler::registrationConfirmationScreenRequested(void* /*data*/, Evas_
 // The first focus of a new screen follows no loss of focus, and so makes no sound.
 void EventHandler::focusedItemCb(void* /*data*/, Evas_Object* /*object*/, void* /*eventInfo*/) {
     ZOLT_TRACE();
-    if (m_focusState == FOCUS_STATE_UNFOCUSED) {
+    if (m_focusState == FOCUS_STATE_UNFOCUSED && focusSilences == 0) {
         play(AUI_SOUND_MOVE);
     }
     m_focusState = FOCUS_STATE_FOCUSED;
@@ -360,7 +370,7 @@ void EventHandler::focusedItemCb(void* /*data*/, Evas_Object* /*object*/, void* 
 
 void EventHandler::unfocusedItemCb(void* /*data*/, Evas_Object* /*object*/, void* /*eventInfo*/) {
     ZOLT_TRACE();
-    m_keyUnfocused = true;
+    m_keyUnfocused = m_keyUnfocused || focusSilences == 0;
     m_focusState = FOCUS_STATE_UNFOCUSED;
 }
 

@@ -16,6 +16,17 @@ enum FocusState {
     FOCUS_STATE_FOCUSED = 2     // an item took the focus
 };
 
+// A sound answers a person. While one of these lives, the moves of the focus have another cause,
+// the end of a screen or popup, whose widgets hand the focus on as they go: they make no sound, and
+// no key counts as having moved the focus.
+class FocusSilence {
+  public:
+    FocusSilence();
+    ~FocusSilence();
+    FocusSilence(const FocusSilence&) = delete;
+    FocusSilence& operator=(const FocusSilence&) = delete;
+};
+
 // The callbacks of all buttons, popups, keys and of speech. They find the flow through
 // Controller::m_self. Those that need a controller or a screen and find none throw
 // ZOLT::Exception, which leaves the main loop. No callback catches what the daemon's calls throw.

@@ -4,6 +4,7 @@
 
 #include "common/Exception.h"
 #include "common/Logger.h"
+#include "gui/EventHandler.h"
 #include "gui/Widgets.h"
 
 namespace ZOLT::GUI {
@@ -47,6 +48,7 @@ Popup::Popup(Evas_Object* parent, const char* style, int width, int height)
 
 Popup::~Popup() {
     ZOLT_TRACE();
+    const FocusSilence silence;
     Popup::hide();
     Popup::destroy();
 }
@@ -101,6 +103,7 @@ Evas_Object* Popup::focusedOutside() const {
 
 void Popup::destroy() {
     ZOLT_TRACE();
+    const FocusSilence silence;
     if (m_popup != nullptr) {
         // A deletion that the toolkit puts off must find no way back to this object.
         evas_object_event_callback_del_full(m_popup, EVAS_CALLBACK_KEY_UP, onKeyPress, this);

@@ -122,6 +122,13 @@ Evas_Object* createWindow(const char* title, int width, int height) {
     return window;
 }
 
+// A window that the window manager closes takes its widgets along as a dying screen does: silently,
+// to the end of this turn of the main loop.
+void onWindowGone(void* /*data*/, Evas* /*canvas*/, Evas_Object* /*window*/, void* /*eventInfo*/) {
+    ecore_job_add([](void* silence) { delete static_cast<FocusSilence*>(silence); },
+                  new FocusSilence);
+}
+
 // The group that stands for GROUP in the enlarged mode. The other screens with an enlarged group
 // name it themselves.
 const char* enlargedGroup(const char* group) {
@@ -174,17 +181,20 @@ Screen::Screen(const char* windowTitle, std::string layoutFile, const char* layo
     evas_object_show(m_layout);
     m_mirrored = applyDirection();
     evas_object_event_callback_add(m_window, EVAS_CALLBACK_KEY_DOWN, onKeyPress, this);
+    evas_object_event_callback_add(m_window, EVAS_CALLBACK_DEL, onWindowGone, nullptr);
     elm_layout_signal_callback_add(m_layout, "size,changed", "", onSizeChanged, m_layout);
     enableKeysGrabbing();
 }
 
 Screen::~Screen() {
     ZOLT_TRACE();
+    const FocusSilence silence;
     delete m_popup;
     m_popup = nullptr;
     if (m_window != nullptr) {
         // A deletion that the toolkit puts off must find no way back to this object.
         evas_object_event_callback_del_full(m_window, EVAS_CALLBACK_KEY_DOWN, onKeyPress, this);
+        evas_object_event_callback_del(m_window, EVAS_CALLBACK_DEL, onWindowGone);
     }
     m_layout.destroy();
     m_window.destroy();

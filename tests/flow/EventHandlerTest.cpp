@@ -251,6 +251,83 @@ TEST_F(EventHandlerTest, TheKeyOfTheWayBackCountsOnACoveredScreen) {
     }));
 }
 
+// --- what nobody pressed makes no sound
+
+TEST_F(EventHandlerTest, APopupThatGoesMakesNoSoundByItself) {
+    for (const bool registered : {false, true}) {
+        start(registered).showNetworkFailurePopup(ZOLT::EVENT_CLOSE_GUI, ZOLT::REASON_NO_NETWORK);
+        activate(screen());
+        ASSERT_TRUE(waitForFocus(partOf(widgetOf(*popup()), "button1")));
+        listen();
+        screen().destroyPopup();
+        settle();
+        EXPECT_THAT(heard(), IsEmpty());
+    }
+}
+
+TEST_F(EventHandlerTest, AListThatArrivesMakesNoSound) {
+    start();
+    activate(screen());
+    draw(layoutOf(screen()));
+    press(layoutOf(screen()), "Down");
+    clickOn(button("existRegBtn"));
+    ASSERT_NE(nullptr, popup());
+    draw(layoutOf(screen()));
+    listen();
+    serve(TWO_TOPS);
+    EXPECT_THAT(heard(), IsEmpty());
+}
+
+TEST_F(EventHandlerTest, AFlowThatEndsMakesNoSound) {
+    start(true);
+    activate(screen());
+    draw(layoutOf(screen()));
+    press(layoutOf(screen()), "Down");
+    m_flow->showDeregistrationSucceededPopup();
+    ASSERT_TRUE(waitForFocus(partOf(widgetOf(*popup()), "button1")));
+    listen();
+    m_flow.reset();
+    settle();
+    EXPECT_THAT(heard(), IsEmpty());
+}
+
+TEST_F(EventHandlerTest, AScreenThatIsLeftMakesOnlyTheClickOfItsButton) {
+    start();
+    activate(screen());
+    draw(layoutOf(screen()));
+    m_flow->showMainMenuUnregisteredScreen();
+    activate(screen());
+    draw(layoutOf(screen()));
+    press(layoutOf(screen()), "Down");
+    listen();
+    click(EventHandler::goBackRequested);
+    EXPECT_THAT(heard(), ElementsAre(SELECT));
+}
+
+TEST_F(EventHandlerTest, AWindowThatIsClosedFromOutsideMakesNoSound) {
+    start(true);
+    activate(screen());
+    draw(layoutOf(screen()));
+    press(layoutOf(screen()), "Down");
+    listen();
+    evas_object_del(windowOf(screen()));
+    settle();
+    EXPECT_THAT(heard(), IsEmpty());
+}
+
+// The focus that a dying popup moved was moved by no key.
+TEST_F(EventHandlerTest, AnArrowThatMovesNothingIsHeardAfterAPopupHasGone) {
+    start().showCompletionPopup();
+    activate(screen());
+    ASSERT_TRUE(waitForFocus(partOf(widgetOf(*popup()), "button1")));
+    key("Return");
+    screen().destroyPopup();
+    settle();
+    listen();
+    key("Left");
+    EXPECT_THAT(heard(), ElementsAre(BLOCKED));
+}
+
 TEST_F(EventHandlerTest, HidingDestroysAMessagePopup) {
     start().showCompletionPopup();
     click(EventHandler::popupHideRequested);
