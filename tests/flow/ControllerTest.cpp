@@ -284,6 +284,25 @@ TEST_F(ControllerTest, AStepThatIsDoneShowsItsScreenOrItsPopup) {
     EXPECT_TRUE(shows<ZOLT::GUI::MainMenuUnregisteredScreen>());
 }
 
+TEST_F(ControllerTest, ARelaunchDestroysAllScreensOfTheFlowBeforeOldestFirst) {
+    start(true);
+    m_flow->showMainMenuUnregisteredScreen();
+    m_flow->showRegistrationChangeScreen();
+    platform().clearLog();
+    makeFlow();
+    std::vector<std::string> destroyed;
+    for (const support::LogLine& line : platform().log()) {
+        if (line.function[0] == '~' && line.function != "~Screen" &&
+            line.file != "Controller.cpp" && line.file.find("Screen.cpp") != std::string::npos) {
+            destroyed.push_back(line.function);
+        }
+    }
+    EXPECT_THAT(destroyed, ElementsAre("~MainMenuRegisteredScreen", "~MainMenuUnregisteredScreen",
+                                       "~RegistrationChangeScreen"));
+    EXPECT_EQ(3, entered("~Screen"));
+    EXPECT_TRUE(history().empty());
+}
+
 TEST_F(ControllerTest, AFailureOfTheDaemonShowsItsOwnPopup) {
     const std::pair<int, const char*> cases[] = {
         {5, UNSTABLE},

@@ -251,6 +251,17 @@ TEST_F(EventHandlerTest, TheKeyOfTheWayBackCountsOnACoveredScreen) {
     }));
 }
 
+TEST_F(EventHandlerTest, TheBackKeyOnAQuestionMakesTwoSoundsAndTakesTheQuestionAway) {
+    start(true).showDeregistrationPopup();
+    activate(screen());
+    Evas_Object* const yes = partOf(widgetOf(*popup()), "button1");
+    ASSERT_TRUE(waitForFocus(yes));
+    listen();
+    press(yes, "XF86Back");
+    EXPECT_EQ(nullptr, popup());
+    EXPECT_THAT(heard(), ElementsAre(BACK, SELECT));
+}
+
 // --- what nobody pressed makes no sound
 
 TEST_F(EventHandlerTest, APopupThatGoesMakesNoSoundByItself) {

@@ -165,6 +165,28 @@ TEST_F(ShopListTest, AListThatCannotBeHadStillStartsAtTheTop) {
     EXPECT_EQ(0U, initialLevel());
 }
 
+TEST_F(ShopListTest, WithNothingLeftToChooseTheInitialLevelTellsThatItIsHandled) {
+    start();
+    daemon().answer("getShopInfoList", document(ONE_SHOP));
+    m_flow->prepareShopList();
+    bool handled = false;
+    EXPECT_EQ(0U, m_flow->getInitialShopListLevel(&handled));
+    EXPECT_TRUE(handled);
+    EXPECT_TRUE(shows<ZOLT::GUI::RegistrationInfoScreen>());
+}
+
+// The last shop of a descent takes no level of its own, so that more shops are chosen than levels
+// have been gone down.
+TEST_F(ShopListTest, BackAtTheTopNothingOfADescentWithinTheListIsChosen) {
+    start();
+    serve({{"Country", {{"North", "01"}}}, {"Store", {{"N1", "0101"}}}});
+    ASSERT_THAT(chosen(), ElementsAre("N1", "North"));
+    ASSERT_EQ(1U, level());
+    click(EventHandler::prevSelectionScreenRequested);
+    EXPECT_EQ(0U, level());
+    EXPECT_THAT(chosen(), IsEmpty());
+}
+
 // --- a level's screen
 
 TEST_F(ShopListTest, TheFirstScreenHasOneButtonThatTakesNoFocusYet) {

@@ -56,6 +56,14 @@ class PopupTest : public support::GuiFixture {
     std::unique_ptr<Screen> m_screen;
 };
 
+TEST_F(PopupTest, AKeyWithoutInformationIsRefusedBeforeAnybodyLooksAtThePopup) {
+    announceWarning("Incorrect callback call - no event info", 2);
+    LoadingPopup loading(layoutOf(*m_screen), "c_popup_bottom", 1920, 1080);
+    Popup::onKeyPress(static_cast<Popup*>(&loading), nullptr, nullptr, nullptr);
+    EXPECT_FALSE(logged("Return on Key Press for Loading Popup"));
+    Popup::onKeyPress(nullptr, nullptr, nullptr, nullptr);
+}
+
 TEST_F(PopupTest, IsMadeHiddenWithoutButtons) {
     const auto popup = popupOf(1920, 1080);
     EXPECT_FALSE(popup->getVisible());

@@ -26,12 +26,27 @@ class ToolkitWatch {
     // The widgets that FUNCTION was called with, in order; a window is made with none.
     std::vector<Evas_Object*> callsOf(const std::string& function) const;
 
+    // What the program itself, and not the toolkit, asked for, in order: "FUNCTION(ARGUMENTS)",
+    // with the widget or item that it was asked of. Only of the functions that ToolkitWatch.cpp
+    // lists.
+    struct Request {
+        const void* object;
+        std::string call;
+    };
+    const std::vector<Request>& requests() const { return m_requests; }
+    // The requests for OBJECT.
+    std::vector<std::string> requestsFor(const void* object) const;
+    void note(const void* object, const std::string& call) { m_requests.push_back({object, call}); }
+    // OBJECT as an argument is written.
+    static std::string pointer(const void* object);
+
     // Takes a call in, and tells whether the toolkit is to have it.
     bool take(const std::string& function, Evas_Object* widget);
 
   private:
     std::string m_refused;
     std::map<std::string, std::vector<Evas_Object*>> m_calls;
+    std::vector<Request> m_requests;
 };
 
 }  // namespace support
