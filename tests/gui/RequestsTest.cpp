@@ -28,7 +28,6 @@ using support::ToolkitWatch;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsSupersetOf;
-using ::testing::Not;
 
 class RequestsTest : public support::GuiFixture {
   protected:
