@@ -134,12 +134,13 @@ const std::vector<std::string>& Catalogue::madeUp() {
     return languages;
 }
 
-void Catalogue::makeUp(const std::string& folder, const std::string& catalogues, Easel& easel) {
+void Catalogue::makeUp(const std::string& folder, const std::string& catalogues,
+                       GlyphMeter& glyphs) {
     Messages longest;
     std::map<std::string, int> widths;
     for (const std::string& language : languagesIn(catalogues)) {
         for (const auto& [id, text] : read(catalogues, language)) {
-            const int width = easel.widthOf(BODY_FONT, replaced(text, LINE_BREAK, " "));
+            const int width = glyphs.widthOf(BODY_FONT, replaced(text, LINE_BREAK, " "));
             if (width > widths[id]) {
                 widths[id] = width;
                 longest[id] = text;

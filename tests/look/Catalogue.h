@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "look/Easel.h"
+#include "look/GlyphMeter.h"
 
 namespace look {
 
@@ -28,8 +28,9 @@ class Catalogue {
     static const char* lacking() { return "missing"; }
     // Writes into FOLDER the languages that no one speaks: "longest" has the widest translation of
     // all in CATALOGUES, "grown" is English as long as it may become elsewhere, and of "missing"
-    // two texts are gone. The fonts to measure with are those of EASEL.
-    static void makeUp(const std::string& folder, const std::string& catalogues, Easel& easel);
+    // two texts are gone. The fonts to measure with are those of GLYPHS.
+    static void makeUp(const std::string& folder, const std::string& catalogues,
+                       GlyphMeter& glyphs);
     // TEXT as long as a translation may become, in letters that can still be read.
     static std::string grown(const std::string& text);
 };

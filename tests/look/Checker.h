@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "look/Easel.h"
 #include "look/Frame.h"
+#include "look/GlyphMeter.h"
 #include "look/Inventory.h"
 #include "look/Report.h"
-#include "look/Stage.h"
+#include "look/ScreenHarness.h"
 
 namespace look {
 
@@ -23,7 +23,7 @@ Sizes sizesOf(const Inventory& inventory);
 class Checker {
   public:
     // ORDINARY is what an enlarged screen is measured by, and null for one that is not enlarged.
-    Checker(Stage& stage, Easel& easel, Report& report, const Sizes* ordinary);
+    Checker(ScreenHarness& harness, GlyphMeter& glyphs, Report& report, const Sizes* ordinary);
 
     // Looks at the screen as it stands now. PICTURE is what it shows.
     void look(Inventory& inventory, const Frame& picture);
@@ -53,11 +53,11 @@ class Checker {
     void checkEdge(const std::string& what, const Frame& picture, const Box& box,
                    const Box& around);
     Box safeArea() const;
-    bool ask(const std::string& name, bool good, const std::string& detail);
-    double pixels(double at1080) const { return m_stage.mode().pixels(at1080); }
+    bool check(const std::string& name, bool good, const std::string& detail);
+    double pixels(double at1080) const { return m_harness.mode().pixels(at1080); }
 
-    Stage& m_stage;
-    Easel& m_easel;
+    ScreenHarness& m_harness;
+    GlyphMeter& m_glyphs;
     Report& m_report;
     std::set<const Evas_Object*> m_outOfReach;  // what looked so in an earlier state
     const Sizes* m_ordinary;

@@ -35,8 +35,8 @@ double Mode::scale() const {
 }
 
 bool Mode::mirrored() const {
-    return direction == Direction::RightToLeft ||
-           (direction == Direction::OfLanguage && writtenFromRight(language));
+    return direction == Direction::RIGHT_TO_LEFT ||
+           (direction == Direction::OF_LANGUAGE && writtenFromRight(language));
 }
 
 std::string Mode::name() const {
@@ -53,6 +53,10 @@ void Mode::apply(const std::string& catalogues) const {
     ZOLT::GUI::Controller::Enlarge = enlarged ? 1 : 0;
     elm_config_scale_set(scale());
     elm_config_mirrored_set(mirrored() ? EINA_TRUE : EINA_FALSE);
+    useLanguage(catalogues);
+}
+
+void Mode::useLanguage(const std::string& catalogues) const {
     setenv("LANGUAGE", language.c_str(), 1);
     // Any locale but the plain C one lets the variable choose the catalogue, and only a change of
     // the locale makes the library look at the variable again.

@@ -6,14 +6,14 @@
 
 namespace look {
 
-enum class Direction { OfLanguage, LeftToRight, RightToLeft };
+enum class Direction { OF_LANGUAGE, LEFT_TO_RIGHT, RIGHT_TO_LEFT };
 
 // One combination of settings.
 struct Mode {
     int width = 1920;
     int height = 1080;
     std::string language = "en";
-    Direction direction = Direction::OfLanguage;
+    Direction direction = Direction::OF_LANGUAGE;
     bool contrast = false;
     bool enlarged = false;
 
@@ -27,6 +27,8 @@ struct Mode {
     // Makes the toolkit, the set and the catalogues follow this mode. CATALOGUES holds the folder
     // of each language; screens made from now on have it.
     void apply(const std::string& catalogues) const;
+    // Makes the catalogues alone follow it.
+    void useLanguage(const std::string& catalogues) const;
 };
 
 }  // namespace look

@@ -19,6 +19,11 @@ namespace {
 // right.
 const std::vector<std::string> SAMPLE = {"en", "ar", "de", "ko", "ru", "th", "hi", "vi"};
 
+// Languages between which a screen changes while it is shown: Latin letters, two that are written
+// from the right, Korean and Japanese, an Indic script. Arabic and Persian stand side by side: the
+// change from the one to the other leaves the direction as it is.
+const std::vector<std::string> LIVE = {"en", "ar", "fa", "ko", "de", "hi", "ja", "vi"};
+
 std::vector<std::string> split(const std::string& list, char at = ',') {
     std::vector<std::string> items;
     std::istringstream stream(list);
@@ -43,6 +48,15 @@ std::size_t wholeNumber(const std::string& text) {
     return std::stoul(text);
 }
 
+// Of PARTS equal shares of ALL, the PARTth.
+std::vector<Item> shareOf(const std::vector<Item>& all, std::size_t part, std::size_t parts) {
+    std::vector<Item> share;
+    for (std::size_t place = part - 1; place < all.size(); place += parts) {
+        share.push_back(all[place]);
+    }
+    return share;
+}
+
 template <typename Value>
 Value named(const std::map<std::string, Value>& values, const std::string& name) {
     const auto found = values.find(name);
@@ -65,15 +79,16 @@ std::string Options::usage() {
            "  --scenes LIST          all, rich (those with texts of their own), or names; with a\n"
            "                         * at the end all that begin so (default: all)\n"
            "  --states WHICH         all states of the focus, or the opening one (default: all)\n"
+           "  --live WHICH           change the language while a screen is shown and compare it "
+           "with\n"
+           "                         one made in the new language: pairs (each two of eight\n"
+           "                         languages) or ring (from each of the eight to the next)\n"
            "  --share N/M            of M shares of the work, the Nth\n"
            "  --all                  everything: both sizes, all modes and languages\n"
            "  --sample               all modes in English and Arabic\n"
-           "  --jobs N               so many at a time (default: one for each core)\n"
            "  --pictures DIR         keep every picture, whole and small\n"
-           "  --spoil WHAT           break the screens, to see that it is noticed: arrows, "
-           "circle,\n"
-           "                         worker\n"
-           "  --list                 only tell the names of the scenes\n"
+           "  --defect WHAT          break the screens on purpose: arrows, spinner\n"
+           "  --list                 print the names of the scenes\n"
            "  --report FILE          write what was found as JSON\n"
            "Exit status: 0 when nothing failed, 1 when something did, 2 when an option is wrong.\n";
 }
@@ -119,13 +134,11 @@ void Options::set(const std::string& option, const std::string& value) {
              all.pictures = std::filesystem::absolute(name);
          }},
         {"--report", [](Options& all, const std::string& name) { all.report = name; }},
-        {"--spoil",
+        {"--defect",
          [](Options& all, const std::string& name) {
-             all.spoil = named<Spoil>(
-                 {{"arrows", Spoil::Arrows}, {"circle", Spoil::Circle}, {"worker", Spoil::Worker}},
-                 name);
+             all.defect =
+                 named<Defect>({{"arrows", Defect::ARROWS}, {"spinner", Defect::SPINNER}}, name);
          }},
-        {"--jobs", [](Options& all, const std::string& number) { all.jobs = wholeNumber(number); }},
         {"--sizes", [](Options& all, const std::string& list) { all.setSizes(list); }},
         {"--languages",
          [](Options& all, const std::string& list) { all.m_languages = split(list); }},
@@ -136,6 +149,7 @@ void Options::set(const std::string& option, const std::string& value) {
          [](Options& all, const std::string& name) {
              all.states = named<bool>({{"all", true}, {"opening", false}}, name);
          }},
+        {"--live", [](Options& all, const std::string& which) { all.setLive(which); }},
         {"--share", [](Options& all, const std::string& share) { all.setShare(share); }}};
     const auto found = setters.find(option);
     if (found == setters.end()) {
@@ -159,9 +173,9 @@ void Options::setSizes(const std::string& list) {
 void Options::setDirections(const std::string& list) {
     m_directions.clear();
     for (const std::string& name : split(list)) {
-        m_directions.push_back(named<Direction>({{"own", Direction::OfLanguage},
-                                                 {"ltr", Direction::LeftToRight},
-                                                 {"rtl", Direction::RightToLeft}},
+        m_directions.push_back(named<Direction>({{"own", Direction::OF_LANGUAGE},
+                                                 {"ltr", Direction::LEFT_TO_RIGHT},
+                                                 {"rtl", Direction::RIGHT_TO_LEFT}},
                                                 name));
     }
 }
@@ -185,6 +199,16 @@ void Options::setShare(const std::string& share) {
     }
     m_part = wholeNumber(numbers[0]);
     m_parts = wholeNumber(numbers[1]);
+}
+
+void Options::setLive(const std::string& which) {
+    const bool pairs = named<bool>({{"pairs", true}, {"ring", false}}, which);
+    for (std::size_t from = 0; from < LIVE.size(); ++from) {
+        const std::size_t steps = pairs ? LIVE.size() - 1 : 1;
+        for (std::size_t step = 1; step <= steps; ++step) {
+            m_changes.emplace_back(LIVE[from], LIVE[(from + step) % LIVE.size()]);
+        }
+    }
 }
 
 std::vector<std::string> Options::languagesOf(const std::vector<std::string>& shipped) const {
@@ -235,8 +259,29 @@ std::vector<std::size_t> Options::chosenScenes() const {
     return chosen;
 }
 
-std::vector<Item> Options::items(const std::vector<std::string>& shipped) const {
+// The changes of one scene stand together: a screen that was made to compare with is used again.
+std::vector<Item> Options::liveChanges() const {
     std::vector<Item> all;
+    for (const std::size_t scene : chosenScenes()) {
+        for (const Size& size : m_sizes) {
+            for (const Look& look : m_looks) {
+                for (const auto& [from, to] : m_changes) {
+                    all.push_back({scene,
+                                   {size.width, size.height, to, Direction::OF_LANGUAGE,
+                                    look.contrast, look.enlarged},
+                                   from});
+                }
+            }
+        }
+    }
+    return all;
+}
+
+std::vector<Item> Options::items(const std::vector<std::string>& shipped) const {
+    std::vector<Item> all = liveChanges();
+    if (!all.empty()) {
+        return shareOf(all, m_part, m_parts);
+    }
     for (const std::string& language : languagesOf(shipped)) {
         for (const Size& size : m_sizes) {
             for (const Look& look : m_looks) {
@@ -244,17 +289,14 @@ std::vector<Item> Options::items(const std::vector<std::string>& shipped) const 
                     for (const std::size_t scene : chosenScenes()) {
                         all.push_back({scene,
                                        {size.width, size.height, language, direction, look.contrast,
-                                        look.enlarged}});
+                                        look.enlarged},
+                                       ""});
                     }
                 }
             }
         }
     }
-    std::vector<Item> part;
-    for (std::size_t place = m_part - 1; place < all.size(); place += m_parts) {
-        part.push_back(all[place]);
-    }
-    return part;
+    return shareOf(all, m_part, m_parts);
 }
 
 }  // namespace look

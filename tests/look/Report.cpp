@@ -2,30 +2,11 @@
 // Counts what was looked at and keeps what is wrong.
 #include "look/Report.h"
 
-#include <algorithm>
 #include <cstdio>
-#include <sstream>
 
 namespace look {
 
 namespace {
-
-// In a line, TAB parts the fields, so nothing else may hold one.
-std::string inOneField(std::string text) {
-    std::replace_if(
-        text.begin(), text.end(), [](char one) { return one == '\t' || one == '\n'; }, ' ');
-    return text;
-}
-
-std::vector<std::string> fieldsOf(const std::string& line) {
-    std::vector<std::string> fields;
-    std::istringstream stream(line);
-    for (std::string field; std::getline(stream, field, '\t');) {
-        fields.push_back(field);
-    }
-    fields.resize(std::max<std::size_t>(fields.size(), 6));
-    return fields;
-}
 
 std::string quoted(const std::string& text) {
     std::string result = "\"";
@@ -79,46 +60,6 @@ void Report::countText(const std::string& kind, const std::string& fit) {
 
 void Report::note(const std::string& line) {
     m_notes.push_back(m_scene + " " + m_mode + ": " + line);
-}
-
-std::string Report::lines() const {
-    std::string all = "P\t" + std::to_string(m_pictures) + "\n";
-    for (const auto& [name, count] : m_checks) {
-        all += "C\t" + name + "\t" + std::to_string(count.asked) + "\t" +
-               std::to_string(count.failed) + "\n";
-    }
-    for (const auto& [kind, count] : m_texts) {
-        all += "T\t" + kind + "\t" + std::to_string(count) + "\n";
-    }
-    for (const std::string& language : m_languages) {
-        all += "L\t" + language + "\n";
-    }
-    for (const Failure& one : m_failures) {
-        all += "F\t" + one.check + "\t" + one.scene + "\t" + one.mode + "\t" +
-               inOneField(one.state) + "\t" + inOneField(one.detail) + "\n";
-    }
-    for (const std::string& line : m_notes) {
-        all += "N\t" + inOneField(line) + "\n";
-    }
-    return all;
-}
-
-void Report::addLine(const std::string& line) {
-    const std::vector<std::string> fields = fieldsOf(line);
-    if (fields[0] == "P") {
-        m_pictures += std::stol(fields[1]);
-    } else if (fields[0] == "C") {
-        m_checks[fields[1]].asked += std::stol(fields[2]);
-        m_checks[fields[1]].failed += std::stol(fields[3]);
-    } else if (fields[0] == "T") {
-        m_texts[fields[1]] += std::stol(fields[2]);
-    } else if (fields[0] == "L") {
-        m_languages.insert(fields[1]);
-    } else if (fields[0] == "F") {
-        m_failures.push_back({fields[1], fields[2], fields[3], fields[4], fields[5]});
-    } else if (fields[0] == "N") {
-        m_notes.push_back(fields[1]);
-    }
 }
 
 std::string Report::words(std::size_t most, double seconds) const {

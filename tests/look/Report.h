@@ -30,10 +30,6 @@ class Report {
     // Something that is told in the report of a machine and fails nothing.
     void note(const std::string& line);
 
-    // One line for each thing that is known, for addLine of another report.
-    std::string lines() const;
-    void addLine(const std::string& line);
-
     bool good() const { return m_failures.empty(); }
     const std::vector<Failure>& failures() const { return m_failures; }
     // The failures in words, at most MOST of each check, and the numbers.

@@ -7,15 +7,15 @@
 #include <stdexcept>
 
 #include "look/Catalogue.h"
-#include "look/Crew.h"
 #include "look/Options.h"
 #include "look/Report.h"
 #include "look/Scene.h"
+#include "look/SceneRun.h"
 #include "support/TestSupport.h"
 
 namespace {
 
-constexpr std::size_t TOLD = 25;  // failures of each check
+constexpr std::size_t MAX_FAILURES_SHOWN = 25;  // of each check
 
 int check(const look::Options& options) {
     const auto started = std::chrono::steady_clock::now();
@@ -23,14 +23,16 @@ int check(const look::Options& options) {
     if (!options.pictures.empty()) {
         std::filesystem::create_directories(options.pictures);
     }
-    const support::TemporaryFolder madeUp;
-    look::Crew crew(options, madeUp.path());
-    const look::Report report = crew.work(items);
+    look::SceneRun run(options);
+    look::Report report;
+    for (const look::Item& item : items) {
+        run.examine(item, report);
+    }
     const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - started;
     if (!options.report.empty()) {
         support::writeFile(options.report, report.json(passed.count()));
     }
-    std::cout << report.words(TOLD, passed.count());
+    std::cout << report.words(MAX_FAILURES_SHOWN, passed.count());
     return report.good() ? 0 : 1;
 }
 
@@ -51,7 +53,7 @@ int main(int argc, char** argv) {
         }
         return check(options);
     } catch (const std::invalid_argument& exception) {
-        std::cerr << "look-check: " << exception.what() << " (--help tells the options)\n";
+        std::cerr << "look-check: " << exception.what() << " (see --help)\n";
         return 2;
     } catch (const std::exception& exception) {
         std::cerr << "look-check: " << exception.what() << "\n";

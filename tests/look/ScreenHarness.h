@@ -22,13 +22,13 @@ namespace look {
 struct Scene;
 
 // Main loop thread only, and one at a time: the set that the program sees is the mode's.
-class Stage {
+class ScreenHarness {
   public:
     // Makes SCENE, shows it and lets everything on it come to rest.
-    Stage(const Scene& scene, const Mode& mode);
-    ~Stage();
-    Stage(const Stage&) = delete;
-    Stage& operator=(const Stage&) = delete;
+    ScreenHarness(const Scene& scene, const Mode& mode);
+    ~ScreenHarness();
+    ScreenHarness(const ScreenHarness&) = delete;
+    ScreenHarness& operator=(const ScreenHarness&) = delete;
 
     const Mode& mode() const { return m_mode; }
     ZOLT::GUI::Screen& screen() const { return *m_screen; }
@@ -42,6 +42,9 @@ class Stage {
     // Presses and releases a key and lets what follows come to rest.
     void press(const std::string& key);
     void focus(Evas_Object* widget);
+    // Changes the language while the screen is shown, as the platform does: to that of MODE, whose
+    // direction the platform tells from then on. CATALOGUES is as for Mode::apply.
+    void changeLanguage(const Mode& mode, const std::string& catalogues);
     // Lets SECONDS go by on the clock of the animations, which stands still otherwise.
     void pass(double seconds);
     // Lets all motion come to its end.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // One screen of the program in a window in memory, with the time and the keys in the hands of the
 // one who looks.
-#include "look/Stage.h"
+#include "look/ScreenHarness.h"
 
 #include <stdexcept>
 
@@ -13,6 +13,7 @@
 #include "gui/ToolkitLoop.h"
 #include "look/Clock.h"
 #include "look/Scene.h"
+#include "support/ScriptedPlatform.h"
 
 namespace look {
 
@@ -29,7 +30,7 @@ Ecore_Evas* frameOf(Evas_Object* window) {
 
 }  // namespace
 
-Stage::Stage(const Scene& scene, const Mode& mode) : m_mode(mode) {
+ScreenHarness::ScreenHarness(const Scene& scene, const Mode& mode) : m_mode(mode) {
     ZOLT::GUI::EventHandler::m_keyUnfocused = false;
     ZOLT::GUI::EventHandler::m_focusState = ZOLT::GUI::FOCUS_STATE_NONE;
     m_screen = scene.make(*this);
@@ -44,40 +45,47 @@ Stage::Stage(const Scene& scene, const Mode& mode) : m_mode(mode) {
     }
 }
 
-Stage::~Stage() {
+ScreenHarness::~ScreenHarness() {
     m_shown.reset();
     support::ToolkitLoop::settle();
 }
 
-Evas_Object* Stage::popup() const {
+Evas_Object* ScreenHarness::popup() const {
     ZOLT::GUI::Popup* popup = m_screen->getPopup();
     return popup != nullptr && popup->getVisible() ? support::widgetOf(*popup) : nullptr;
 }
 
-Evas_Object* Stage::focused() const {
+Evas_Object* ScreenHarness::focused() const {
     return elm_object_focused_object_get(m_window);
 }
 
-void Stage::press(const std::string& key) {
+void ScreenHarness::press(const std::string& key) {
     support::ToolkitLoop::keyDown(m_window, key);
     support::ToolkitLoop::settle();
     support::ToolkitLoop::keyUp(m_window, key);
     settle();
 }
 
-void Stage::focus(Evas_Object* widget) {
+void ScreenHarness::focus(Evas_Object* widget) {
     elm_object_focus_set(widget, EINA_TRUE);
     settle();
 }
 
-void Stage::pass(double seconds) {
+void ScreenHarness::changeLanguage(const Mode& mode, const std::string& catalogues) {
+    mode.useLanguage(catalogues);
+    support::ScriptedPlatform::get().setOrientation(mode.mirrored() ? 1 : 0);
+    elm_language_set("C.UTF-8");
+    settle();
+}
+
+void ScreenHarness::pass(double seconds) {
     Clock::pass(seconds);
     support::ToolkitLoop::settle();
 }
 
 // Sizes follow one another from turn to turn, a list makes its rows for a frame, and what a row
 // moves may have a motion of its own.
-void Stage::settle() {
+void ScreenHarness::settle() {
     for (int round = 0; round < ROUNDS; ++round) {
         for (int turn = 0; turn < CALCULATIONS; ++turn) {
             support::ToolkitLoop::settle();
@@ -92,7 +100,7 @@ void Stage::settle() {
     }
 }
 
-Frame Stage::draw() {
+Frame ScreenHarness::draw() {
     Ecore_Evas* frame = frameOf(m_window);
     ecore_evas_manual_render(frame);
     const void* pixels = ecore_evas_buffer_pixels_get(frame);
@@ -102,7 +110,8 @@ Frame Stage::draw() {
     return {m_mode.width, m_mode.height, pixels};
 }
 
-std::set<ZOLT::Shop*, ZOLT::Shop::ShopComp> Stage::shops(const std::vector<std::string>& names) {
+std::set<ZOLT::Shop*, ZOLT::Shop::ShopComp> ScreenHarness::shops(
+    const std::vector<std::string>& names) {
     std::set<ZOLT::Shop*, ZOLT::Shop::ShopComp> shops;
     for (const std::string& name : names) {
         auto shop = std::make_unique<ZOLT::Shop>();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Watches the circle of a waiting screen: it turns evenly and leaves the keys alone.
-#include "look/Turning.h"
+// Watches the spinner of a waiting screen: it turns evenly and leaves the keys alone.
+#include "look/SpinnerCheck.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,22 +22,22 @@ double forward(double degrees) {
 
 }  // namespace
 
-Turning::Turning(Stage& stage, const Inventory& inventory, Report& report)
-    : m_stage(stage), m_inventory(inventory), m_report(report) {}
+SpinnerCheck::SpinnerCheck(ScreenHarness& harness, const Inventory& inventory, Report& report)
+    : m_harness(harness), m_inventory(inventory), m_report(report) {}
 
-void Turning::check() {
+void SpinnerCheck::check() {
     m_report.enterState("turning");
-    m_report.check("still", m_inventory.circles.size() == 1,
-                   std::to_string(m_inventory.circles.size()) + " circles, wanted 1");
-    for (const Control& circle : m_inventory.circles) {
-        checkEvenness(circle.object);
-        checkKeys(circle.object);
+    m_report.check("still", m_inventory.spinners.size() == 1,
+                   std::to_string(m_inventory.spinners.size()) + " spinners, wanted 1");
+    for (const Control& spinner : m_inventory.spinners) {
+        checkEvenness(spinner.object);
+        checkKeys(spinner.object);
     }
 }
 
-bool Turning::angleOf(Evas_Object* circle, double& degrees) {
-    if (evas_object_map_enable_get(circle)) {
-        const Evas_Map* map = evas_object_map_get(circle);
+bool SpinnerCheck::angleOf(Evas_Object* spinner, double& degrees) {
+    if (evas_object_map_enable_get(spinner)) {
+        const Evas_Map* map = evas_object_map_get(spinner);
         int x[2] = {0, 0};
         int y[2] = {0, 0};
         for (int corner = 0; corner < 2; ++corner) {
@@ -46,7 +46,7 @@ bool Turning::angleOf(Evas_Object* circle, double& degrees) {
         degrees = std::atan2(y[1] - y[0], x[1] - x[0]) * 180.0 / PI;
         return true;
     }
-    Eina_List* members = evas_object_smart_members_get(circle);
+    Eina_List* members = evas_object_smart_members_get(spinner);
     bool found = false;
     void* member = nullptr;
     EINA_LIST_FREE(members, member) {
@@ -55,18 +55,18 @@ bool Turning::angleOf(Evas_Object* circle, double& degrees) {
     return found;
 }
 
-void Turning::checkEvenness(Evas_Object* circle) {
+void SpinnerCheck::checkEvenness(Evas_Object* spinner) {
     std::vector<double> steps;
     double before = 0.0;
     Frame first;
     for (int look = 0; look < LOOKS; ++look) {
         for (int frame = 0; frame < FRAMES; ++frame) {
-            m_stage.pass(FRAME);
+            m_harness.pass(FRAME);
         }
-        const Frame picture = m_stage.draw();
+        const Frame picture = m_harness.draw();
         double degrees = 0.0;
-        if (!angleOf(circle, degrees)) {
-            m_report.check("still", false, "nothing in the circle turns");
+        if (!angleOf(spinner, degrees)) {
+            m_report.check("still", false, "nothing in the spinner turns");
             return;
         }
         if (look == 0) {
@@ -99,25 +99,25 @@ void Turning::checkEvenness(Evas_Object* circle) {
                    std::to_string(late) + " steps are uneven");
 }
 
-void Turning::checkKeys(Evas_Object* circle) {
-    Evas_Object* const before = m_stage.focused();
+void SpinnerCheck::checkKeys(Evas_Object* spinner) {
+    Evas_Object* const before = m_harness.focused();
     for (const char* key : {"Up", "Down", "Left", "Right", "Return"}) {
-        m_stage.press(key);
-        Evas_Object* const focused = m_stage.focused();
-        m_report.check("still", focused == before && focused != circle,
+        m_harness.press(key);
+        Evas_Object* const focused = m_harness.focused();
+        m_report.check("still", focused == before && focused != spinner,
                        std::string(key) + " moves the focus");
     }
     double earlier = 0.0;
     double later = 0.0;
     // What turns is turned when it is drawn.
-    m_stage.draw();
-    angleOf(circle, earlier);
+    m_harness.draw();
+    angleOf(spinner, earlier);
     for (int frame = 0; frame < FRAMES; ++frame) {
-        m_stage.pass(FRAME);
+        m_harness.pass(FRAME);
     }
-    m_stage.draw();
-    angleOf(circle, later);
-    m_report.check("still", earlier < later || later < earlier, "keys stop the circle");
+    m_harness.draw();
+    angleOf(spinner, later);
+    m_report.check("still", earlier < later || later < earlier, "keys stop the spinner");
 }
 
 }  // namespace look

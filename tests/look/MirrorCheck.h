@@ -6,21 +6,21 @@
 #include <string>
 #include <vector>
 
+#include "look/FocusWalk.h"
 #include "look/Frame.h"
 #include "look/Inventory.h"
 #include "look/Report.h"
-#include "look/Tour.h"
 
 namespace look {
 
 // What one of the two looks like: names with their places, and the picture.
-class Mirror {
+class MirrorCheck {
   public:
     // PICTURE is what INVENTORY was made of; WAYS is where arrows lead.
-    Mirror(const Inventory& inventory, Frame picture, Tour::Ways ways, const Mode& mode);
+    MirrorCheck(const Inventory& inventory, Frame picture, FocusWalk::Ways ways, const Mode& mode);
 
     // Asks whether OTHER, which is written the other way, is the mirror image of this.
-    void compare(const Mirror& other, Report& report) const;
+    void compare(const MirrorCheck& other, Report& report) const;
 
   private:
     struct Place {
@@ -39,7 +39,7 @@ class Mirror {
     int distance(const Place& mine, const Place& other) const;
     // The same of their middles.
     double distanceOfMiddles(const Place& mine, const Place& other) const;
-    void compareWays(const Mirror& other, Report& report) const;
+    void compareWays(const MirrorCheck& other, Report& report) const;
 
     int m_width;
     double m_scale;
@@ -47,7 +47,7 @@ class Mirror {
     Places m_controls;
     Places m_icons;
     Places m_texts;
-    Tour::Ways m_ways;
+    FocusWalk::Ways m_ways;
 };
 
 }  // namespace look

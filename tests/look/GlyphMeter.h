@@ -14,12 +14,12 @@
 namespace look {
 
 // Main loop thread only.
-class Easel {
+class GlyphMeter {
   public:
-    Easel();
-    ~Easel();
-    Easel(const Easel&) = delete;
-    Easel& operator=(const Easel&) = delete;
+    GlyphMeter();
+    ~GlyphMeter();
+    GlyphMeter(const GlyphMeter&) = delete;
+    GlyphMeter& operator=(const GlyphMeter&) = delete;
 
     // The height of a capital letter as a share of the size of FONT.
     double capitalHeight(const std::string& font);

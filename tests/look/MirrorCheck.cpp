@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Holds a screen written from left to right against the same one written from right to left.
-#include "look/Mirror.h"
+#include "look/MirrorCheck.h"
 
 #include <algorithm>
 #include <cmath>
@@ -33,12 +33,13 @@ std::string turned(const std::string& arrow) {
 
 }  // namespace
 
-Mirror::Mirror(const Inventory& inventory, Frame picture, Tour::Ways ways, const Mode& mode)
+MirrorCheck::MirrorCheck(const Inventory& inventory, Frame picture, FocusWalk::Ways ways,
+                         const Mode& mode)
     : m_width(mode.width),
       m_scale(mode.scale()),
       m_picture(std::move(picture)),
       m_ways(std::move(ways)) {
-    for (const auto* list : {&inventory.controls, &inventory.holders, &inventory.circles}) {
+    for (const auto* list : {&inventory.controls, &inventory.holders, &inventory.spinners}) {
         for (const Control& control : *list) {
             m_controls.push_back(
                 {control.type + " " + nameOf(inventory, control.object), control.box});
@@ -49,13 +50,13 @@ Mirror::Mirror(const Inventory& inventory, Frame picture, Tour::Ways ways, const
                            icon.stretches});
     }
     for (const Text& text : inventory.texts) {
-        if (text.kind != Kind::Mark) {
+        if (text.kind != Kind::PUNCTUATION) {
             m_texts.push_back({"text " + coreOf(text.words), text.box});
         }
     }
 }
 
-void Mirror::compare(const Mirror& other, Report& report) const {
+void MirrorCheck::compare(const MirrorCheck& other, Report& report) const {
     const auto judge = [&](const Place& mine, const Place& there, bool good) {
         report.check("mirror", good,
                      mine.name + " at " + mine.box.words() + " should be at " +
@@ -84,7 +85,7 @@ void Mirror::compare(const Mirror& other, Report& report) const {
     compareWays(other, report);
 }
 
-void Mirror::compareWays(const Mirror& other, Report& report) const {
+void MirrorCheck::compareWays(const MirrorCheck& other, Report& report) const {
     for (const auto& [step, to] : m_ways) {
         // The buttons of the popup stand below its list in either direction, and one key leads to
         // them: its sounds say the same.
@@ -100,7 +101,7 @@ void Mirror::compareWays(const Mirror& other, Report& report) const {
     }
 }
 
-int Mirror::distance(const Place& mine, const Place& other) const {
+int MirrorCheck::distance(const Place& mine, const Place& other) const {
     const Box wanted = mine.box.mirrored(m_width);
     const int across =
         std::max(std::abs(wanted.left - other.box.left), std::abs(wanted.right - other.box.right));
@@ -110,15 +111,15 @@ int Mirror::distance(const Place& mine, const Place& other) const {
                                       std::abs(wanted.bottom - other.box.bottom)});
 }
 
-double Mirror::distanceOfMiddles(const Place& mine, const Place& other) const {
+double MirrorCheck::distanceOfMiddles(const Place& mine, const Place& other) const {
     const Box wanted = mine.box.mirrored(m_width);
     return std::max(std::abs(wanted.left + wanted.right - other.box.left - other.box.right),
                     std::abs(wanted.top + wanted.bottom - other.box.top - other.box.bottom)) /
            2.0;
 }
 
-void Mirror::compareAll(const Places& mine, const Places& others, Report& report,
-                        const Compare& compare) {
+void MirrorCheck::compareAll(const Places& mine, const Places& others, Report& report,
+                             const Compare& compare) {
     report.check("mirror", mine.size() == others.size(),
                  std::to_string(mine.size()) + " things, and " + std::to_string(others.size()) +
                      " in the mirror image");

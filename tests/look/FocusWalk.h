@@ -13,15 +13,16 @@
 
 namespace look {
 
-class Tour {
+class FocusWalk {
   public:
-    using Keep = std::function<void(Stage& stage, const std::string& state, const Frame& picture)>;
+    using Keep =
+        std::function<void(ScreenHarness& harness, const std::string& state, const Frame& picture)>;
     // Where an arrow leads from a widget, both by name.
     using Ways = std::map<std::pair<std::string, std::string>, std::string>;
 
     // CHECKER, if given, looks at every picture, and KEEP, if given, gets it.
-    Tour(Stage& stage, const Scene& scene, const Vocabulary& vocabulary, Checker* checker,
-         Report& report, Keep keep);
+    FocusWalk(ScreenHarness& harness, const Scene& scene, const Vocabulary& vocabulary,
+              Checker* checker, Report& report, Keep keep);
 
     void go();
     const Ways& ways() const { return m_ways; }
@@ -47,7 +48,7 @@ class Tour {
                    const Box& ring);
     void checkOnlyRing(Evas_Object* widget);
 
-    Stage& m_stage;
+    ScreenHarness& m_harness;
     const Scene& m_scene;
     const Vocabulary& m_vocabulary;
     Checker* m_checker;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Goes with the arrows to everything on a screen that can take the focus, and looks at each picture
 // on the way.
-#include "look/Tour.h"
+#include "look/FocusWalk.h"
 
 #include <algorithm>
 #include <cmath>
@@ -29,17 +29,17 @@ void toEnd(Evas_Object* scroller, bool down) {
 
 }  // namespace
 
-Tour::Tour(Stage& stage, const Scene& scene, const Vocabulary& vocabulary, Checker* checker,
-           Report& report, Keep keep)
-    : m_stage(stage),
+FocusWalk::FocusWalk(ScreenHarness& harness, const Scene& scene, const Vocabulary& vocabulary,
+                     Checker* checker, Report& report, Keep keep)
+    : m_harness(harness),
       m_scene(scene),
       m_vocabulary(vocabulary),
       m_checker(checker),
       m_report(report),
       m_keep(std::move(keep)) {}
 
-void Tour::go() {
-    Evas_Object* const opening = m_stage.focused();
+void FocusWalk::go() {
+    Evas_Object* const opening = m_harness.focused();
     const std::vector<Evas_Object*> widgets = focusable();
     m_anyFocusable = !widgets.empty();
     const bool opens = std::find(widgets.begin(), widgets.end(), opening) != widgets.end();
@@ -76,9 +76,9 @@ void Tour::go() {
 
 // The widgets that take the focus when it is given to them; the toolkit's own answer counts in what
 // never takes it.
-std::vector<Evas_Object*> Tour::focusable() {
-    Evas_Object* const before = m_stage.focused();
-    const Inventory inventory(m_stage, m_scene, m_vocabulary);
+std::vector<Evas_Object*> FocusWalk::focusable() {
+    Evas_Object* const before = m_harness.focused();
+    const Inventory inventory(m_harness, m_scene, m_vocabulary);
     std::vector<Evas_Object*> widgets;
     for (const auto* list : {&inventory.controls, &inventory.holders}) {
         for (const Control& control : *list) {
@@ -88,7 +88,7 @@ std::vector<Evas_Object*> Tour::focusable() {
             if (control.object != before) {
                 elm_object_focus_set(control.object, EINA_TRUE);
             }
-            if (control.object == before || m_stage.focused() == control.object) {
+            if (control.object == before || m_harness.focused() == control.object) {
                 widgets.push_back(control.object);
             }
             std::string name = control.type;
@@ -100,13 +100,13 @@ std::vector<Evas_Object*> Tour::focusable() {
             m_names[control.object] = name;
         }
     }
-    if (before != nullptr && m_stage.focused() != before) {
-        m_stage.focus(before);
+    if (before != nullptr && m_harness.focused() != before) {
+        m_harness.focus(before);
     }
     return widgets;
 }
 
-std::string Tour::nameOf(Evas_Object* widget) {
+std::string FocusWalk::nameOf(Evas_Object* widget) {
     if (widget == nullptr) {
         return "nothing";
     }
@@ -114,11 +114,11 @@ std::string Tour::nameOf(Evas_Object* widget) {
     return known != m_names.end() ? known->second : typeOf(widget);
 }
 
-void Tour::arrive(Evas_Object* widget, const std::string& more) {
+void FocusWalk::arrive(Evas_Object* widget, const std::string& more) {
     const std::string name = nameOf(widget) + more;
     m_report.enterState(name);
-    Inventory inventory(m_stage, m_scene, m_vocabulary);
-    const Frame picture = m_stage.draw().copy();
+    Inventory inventory(m_harness, m_scene, m_vocabulary);
+    const Frame picture = m_harness.draw().copy();
     const std::size_t wanted = m_anyFocusable ? 1 : 0;
     std::string rings;
     for (const Ring& ring : inventory.rings) {
@@ -138,9 +138,10 @@ void Tour::arrive(Evas_Object* widget, const std::string& more) {
             const int rounding = 2;
             m_report.check(
                 "focus",
-                list ? control->box.grown(static_cast<int>(std::lround(m_stage.mode().pixels(14))))
-                           .holds(ring)
-                     : ring.grown(rounding).holds(control->box),
+                list
+                    ? control->box.grown(static_cast<int>(std::lround(m_harness.mode().pixels(14))))
+                          .holds(ring)
+                    : ring.grown(rounding).holds(control->box),
                 "the ring at " + ring.words() + " is not at " + control->type + " at " +
                     control->box.words());
         }
@@ -149,38 +150,38 @@ void Tour::arrive(Evas_Object* widget, const std::string& more) {
         m_checker->look(inventory, picture);
     }
     if (m_keep) {
-        m_keep(m_stage, name, picture);
+        m_keep(m_harness, name, picture);
     }
     if (widget != nullptr && more.empty()) {
         m_stops[widget] = {name, picture, ring};
     }
 }
 
-void Tour::prepare(Evas_Object* from, const std::string& arrow) {
-    if (m_stage.focused() != from) {
-        m_stage.focus(from);
+void FocusWalk::prepare(Evas_Object* from, const std::string& arrow) {
+    if (m_harness.focused() != from) {
+        m_harness.focus(from);
     }
     const bool down = arrow == "Down";
     if (typeOf(from) == "elm_scroller") {
         toEnd(from, down);
-        m_stage.settle();
+        m_harness.settle();
     } else if (typeOf(from) == "elm_genlist") {
         Elm_Object_Item* row =
             down ? elm_genlist_last_item_get(from) : elm_genlist_first_item_get(from);
         if (row != nullptr) {
             elm_genlist_item_show(row, ELM_GENLIST_ITEM_SCROLLTO_IN);
-            m_stage.settle();
+            m_harness.settle();
             elm_object_item_focus_set(row, EINA_TRUE);
-            m_stage.settle();
+            m_harness.settle();
         }
     }
 }
 
-void Tour::explore(Evas_Object* from) {
+void FocusWalk::explore(Evas_Object* from) {
     for (const char* arrow : ARROWS) {
         prepare(from, arrow);
-        m_stage.press(arrow);
-        Evas_Object* const to = m_stage.focused();
+        m_harness.press(arrow);
+        Evas_Object* const to = m_harness.focused();
         m_leads[from][arrow] = to;
         m_ways[{nameOf(from), arrow}] = nameOf(to);
         if (to != nullptr && m_stops.count(to) == 0) {
@@ -189,7 +190,7 @@ void Tour::explore(Evas_Object* from) {
     }
 }
 
-void Tour::checkReach(const std::vector<Evas_Object*>& widgets, Evas_Object* opening) {
+void FocusWalk::checkReach(const std::vector<Evas_Object*>& widgets, Evas_Object* opening) {
     m_report.enterState("arrows");
     for (Evas_Object* widget : widgets) {
         m_report.check("reach", m_stops.count(widget) != 0,
@@ -217,7 +218,7 @@ void Tour::checkReach(const std::vector<Evas_Object*>& widgets, Evas_Object* ope
     }
 }
 
-void Tour::checkRings() {
+void FocusWalk::checkRings() {
     if (m_stops.size() == 1) {
         checkOnlyRing(m_stops.begin()->first);
         return;
@@ -233,29 +234,29 @@ void Tour::checkRings() {
 }
 
 // Of a widget that never loses the focus, what it looks like without it is asked of the theme.
-void Tour::checkOnlyRing(Evas_Object* widget) {
-    if (m_stage.focused() != widget) {
-        m_stage.focus(widget);
+void FocusWalk::checkOnlyRing(Evas_Object* widget) {
+    if (m_harness.focused() != widget) {
+        m_harness.focus(widget);
     }
     const Stop& stop = m_stops[widget];
     elm_layout_signal_emit(widget, "elm,action,unfocus", "elm");
-    m_stage.settle();
-    const Frame without = m_stage.draw().copy();
+    m_harness.settle();
+    const Frame without = m_harness.draw().copy();
     elm_layout_signal_emit(widget, "elm,action,focus", "elm");
-    m_stage.settle();
+    m_harness.settle();
     checkRing(stop.name, stop.picture, without, stop.ring);
 }
 
-void Tour::checkRing(const std::string& name, const Frame& with, const Frame& without,
-                     const Box& ring) {
+void FocusWalk::checkRing(const std::string& name, const Frame& with, const Frame& without,
+                          const Box& ring) {
     if (ring.empty()) {
         return;  // told already
     }
     m_report.enterState(name);
-    const int line = static_cast<int>(std::lround(m_stage.mode().pixels(2)));
+    const int line = static_cast<int>(std::lround(m_harness.mode().pixels(2)));
     const int wanted = 2 * line * (ring.width() + ring.height() - 4 * line);
     // The ring itself, and not the face inside it, which may change as well.
-    const Box inside = ring.grown(-static_cast<int>(std::lround(m_stage.mode().pixels(8))));
+    const Box inside = ring.grown(-static_cast<int>(std::lround(m_harness.mode().pixels(8))));
     const int changed = with.changedPixels(without, ring.grown(line), RING_CONTRAST) -
                         with.changedPixels(without, inside, RING_CONTRAST);
     m_report.check("focus", changed >= wanted,
@@ -263,7 +264,7 @@ void Tour::checkRing(const std::string& name, const Frame& with, const Frame& wi
                        " pixels clearly, wanted " + std::to_string(wanted));
 }
 
-void Tour::visitRows(Evas_Object* list) {
+void FocusWalk::visitRows(Evas_Object* list) {
     const unsigned count = elm_genlist_items_count(list);
     if (count == 0) {
         return;
@@ -274,19 +275,19 @@ void Tour::visitRows(Evas_Object* list) {
     // The first and the second are seen without any scrolling between them.
     std::set<unsigned> rows = {0, std::min(1U, count - 1), count / 2, count - 1};
     for (const unsigned row : rows) {
-        m_stage.focus(list);
+        m_harness.focus(list);
         Elm_Object_Item* item = elm_genlist_nth_item_get(list, row);
         elm_genlist_item_show(item, ELM_GENLIST_ITEM_SCROLLTO_IN);
-        m_stage.settle();
+        m_harness.settle();
         elm_object_item_focus_set(item, EINA_TRUE);
-        m_stage.settle();
+        m_harness.settle();
         arrive(list, " row " + std::to_string(row + 1));
         if (row == 0) {
-            first = m_stage.draw().copy();
-            const Inventory inventory(m_stage, m_scene, m_vocabulary);
+            first = m_harness.draw().copy();
+            const Inventory inventory(m_harness, m_scene, m_vocabulary);
             ring = inventory.rings.empty() ? Box() : inventory.rings.front().box;
         } else if (row == 1) {
-            second = m_stage.draw().copy();
+            second = m_harness.draw().copy();
         }
     }
     if (!second.empty()) {
@@ -294,7 +295,7 @@ void Tour::visitRows(Evas_Object* list) {
     }
 }
 
-void Tour::visitEnds(Evas_Object* scroller) {
+void FocusWalk::visitEnds(Evas_Object* scroller) {
     int shown = 0;
     int whole = 0;
     elm_scroller_region_get(scroller, nullptr, nullptr, nullptr, &shown);
@@ -302,10 +303,10 @@ void Tour::visitEnds(Evas_Object* scroller) {
     if (whole <= shown) {
         return;
     }
-    m_stage.focus(scroller);
+    m_harness.focus(scroller);
     for (const bool down : {false, true}) {
         toEnd(scroller, down);
-        m_stage.settle();
+        m_harness.settle();
         arrive(scroller, down ? " at its end" : " at its start");
     }
 }

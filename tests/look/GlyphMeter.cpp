@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // A small canvas beside the screens, on which letters are drawn to be measured.
-#include "look/Easel.h"
+#include "look/GlyphMeter.h"
 
 #include <cstdlib>
 
@@ -26,7 +26,7 @@ std::string encoded(Eina_Unicode letter) {
 
 }  // namespace
 
-Easel::Easel() : m_board(ecore_evas_buffer_new(BOARD, BOARD)) {
+GlyphMeter::GlyphMeter() : m_board(ecore_evas_buffer_new(BOARD, BOARD)) {
     ecore_evas_manual_render_set(m_board, EINA_TRUE);
     Evas* canvas = ecore_evas_get(m_board);
     m_paper = evas_object_rectangle_add(canvas);
@@ -40,18 +40,18 @@ Easel::Easel() : m_board(ecore_evas_buffer_new(BOARD, BOARD)) {
     ecore_evas_show(m_board);
 }
 
-Easel::~Easel() {
+GlyphMeter::~GlyphMeter() {
     ecore_evas_free(m_board);
 }
 
-Frame Easel::drawn(const std::string& font, const std::string& text) {
+Frame GlyphMeter::drawn(const std::string& font, const std::string& text) {
     evas_object_text_font_set(m_text, font.c_str(), LETTER);
     evas_object_text_text_set(m_text, text.c_str());
     ecore_evas_manual_render(m_board);
     return {BOARD, BOARD, ecore_evas_buffer_pixels_get(m_board)};
 }
 
-double Easel::capitalHeight(const std::string& font) {
+double GlyphMeter::capitalHeight(const std::string& font) {
     const auto known = m_capitals.find(font);
     if (known != m_capitals.end()) {
         return known->second;
@@ -61,7 +61,7 @@ double Easel::capitalHeight(const std::string& font) {
     return m_capitals[font] = static_cast<double>(ink.height()) / LETTER;
 }
 
-bool Easel::draws(const std::string& font, Eina_Unicode before, Eina_Unicode letter) {
+bool GlyphMeter::draws(const std::string& font, Eina_Unicode before, Eina_Unicode letter) {
     const std::string base = g_unichar_ismark(letter) != FALSE ? encoded(before) : "";
     const std::string letters = base + encoded(letter);
     const auto known = m_letters.find({font, letters});
@@ -76,7 +76,7 @@ bool Easel::draws(const std::string& font, Eina_Unicode before, Eina_Unicode let
     return m_letters[{font, letters}] = !looksMissing;
 }
 
-int Easel::widthOf(const std::string& font, const std::string& text) {
+int GlyphMeter::widthOf(const std::string& font, const std::string& text) {
     evas_object_text_font_set(m_text, font.c_str(), MEASURE);
     evas_object_text_text_set(m_text, text.c_str());
     int width = 0;
