@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "common/Logger.h"
+#include "common/Utils.h"
 #include "common/ZoltConfig.h"
 #include "gui/EventHandler.h"
 #include "gui/Modes.h"
@@ -32,23 +33,26 @@ std::string spokenPin(const std::string& pin) {
 
 void appendLabel(Evas_Object* layout, const char* text, const char* style) {
     Evas_Object* label = Screen::createLabel(layout, text, style);
+    followLanguage(label);
     elm_layout_box_append(layout, "pinCodeVal", label);
     evas_object_show(label);
 }
 
+// PIN is shown as it was sent, also where a label would read it as markup.
 void fillPinBox(Evas_Object* layout, const std::string& pin) {
+    const std::string shown = Utils::htmlEncode(pin);
     constexpr char SEPARATOR[] = " :  ";
     if (modes::mirrored()) {
         // The mark keeps the label's own direction left to right.
         const std::string marked = std::string("&#x200e;") + translated(PIN_CODE_ID);
-        appendLabel(layout, pin.c_str(), VALUE_STYLE);
+        appendLabel(layout, shown.c_str(), VALUE_STYLE);
         appendLabel(layout, SEPARATOR, KEY_STYLE);
         appendLabel(layout, marked.c_str(), KEY_STYLE);
         return;
     }
     appendLabel(layout, PIN_CODE_ID, KEY_STYLE);
     appendLabel(layout, SEPARATOR, KEY_STYLE);
-    appendLabel(layout, pin.c_str(), VALUE_STYLE);
+    appendLabel(layout, shown.c_str(), VALUE_STYLE);
 }
 
 // The one button stands in the part for the enlarged mode in every mode: there is no other.

@@ -18,6 +18,7 @@ constexpr char SELECT_ID[] = "TV_SID_SELECT_M_MSG";
 
 Evas_Object* appendHeading(Evas_Object* layout, const char* text) {
     Evas_Object* label = Screen::createLabel(layout, text, "subHeadingStyle");
+    followLanguage(label);
     elm_layout_box_append(layout, "selectText", label);
     evas_object_show(label);
     return label;

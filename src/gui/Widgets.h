@@ -16,9 +16,28 @@ inline const char* translated(const char* id) {
     return dgettext(TEXT_DOMAIN, id);
 }
 
-// Sets ID on PART, null for the default one; the widget follows the language by itself.
+// Sets ID on PART, null for the default one; the widget follows the language by itself. An empty ID
+// is an empty text in every language: gettext answers it with the head of its catalogue, which a
+// change of language would show.
 inline void setTranslatable(Evas_Object* object, const char* part, const char* id) {
+    if (id != nullptr && id[0] == '\0') {
+        elm_object_domain_translatable_part_text_set(object, part, TEXT_DOMAIN, nullptr);
+        elm_object_part_text_set(object, part, id);
+        return;
+    }
     elm_object_domain_translatable_part_text_set(object, part, TEXT_DOMAIN, id);
+}
+
+// Lets LABEL, which a box of the theme holds, become narrower with its words when the language
+// changes: such a box makes what it holds larger, but never smaller again, unless it starts anew.
+inline void followLanguage(Evas_Object* label) {
+    evas_object_smart_callback_add(
+        label, "language,changed",
+        [](void* /*data*/, Evas_Object* object, void* /*info*/) {
+            evas_object_smart_calculate(object);  // how large the new words are
+            evas_object_resize(object, 0, 0);
+        },
+        nullptr);
 }
 
 // Lets the part that holds BUTTON decide its size. A television's toolkit forgets an application's

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // The screen with the PIN: what it shows, what is spoken, and both reading directions.
+#include <cstdlib>
 #include <stdexcept>
+#include <utility>
 
 #include "common/ZoltConfig.h"
 #include "gui/Controller.h"
@@ -102,6 +104,19 @@ TEST_F(PinDisplayingScreenTest, LeftToRightTheNameOfThePinComesFirst) {
         EXPECT_EQ((Strings{"PIN", " :  ", "12345678"}), textsOf(screen));
         EXPECT_EQ((Strings{"pinCodeKeyStyle", "pinCodeKeyStyle", "pinCodeValStyle"}),
                   stylesOf(screen));
+    }
+}
+
+TEST_F(PinDisplayingScreenTest, APinWithSignsOfMarkupIsShownAndSpokenAsItWasSent) {
+    translate({{"TV_SID_PIN_CODE", "PIN"}});
+    for (const auto& [orientation, place] : {std::pair(0, 2), std::pair(1, 0)}) {
+        platform().setOrientation(orientation);
+        const PinDisplayingScreen screen("12<b>&4;8", "", 1920, 1080);
+        char* const shown =
+            elm_entry_markup_to_utf8(textsOf(screen)[static_cast<std::size_t>(place)].c_str());
+        EXPECT_STREQ("12<b>&4;8", shown);
+        std::free(shown);
+        EXPECT_EQ("PIN, 1, 2, <, b, >, &, 4, ;", Controller::m_currentLabelText);
     }
 }
 

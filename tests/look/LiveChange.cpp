@@ -14,7 +14,8 @@ Snapshot::Snapshot(ScreenHarness& harness, const Scene& scene, const Vocabulary&
         m_texts.push_back({text.words, text.box});
     }
     for (const Control& spinner : inventory.spinners) {
-        m_spinners.push_back(spinner.box);
+        // Its circle may be larger than the widget.
+        m_spinners.push_back(spinner.box.grown(spinner.box.height()));
     }
     m_picture = harness.draw().copy();
 }

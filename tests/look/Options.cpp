@@ -263,6 +263,9 @@ std::vector<std::size_t> Options::chosenScenes() const {
 std::vector<Item> Options::liveChanges() const {
     std::vector<Item> all;
     for (const std::size_t scene : chosenScenes()) {
+        if (scenes()[scene].scrolled) {
+            continue;
+        }
         for (const Size& size : m_sizes) {
             for (const Look& look : m_looks) {
                 for (const auto& [from, to] : m_changes) {

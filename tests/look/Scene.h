@@ -26,6 +26,8 @@ struct Scene {
     bool waits = false;
     // Whether the scene has texts of ours that no other scene of this kind has.
     bool rich = true;
+    // Whether the after-steps scroll: a change of language keeps how far, so it is not compared.
+    bool scrolled = false;
     // Ids of texts that stay in the language in which the screen was made when it changes.
     std::vector<std::string> keeps = {};
     // The same of a screen that is written from the right.

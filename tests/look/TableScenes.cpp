@@ -125,6 +125,7 @@ void addTableScenes(std::vector<Scene>& all) {
                    {SHOP_CODE},
                    false,
                    false});
+    all.back().scrolled = true;
     all.push_back({"information-none", information({}), nullptr, {}, {}, false, false});
     all.push_back({"confirmation-2",
                    confirmation(twoRows(), true),
@@ -152,6 +153,7 @@ void addTableScenes(std::vector<Scene>& all) {
                    {SHOP_CODE},
                    false,
                    false});
+    all.back().scrolled = true;
     all.push_back({"information-odd",
                    information(oddRows()),
                    nullptr,
