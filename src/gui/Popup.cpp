@@ -18,12 +18,14 @@ Evas_Object* createBackground(Evas_Object* parent, int width, int height) {
     return background;
 }
 
-// The style is drawn for these two sizes; at any other the toolkit places the popup.
+// The toolkit places the popup at any other size. The theme draws the card in the middle of the
+// screen all the same, so it is told of the move.
 void placePopup(Evas_Object* popup, int width, int height) {
     if (width == 1920 && height == 1080) {
         evas_object_move(popup, 0, 0);
     } else if (width == 1280 && height == 720) {
         evas_object_move(popup, 334, 206);
+        elm_layout_signal_emit(popup, "popup,moved", "");
     }
 }
 
@@ -42,6 +44,7 @@ Popup::Popup(Evas_Object* parent, const char* style, int width, int height)
     elm_object_style_set(m_popup, style);
     placePopup(m_popup, width, height);
     followContrast(m_popup);
+    followEnlargement(m_popup);
     setTranslatable(m_popup, "title,text", "COM_SID_ZOLT_CONTENT");
     evas_object_event_callback_add(m_popup, EVAS_CALLBACK_KEY_UP, onKeyPress, this);
 }

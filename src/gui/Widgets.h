@@ -6,6 +6,8 @@
 
 #include <Elementary.h>
 
+#include "gui/Modes.h"
+
 namespace ZOLT::GUI {
 
 // Text domain of every translation id.
@@ -57,6 +59,13 @@ inline void followContrast(Evas_Object* widget) {
     if (evas_object_data_get(elm_object_top_widget_get(widget), HIGH_CONTRAST_KEY) != nullptr) {
         elm_layout_signal_emit(widget, "WIN_CONTRAST_1", "");
         elm_layout_signal_emit(widget, "WIN_CONTRAST_2", "");
+    }
+}
+
+// Tells WIDGET of enlarged mode, which changes more of it than its scale.
+inline void followEnlargement(Evas_Object* widget) {
+    if (modes::enlarged()) {
+        elm_layout_signal_emit(widget, "WIN_ENLARGED", "");
     }
 }
 

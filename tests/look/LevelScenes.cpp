@@ -2,64 +2,47 @@
 // Scenes of one level of the shop list and of its selection popup.
 #include <queue>
 
-#include "gui/EventHandler.h"
+#include "gui/FlowScreens.h"
 #include "gui/SelectionPopup.h"
-#include "gui/ShopListScreen.h"
 #include "look/SceneSources.h"
 
 namespace look {
 
 namespace {
 
-using ZOLT::GUI::EventHandler;
 using ZOLT::GUI::Popup;
 using ZOLT::GUI::Screen;
 using ZOLT::GUI::ShopListScreen;
 
-ShopListScreen* level(ScreenHarness& harness, std::string name, const Names& chosen) {
-    std::queue<std::string> values;
-    for (const std::string& value : chosen) {
-        values.push(value);
-    }
-    return new ShopListScreen(name, values, harness.mode().width, harness.mode().height, "");
+// A level that is called NAME. CHOSEN is what has been chosen on the levels before.
+MakeScreen level(const std::string& name, const Names& chosen, bool first) {
+    return [=](ScreenHarness& harness) -> Screen* {
+        std::string given = name;
+        std::queue<std::string> values;
+        for (const std::string& value : chosen) {
+            values.push(value);
+        }
+        return ZOLT::GUI::makeShopListScreen(given, values, harness.mode().width,
+                                             harness.mode().height, "", first)
+            .release();
+    };
 }
 
 MakeScreen firstLevel(const std::string& name) {
-    return [=](ScreenHarness& harness) -> Screen* {
-        ShopListScreen* screen = level(harness, name, {});
-        screen->addButton("singleBtn", "SID_NEXT", EventHandler::nextSelectionScreenRequested,
-                          nullptr, false, false);
-        return screen;
-    };
+    return level(name, {}, true);
 }
 
 MakeScreen laterLevel(const std::string& name, const Names& chosen) {
-    return [=](ScreenHarness& harness) -> Screen* {
-        ShopListScreen* screen = level(harness, name, chosen);
-        screen->addButton("prevBtn", "SID_PREVIOUS", EventHandler::prevSelectionScreenRequested,
-                          nullptr, true, false);
-        screen->addButton("nextBtn", "SID_NEXT", EventHandler::nextSelectionScreenRequested,
-                          nullptr, false, false);
-        return screen;
-    };
+    return level(name, chosen, false);
 }
 
-// What a confirmed pick does to the screen.
-std::function<void(ScreenHarness&)> pick(const std::string& shop, bool first, bool last) {
+// The confirmed choice of a shop.
+std::function<void(ScreenHarness&)> pick(const std::string& name, bool first, bool last) {
     return [=](ScreenHarness& harness) {
-        auto& screen = dynamic_cast<ShopListScreen&>(harness.screen());
-        screen.modifyButtonText("selectBtn", shop.c_str());
-        screen.removeButtons();
-        const char* const text = last ? "SID_REGISTER" : "SID_NEXT";
-        const Evas_Smart_Cb callback = last ? EventHandler::registrationConfirmationScreenRequested
-                                            : EventHandler::nextSelectionScreenRequested;
-        if (first) {
-            screen.addButton("singleBtn", text, callback, nullptr, true, true);
-            return;
-        }
-        screen.addButton("prevBtn", "SID_PREVIOUS", EventHandler::prevSelectionScreenRequested,
-                         nullptr, true, false);
-        screen.addButton("nextBtn", text, callback, nullptr, true, true);
+        ZOLT::Shop shop;
+        shop.name = name;
+        shop.hasSubs = !last;
+        ZOLT::GUI::showChoice(dynamic_cast<ShopListScreen&>(harness.screen()), shop, first);
     };
 }
 

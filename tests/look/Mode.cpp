@@ -2,6 +2,7 @@
 // The settings of a set under which a screen is drawn.
 #include "look/Mode.h"
 
+#include <algorithm>
 #include <clocale>
 #include <cstdlib>
 #include <stdexcept>
@@ -17,6 +18,7 @@ namespace look {
 
 namespace {
 
+constexpr double DESIGN_WIDTH = 1920.0;
 constexpr double DESIGN_HEIGHT = 1080.0;
 
 bool writtenFromRight(const std::string& language) {
@@ -31,7 +33,7 @@ bool writtenFromRight(const std::string& language) {
 }  // namespace
 
 double Mode::scale() const {
-    return height / DESIGN_HEIGHT;
+    return std::min(width / DESIGN_WIDTH, height / DESIGN_HEIGHT);
 }
 
 bool Mode::mirrored() const {

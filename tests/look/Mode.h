@@ -17,9 +17,9 @@ struct Mode {
     bool contrast = false;
     bool enlarged = false;
 
-    // The toolkit's scale on a screen of this height.
+    // The toolkit's scale on a screen of this size.
     double scale() const;
-    // Pixels of a screen of 1080 lines as pixels of this one, not cut to whole ones.
+    // Pixels of a 1920x1080 screen as pixels of this one, not cut to whole ones.
     double pixels(double at1080) const { return at1080 * scale(); }
     bool mirrored() const;
     // Such as "1920x1080-ar-rtl-contrast-enlarged"; fit for a file's name.

@@ -82,9 +82,10 @@ std::string Options::usage() {
            "  --live WHICH           change the language while a screen is shown and compare it "
            "with\n"
            "                         one made in the new language: pairs (each two of eight\n"
-           "                         languages) or ring (from each of the eight to the next)\n"
+           "                         languages) or ring (from each of the eight to the next);\n"
+           "                         in the first of the sizes and modes\n"
            "  --share N/M            of M shares of the work, the Nth\n"
-           "  --all                  everything: both sizes, all modes and languages\n"
+           "  --all                  everything: both sizes, all modes and languages, live changes\n"
            "  --sample               all modes in English and Arabic\n"
            "  --pictures DIR         keep every picture, whole and small\n"
            "  --defect WHAT          break the screens on purpose: arrows, spinner\n"
@@ -104,6 +105,8 @@ Options::Options(int argc, char** argv) {
             set("--sizes", "1280x720,1920x1080");
             set("--languages", "all,made-up");
             set("--modes", "all");
+            set("--live", "pairs");
+            m_liveOnly = false;
         } else if (option == "--sample") {
             set("--languages", "en,ar");
             set("--modes", "all");
@@ -149,7 +152,11 @@ void Options::set(const std::string& option, const std::string& value) {
          [](Options& all, const std::string& name) {
              all.states = named<bool>({{"all", true}, {"opening", false}}, name);
          }},
-        {"--live", [](Options& all, const std::string& which) { all.setLive(which); }},
+        {"--live",
+         [](Options& all, const std::string& which) {
+             all.setLive(which);
+             all.m_liveOnly = true;
+         }},
         {"--share", [](Options& all, const std::string& share) { all.setShare(share); }}};
     const auto found = setters.find(option);
     if (found == setters.end()) {
@@ -266,15 +273,12 @@ std::vector<Item> Options::liveChanges() const {
         if (scenes()[scene].scrolled) {
             continue;
         }
-        for (const Size& size : m_sizes) {
-            for (const Look& look : m_looks) {
-                for (const auto& [from, to] : m_changes) {
-                    all.push_back({scene,
-                                   {size.width, size.height, to, Direction::OF_LANGUAGE,
-                                    look.contrast, look.enlarged},
-                                   from});
-                }
-            }
+        for (const auto& [from, to] : m_changes) {
+            all.push_back({scene,
+                           {m_sizes.front().width, m_sizes.front().height, to,
+                            Direction::OF_LANGUAGE, m_looks.front().contrast,
+                            m_looks.front().enlarged},
+                           from});
         }
     }
     return all;
@@ -282,7 +286,7 @@ std::vector<Item> Options::liveChanges() const {
 
 std::vector<Item> Options::items(const std::vector<std::string>& shipped) const {
     std::vector<Item> all = liveChanges();
-    if (!all.empty()) {
+    if (m_liveOnly) {
         return shareOf(all, m_part, m_parts);
     }
     for (const std::string& language : languagesOf(shipped)) {

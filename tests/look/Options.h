@@ -65,6 +65,7 @@ struct Options {
     std::vector<Look> m_looks = {{false, false}};
     std::vector<std::string> m_scenes = {"all"};
     std::vector<std::pair<std::string, std::string>> m_changes;  // live, from and to a language
+    bool m_liveOnly = false;
     std::size_t m_part = 1;
     std::size_t m_parts = 1;
 };

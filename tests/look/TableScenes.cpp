@@ -3,8 +3,7 @@
 #include <memory>
 
 #include "common/ShopListParser.h"
-#include "gui/EventHandler.h"
-#include "gui/RegistrationInfoScreen.h"
+#include "gui/FlowScreens.h"
 #include "look/SceneSources.h"
 
 namespace look {
@@ -13,7 +12,6 @@ namespace {
 
 using ZOLT::Shop;
 using ZOLT::ShopList;
-using ZOLT::GUI::EventHandler;
 using ZOLT::GUI::Screen;
 
 Rows manyRows(std::size_t count) {
@@ -34,28 +32,33 @@ Rows oddRows() {
     return rows;
 }
 
-ZOLT::GUI::RegistrationInfoScreen* table(ScreenHarness& harness, const Rows& rows) {
-    std::vector<ShopList> records;
-    std::vector<std::unique_ptr<Shop>> shops;
-    for (const auto& [levelName, shopName] : rows) {
-        shops.push_back(std::make_unique<Shop>());
-        shops.back()->name = shopName;
-        shops.back()->code = SHOP_CODE;
-        ShopList record;
-        record.name = levelName;
-        record.shops = {shops.back().get()};
-        records.push_back(record);
+// The levels of a registration, with shops of their own.
+class Levels {
+  public:
+    explicit Levels(const Rows& rows) {
+        for (const auto& [levelName, shopName] : rows) {
+            m_shops.push_back(std::make_unique<Shop>());
+            m_shops.back()->name = shopName;
+            m_shops.back()->code = SHOP_CODE;
+            ShopList list;
+            list.name = levelName;
+            list.shops = {m_shops.back().get()};
+            m_lists.push_back(list);
+        }
     }
-    return new ZOLT::GUI::RegistrationInfoScreen(records, harness.mode().width,
-                                                 harness.mode().height);
-}
+    std::vector<ShopList>& lists() { return m_lists; }
+
+  private:
+    std::vector<std::unique_ptr<Shop>> m_shops;
+    std::vector<ShopList> m_lists;
+};
 
 MakeScreen information(const Rows& rows) {
     return [=](ScreenHarness& harness) -> Screen* {
-        auto* screen = table(harness, rows);
-        screen->addButton("singleBtn", "SID_OK", EventHandler::goBackRequested, nullptr, true,
-                          true);
-        return screen;
+        Levels levels(rows);
+        return ZOLT::GUI::makeInformationScreen(levels.lists(), harness.mode().width,
+                                                harness.mode().height)
+            .release();
     };
 }
 
@@ -90,17 +93,10 @@ Names namesOf(const Rows& rows) {
 
 MakeScreen confirmation(const Rows& rows, bool fromShopList) {
     return [=](ScreenHarness& harness) -> Screen* {
-        auto* screen = table(harness, rows);
-        if (fromShopList) {
-            screen->addButton("prevBtn", "SID_PREVIOUS", EventHandler::prevSelectionScreenRequested,
-                              nullptr, true, false);
-            screen->addButton("regBtn", "SID_REGISTER", EventHandler::shopRegistrationRequested,
-                              nullptr, true, true);
-        } else {
-            screen->addButton("singleBtn", "SID_REGISTER", EventHandler::shopRegistrationRequested,
-                              nullptr, true, true);
-        }
-        return screen;
+        Levels levels(rows);
+        return ZOLT::GUI::makeConfirmationScreen(levels.lists(), harness.mode().width,
+                                                 harness.mode().height, fromShopList)
+            .release();
     };
 }
 

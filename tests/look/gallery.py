@@ -8,6 +8,8 @@ import shutil
 import subprocess
 import sys
 
+import shares
+
 SIZE = "1920x1080"
 # Each row of a screen: its heading, the language, and the modes with what follows in a picture's name.
 MODES = [("ordinary", ""), ("high contrast", "-contrast"), ("enlarged", "-enlarged"),
@@ -49,15 +51,12 @@ figcaption {{ font-size: .85rem; color: #a9b6c8; padding-top: .2rem; }}
 def draw(arguments, folder):
     """Keeps the pictures of all rows. What the checker finds is told and does not stop the gallery."""
     for _, language, _, modes in ROWS:
-        wanted = "all" if len(modes) > 1 else "ordinary"
-        result = subprocess.run(
+        chosen = "all" if len(modes) > 1 else "ordinary"
+        report = shares.run(
             [arguments.look_check, "--theme-folder", arguments.theme_folder, "--catalogues",
-             arguments.catalogues, "--sizes", SIZE, "--languages", language, "--modes", wanted,
-             "--scenes", arguments.scenes, "--states", "opening", "--pictures", folder],
-            capture_output=True, text=True, check=False)
-        if result.returncode not in (0, 1):
-            sys.exit(result.stderr)
-        print(f"{language}: {result.stdout.strip().splitlines()[-1]}")
+             arguments.catalogues, "--sizes", SIZE, "--languages", language, "--modes", chosen,
+             "--scenes", arguments.scenes, "--states", "opening", "--pictures", folder], arguments.jobs)
+        print(f"{language}: {shares.summary(report).splitlines()[-1]}")
 
 
 def figure(folder, name, caption):
@@ -86,7 +85,8 @@ def changes(arguments, folder):
     told = subprocess.run(
         [sys.executable, "-B", goldens, "--look-check", arguments.look_check, "--theme-folder",
          arguments.theme_folder, "--catalogues", arguments.catalogues, "--out", folder,
-         *(["--accept"] if arguments.accept else [])], capture_output=True, text=True, check=False)
+         "--jobs", str(arguments.jobs), *(["--accept"] if arguments.accept else []),
+         *([] if arguments.scenes == "all" else ["--scenes", arguments.scenes])], capture_output=True, text=True, check=False)
     if told.returncode not in (0, 1):
         sys.exit(told.stderr)
     print(told.stdout, end="")
@@ -109,6 +109,7 @@ def main():
     parser.add_argument("--out", required=True)
     parser.add_argument("--scenes", default="all", help="only these, with commas between them")
     parser.add_argument("--accept", action="store_true", help="agree to the screens as they are now")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count(), help="processes at a time")
     arguments = parser.parse_args()
     pictures = os.path.join(arguments.out, "pictures")
     shutil.rmtree(pictures, ignore_errors=True)

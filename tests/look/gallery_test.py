@@ -18,7 +18,7 @@ class Gallery(unittest.TestCase):
         with tempfile.TemporaryDirectory() as out:
             subprocess.run([sys.executable, "-B", os.path.join(HERE, "gallery.py"), "--look-check",
                             options.look_check, "--theme-folder", options.theme_folder, "--catalogues",
-                            options.catalogues, "--out", out, "--scenes", "unregistered,selection"],
+                            options.catalogues, "--out", out, "--scenes", "unregistered,selection", "--jobs", "1"],
                            check=True, stdout=subprocess.DEVNULL)
             with open(os.path.join(out, "index.html"), encoding="utf-8") as file:
                 page = file.read()

@@ -41,10 +41,10 @@ def convert(*words):
 
 
 def draw(options, folder):
-    """The pictures of all scenes in all sizes, in FOLDER."""
+    """The pictures of the scenes in the sizes, in FOLDER."""
     drawn = subprocess.run(
         [options.look_check, "--theme-folder", options.theme_folder, "--catalogues", options.catalogues,
-         "--scenes", ",".join(SCENES), "--states", "opening", "--sizes", ",".join(SIZES),
+         "--scenes", ",".join(options.scenes), "--states", "opening", "--sizes", ",".join(options.sizes),
          "--pictures", folder], capture_output=True, text=True, check=False)
     # Status 1: a check failed. That is another test's business.
     if drawn.returncode not in (0, 1):
@@ -109,16 +109,22 @@ def main():
     for name in ("look-check", "theme-folder", "catalogues", "out"):
         parser.add_argument("--" + name, required=True)
     parser.add_argument("--accept", action="store_true")
+    parser.add_argument("--sizes", type=lambda text: text.split(","), default=SIZES)
+    parser.add_argument("--scenes", default=SCENES, help="with commas between them; those without an agreed picture are left out",
+                        type=lambda text: [scene for scene in text.split(",") if scene in SCENES])
+    parser.add_argument("--jobs", type=int, default=1, help="pictures compared at a time")
     options = parser.parse_args()
+    if options.accept and (set(options.sizes) != set(SIZES) or set(options.scenes) != set(SCENES)):
+        parser.error("--accept takes all pictures")
     with tempfile.TemporaryDirectory() as folder:
         draw(options, folder)
         if options.accept:
             accept(folder)
         shutil.rmtree(options.out, ignore_errors=True)
         os.makedirs(options.out)
-        with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+        with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
             found = pool.map(lambda at: compare(folder, *at, options.out),
-                             [(scene, size) for size in SIZES for scene in SCENES])
+                             [(scene, size) for size in options.sizes for scene in options.scenes])
             told = [sentence for sentence in found if sentence]
     kept = {os.path.join(size, name) for size in SIZES
             for name in (os.listdir(os.path.join(HERE, size)) if os.path.isdir(os.path.join(HERE, size)) else [])}
@@ -126,7 +132,7 @@ def main():
              sorted(kept - {os.path.join(size, f"{scene}.png") for size in SIZES for scene in SCENES})]
     for sentence in told:
         print(sentence)
-    print(f"{len(SIZES) * len(SCENES)} pictures, {len(told)} differ")
+    print(f"{len(options.sizes) * len(options.scenes)} pictures, {len(told)} differ")
     return 1 if told else 0
 
 

@@ -85,7 +85,7 @@ def run(mutant, arguments):
         report = os.path.join(folder, "report.json")
         result = subprocess.run(
             [arguments.look_check, "--theme-folder", broken_theme(mutant, arguments, folder),
-             "--catalogues", broken_catalogues(mutant, arguments, folder), "--jobs", "1",
+             "--catalogues", broken_catalogues(mutant, arguments, folder), "--sizes", "1280x720",
              "--report", report, *shlex.split(mutant["options"])],
             capture_output=True, text=True, check=False)
         if not os.path.exists(report):
