@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Compiled message catalogues, read as they are and made up on purpose.
+// Reads compiled message catalogues and writes made-up ones.
 #include "look/Catalogue.h"
 
 #include <algorithm>
@@ -150,7 +150,7 @@ void Catalogue::makeUp(const std::string& folder, const std::string& catalogues,
     const Messages english = read(catalogues, "en");
     Messages longer = english;
     for (auto& [id, text] : longer) {
-        // What is never seen need not grow.
+        // Never shown.
         text = id == "ZOLT_CONTENT_SPACER" ? text : grown(text);
     }
     Messages missing = english;
@@ -166,7 +166,7 @@ std::string Catalogue::grown(const std::string& text) {
                                        " ", "v", "î", "š", "ţ", "å", " ", "ñ", "û"};
     const double letters = static_cast<double>(lettersOf(replaced(text, LINE_BREAK, " ")));
     const double growth = letters <= 10 ? 3.0 : letters <= 30 ? 1.8 : 1.4;
-    const auto wanted = static_cast<std::size_t>(std::ceil(letters * growth));
+    const auto length = static_cast<std::size_t>(std::ceil(letters * growth));
     std::string result = "[";
     for (std::size_t start = 0; start <= text.size();) {
         const auto end = std::min(text.find(LINE_BREAK, start), text.size());
@@ -176,7 +176,7 @@ std::string Catalogue::grown(const std::string& text) {
         }
         start = end + std::strlen(LINE_BREAK);
     }
-    for (std::size_t sign = 0; lettersOf(replaced(result, LINE_BREAK, " ")) + 1 < wanted; ++sign) {
+    for (std::size_t sign = 0; lettersOf(replaced(result, LINE_BREAK, " ")) + 1 < length; ++sign) {
         result += MORE[sign % std::size(MORE)];
     }
     return result + "]";

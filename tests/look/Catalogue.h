@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Compiled message catalogues, read as they are and made up on purpose.
+// Reads compiled message catalogues and writes made-up ones.
 #pragma once
 
 #include <map>
@@ -19,14 +19,14 @@ class Catalogue {
 
     // The languages that FOLDER has a catalogue of, in order.
     static std::vector<std::string> languagesIn(const std::string& folder);
-    // Throws std::runtime_error when there is none or it is spoilt.
+    // Throws std::runtime_error when there is none or it is damaged.
     static Messages read(const std::string& folder, const std::string& language);
 
     // The languages that makeUp makes.
     static const std::vector<std::string>& madeUp();
-    // The one of them in which two texts are gone.
+    // The made-up language that lacks two texts.
     static const char* lacking() { return "missing"; }
-    // Writes into FOLDER the languages that no one speaks: "longest" has the widest translation of
+    // Writes the made-up languages into FOLDER: "longest" has the widest translation of
     // all in CATALOGUES, "grown" is English as long as it may become elsewhere, and of "missing"
     // two texts are gone. The fonts to measure with are those of GLYPHS.
     static void makeUp(const std::string& folder, const std::string& catalogues,

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Holds one picture of a screen against the bars.
+// Checks one picture of a screen: fit, words, sizes and order of its texts.
 #include "look/Checker.h"
 
 #include <cstdio>
@@ -92,8 +92,8 @@ void Checker::checkWords(const Text& text) {
     if (text.kind == Kind::NAME) {
         return;
     }
-    // A text that a catalogue lacks is its id, which only the catalogue can mend: what becomes of
-    // the screen then is told.
+    // Where a catalogue lacks a text its id is shown. In the language that lacks two on purpose
+    // that is only noted.
     const bool hasId = std::regex_search(text.words, id);
     if (m_harness.mode().language == Catalogue::lacking()) {
         m_report.note(described(text) + (hasId ? ": an id, " : ": a text, ") + wordOf(text.fit));
@@ -122,7 +122,7 @@ void Checker::checkSize(const Text& text) {
                          : text.kind == Kind::PUNCTUATION ? 24.0
                                                           : 30.0;
     check("size", at1080 >= least * factor - 0.2,
-          described(text) + ": " + number(at1080) + " px at 1080 lines, wanted " +
+          described(text) + ": " + number(at1080) + " px at 1080 lines, expected " +
               number(least * factor));
     if (m_ordinary == nullptr) {
         return;
@@ -135,9 +135,9 @@ void Checker::checkSize(const Text& text) {
     }
     if (isRead(text)) {
         const double capital = at1080 * m_glyphs.capitalHeight(text.font);
-        check(
-            "size", capital >= 38.0 - 0.2,
-            described(text) + ": capitals of " + number(capital) + " px at 1080 lines, wanted 38");
+        check("size", capital >= 38.0 - 0.2,
+              described(text) + ": capitals of " + number(capital) +
+                  " px at 1080 lines, expected 38");
     }
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Holds one picture of a screen against the bars.
+// Checks one picture of a screen: fit, words, sizes and order of its texts.
 #pragma once
 
 #include <functional>
@@ -22,7 +22,7 @@ Sizes sizesOf(const Inventory& inventory);
 
 class Checker {
   public:
-    // ORDINARY is what an enlarged screen is measured by, and null for one that is not enlarged.
+    // ORDINARY are the sizes in the ordinary mode; null unless the screen is enlarged.
     Checker(ScreenHarness& harness, GlyphMeter& glyphs, Report& report, const Sizes* ordinary);
 
     // Looks at the screen as it stands now. PICTURE is what it shows.
@@ -59,7 +59,7 @@ class Checker {
     ScreenHarness& m_harness;
     GlyphMeter& m_glyphs;
     Report& m_report;
-    std::set<const Evas_Object*> m_outOfReach;  // what looked so in an earlier state
+    std::set<const Evas_Object*> m_outOfReach;  // what looked out of reach in an earlier state
     const Sizes* m_ordinary;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The clock of the toolkit, which goes on only when it is told to: a picture then never depends on
-// how fast the machine is.
+// The clock of the toolkit, which moves only when it is set: pictures do not depend on the speed of
+// the machine.
 #include "look/Clock.h"
 
 #include <Ecore.h>
@@ -29,7 +29,7 @@ double Clock::now() {
 
 }  // namespace look
 
-// Takes the place of the toolkit's own: its libraries find this one first.
+// Replaces the toolkit's function: its libraries resolve the symbol to this one.
 extern "C" double ecore_time_get() {
     return look::Clock::now();
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The clock of the toolkit, which goes on only when it is told to: a picture then never depends on
-// how fast the machine is.
+// The clock of the toolkit, which moves only when it is set: pictures do not depend on the speed of
+// the machine.
 #pragma once
 
 namespace look {
@@ -9,9 +9,9 @@ class Clock {
   public:
     Clock() = delete;
 
-    // Lets SECONDS go by for timers, and one frame of every animation with them. Turns no loop.
+    // Moves the clock by SECONDS and every animation by one frame. Does not run the main loop.
     static void pass(double seconds);
-    // Seconds since some moment.
+    // Seconds since an arbitrary start.
     static double now();
 };
 

@@ -20,7 +20,7 @@ std::string hex(Pixel pixel) {
     return text;
 }
 
-// Makes an object invisible for as long as this lives, in a way that its owner does not notice.
+// Makes an object invisible during its lifetime. The owner of the object does not notice.
 class LeftOut {
   public:
     explicit LeftOut(Evas_Object* object) { leaveOut(object); }
@@ -39,7 +39,7 @@ class LeftOut {
         int red, green, blue, alpha;
     };
 
-    // Only what is drawn itself: a group would hand its colour on to its parts for good.
+    // Only primitives: a group would give its colour to its parts for good.
     void leaveOut(Evas_Object* object) {
         const std::string type = evas_object_type_get(object);
         if (type == "image" || type == "text" || type == "textblock" || type == "rectangle" ||
@@ -53,7 +53,7 @@ class LeftOut {
         Eina_List* members = evas_object_smart_members_get(object);
         void* member = nullptr;
         EINA_LIST_FREE(members, member) {
-            // A rectangle inside is a clipper of others more often than a drawing.
+            // A rectangle in a group is mostly a clipper.
             auto* part = static_cast<Evas_Object*>(member);
             if (std::string(evas_object_type_get(part)) != "rectangle") {
                 leaveOut(part);
@@ -116,7 +116,7 @@ class Colours {
 
 }  // namespace
 
-// High contrast is a look of its own, which the screen answers with as a whole.
+// The whole screen changes its colours in high contrast.
 void Checker::checkContrastMode(const Frame& picture) {
     if (!m_harness.mode().contrast) {
         return;
@@ -172,8 +172,8 @@ void Checker::findInk(Inventory& inventory, const Frame& picture) {
     m_harness.draw();
 }
 
-// All that stand clear of one another are left out at once, since to draw takes longer than to
-// look; the others one by one.
+// Things that do not overlap are left out together, since drawing is the slow part; the others one
+// by one.
 void Checker::leaveOut(const std::vector<Drawn>& things, const Frame& picture,
                        const std::function<void(std::size_t, const Frame&)>& look) {
     const int margin = static_cast<int>(std::lround(pixels(4)));
@@ -244,7 +244,7 @@ void Checker::checkContrast(const std::string& name, const std::string& what, co
     const double contrast = contrastOf(colour, worst);
     check(name, contrast >= least - CONTRAST_TOLERANCE,
           what + ": " + hex(colour) + " on " + hex(worst) + " is " + number(contrast) +
-              ":1, wanted " + number(least));
+              ":1, expected " + number(least));
 }
 
 }  // namespace look

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Goes with the arrows to everything on a screen that can take the focus, and looks at each picture
-// on the way.
+// Moves the focus with the arrow keys to everything on a screen that can take it, and checks the
+// picture of each state.
 #include "look/FocusWalk.h"
 
 #include <algorithm>
@@ -74,8 +74,8 @@ void FocusWalk::go() {
     }
 }
 
-// The widgets that take the focus when it is given to them; the toolkit's own answer counts in what
-// never takes it.
+// The widgets that take the focus when it is given to them. The toolkit's own list also has some
+// that never take it.
 std::vector<Evas_Object*> FocusWalk::focusable() {
     Evas_Object* const before = m_harness.focused();
     const Inventory inventory(m_harness, m_scene, m_vocabulary);
@@ -119,14 +119,14 @@ void FocusWalk::arrive(Evas_Object* widget, const std::string& more) {
     m_report.enterState(name);
     Inventory inventory(m_harness, m_scene, m_vocabulary);
     const Frame picture = m_harness.draw().copy();
-    const std::size_t wanted = m_anyFocusable ? 1 : 0;
+    const std::size_t expected = m_anyFocusable ? 1 : 0;
     std::string rings;
     for (const Ring& ring : inventory.rings) {
         rings += " " + ring.box.words();
     }
-    m_report.check("focus", inventory.rings.size() == wanted,
-                   std::to_string(inventory.rings.size()) + " rings, wanted " +
-                       std::to_string(wanted) + ":" + rings);
+    m_report.check("focus", inventory.rings.size() == expected,
+                   std::to_string(inventory.rings.size()) + " rings, expected " +
+                       std::to_string(expected) + ":" + rings);
     const Box ring = inventory.rings.empty() ? Box() : inventory.rings.front().box;
     const Control* control = widget != nullptr ? inventory.controlOf(widget) : nullptr;
     if (!ring.empty()) {
@@ -233,7 +233,7 @@ void FocusWalk::checkRings() {
     }
 }
 
-// Of a widget that never loses the focus, what it looks like without it is asked of the theme.
+// The only widget of a screen never loses the focus, so the theme is asked to draw it without.
 void FocusWalk::checkOnlyRing(Evas_Object* widget) {
     if (m_harness.focused() != widget) {
         m_harness.focus(widget);
@@ -250,18 +250,18 @@ void FocusWalk::checkOnlyRing(Evas_Object* widget) {
 void FocusWalk::checkRing(const std::string& name, const Frame& with, const Frame& without,
                           const Box& ring) {
     if (ring.empty()) {
-        return;  // told already
+        return;  // reported already
     }
     m_report.enterState(name);
     const int line = static_cast<int>(std::lround(m_harness.mode().pixels(2)));
-    const int wanted = 2 * line * (ring.width() + ring.height() - 4 * line);
+    const int least = 2 * line * (ring.width() + ring.height() - 4 * line);
     // The ring itself, and not the face inside it, which may change as well.
     const Box inside = ring.grown(-static_cast<int>(std::lround(m_harness.mode().pixels(8))));
     const int changed = with.changedPixels(without, ring.grown(line), RING_CONTRAST) -
                         with.changedPixels(without, inside, RING_CONTRAST);
-    m_report.check("focus", changed >= wanted,
+    m_report.check("focus", changed >= least,
                    "the focus at " + ring.words() + " changes " + std::to_string(changed) +
-                       " pixels clearly, wanted " + std::to_string(wanted));
+                       " pixels clearly, expected " + std::to_string(least));
 }
 
 void FocusWalk::visitRows(Evas_Object* list) {
@@ -272,7 +272,7 @@ void FocusWalk::visitRows(Evas_Object* list) {
     Frame first;
     Frame second;
     Box ring;
-    // The first and the second are seen without any scrolling between them.
+    // The list does not scroll between the first row and the second.
     std::set<unsigned> rows = {0, std::min(1U, count - 1), count / 2, count - 1};
     for (const unsigned row : rows) {
         m_harness.focus(list);

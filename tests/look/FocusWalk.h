@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Goes with the arrows to everything on a screen that can take the focus, and looks at each picture
-// on the way.
+// Moves the focus with the arrow keys to everything on a screen that can take it, and checks the
+// picture of each state.
 #pragma once
 
 #include <functional>
@@ -20,7 +20,7 @@ class FocusWalk {
     // Where an arrow leads from a widget, both by name.
     using Ways = std::map<std::pair<std::string, std::string>, std::string>;
 
-    // CHECKER, if given, looks at every picture, and KEEP, if given, gets it.
+    // CHECKER and KEEP may be null; each gets every picture.
     FocusWalk(ScreenHarness& harness, const Scene& scene, const Vocabulary& vocabulary,
               Checker* checker, Report& report, Keep keep);
 

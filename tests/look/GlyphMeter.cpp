@@ -11,7 +11,7 @@ namespace look {
 
 namespace {
 
-constexpr int BOARD = 128;                  // pixels on each side
+constexpr int CANVAS_SIZE = 128;            // pixels on each side
 constexpr int LETTER = 64;                  // size of a letter to be recognised
 constexpr int MEASURE = 40;                 // size of a text to be measured
 constexpr Eina_Unicode NO_LETTER = 0xFFFF;  // never a letter, in any font
@@ -26,29 +26,29 @@ std::string encoded(Eina_Unicode letter) {
 
 }  // namespace
 
-GlyphMeter::GlyphMeter() : m_board(ecore_evas_buffer_new(BOARD, BOARD)) {
-    ecore_evas_manual_render_set(m_board, EINA_TRUE);
-    Evas* canvas = ecore_evas_get(m_board);
-    m_paper = evas_object_rectangle_add(canvas);
-    evas_object_color_set(m_paper, 0, 0, 0, 255);
-    evas_object_resize(m_paper, BOARD, BOARD);
-    evas_object_show(m_paper);
+GlyphMeter::GlyphMeter() : m_canvas(ecore_evas_buffer_new(CANVAS_SIZE, CANVAS_SIZE)) {
+    ecore_evas_manual_render_set(m_canvas, EINA_TRUE);
+    Evas* canvas = ecore_evas_get(m_canvas);
+    m_background = evas_object_rectangle_add(canvas);
+    evas_object_color_set(m_background, 0, 0, 0, 255);
+    evas_object_resize(m_background, CANVAS_SIZE, CANVAS_SIZE);
+    evas_object_show(m_background);
     m_text = evas_object_text_add(canvas);
     evas_object_color_set(m_text, 255, 255, 255, 255);
     evas_object_move(m_text, 8, 0);
     evas_object_show(m_text);
-    ecore_evas_show(m_board);
+    ecore_evas_show(m_canvas);
 }
 
 GlyphMeter::~GlyphMeter() {
-    ecore_evas_free(m_board);
+    ecore_evas_free(m_canvas);
 }
 
 Frame GlyphMeter::drawn(const std::string& font, const std::string& text) {
     evas_object_text_font_set(m_text, font.c_str(), LETTER);
     evas_object_text_text_set(m_text, text.c_str());
-    ecore_evas_manual_render(m_board);
-    return {BOARD, BOARD, ecore_evas_buffer_pixels_get(m_board)};
+    ecore_evas_manual_render(m_canvas);
+    return {CANVAS_SIZE, CANVAS_SIZE, ecore_evas_buffer_pixels_get(m_canvas)};
 }
 
 double GlyphMeter::capitalHeight(const std::string& font) {

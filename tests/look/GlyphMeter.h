@@ -32,9 +32,9 @@ class GlyphMeter {
   private:
     Frame drawn(const std::string& font, const std::string& text);
 
-    Ecore_Evas* m_board;   // deleted by the destructor
-    Evas_Object* m_text;   // deleted with the board
-    Evas_Object* m_paper;  // deleted with the board
+    Ecore_Evas* m_canvas;       // deleted by the destructor
+    Evas_Object* m_text;        // deleted with the board
+    Evas_Object* m_background;  // deleted with the board
     std::map<std::string, double> m_capitals;
     std::map<std::pair<std::string, std::string>, bool> m_letters;  // by font and letters
 };

@@ -35,9 +35,9 @@ std::string groupOf(const Evas_Object* edje) {
     return group != nullptr ? group : "";
 }
 
-// Whether WIDGET takes the focus and with it OK. The toolkit counts the icon in a button as one
-// that could take it, so a button is asked for its look, too; a look that lies is told when the
-// focus comes.
+// Whether WIDGET takes the focus and so can be pressed. The toolkit counts the icon in a button as
+// focusable, so the look of the button counts as well. Checker reports a look that is wrong once
+// the focus gets there.
 bool canBePressed(const Evas_Object* widget) {
     const char* const face =
         edje_object_part_state_get(elm_layout_edje_get(widget), "face", nullptr);
@@ -75,7 +75,7 @@ Role roleOf(const Text& text) {
     return Role::BODY;
 }
 
-// What the theme itself draws to be understood: the arrow of the drop-down, the tick of a picked
+// Drawings of the theme that mean something: the arrow of the drop-down, the tick of a picked
 // row and of a chosen value, the drawing of a screen, where a list stands, and the arc that turns.
 constexpr const char* DRAWINGS[] = {
     "arrow",       "mark",           "shop1.mark",      "shopname.mark", "hero.lines",
@@ -94,7 +94,7 @@ bool isArrow(const Evas_Object* icon) {
     return false;
 }
 
-// Whether nothing that OBJECT is clipped to is out of sight, and it has a size of its own.
+// Whether all clippers of OBJECT are visible and it is not empty.
 bool isLit(const Evas_Object* object) {
     for (const Evas_Object* clip = evas_object_clip_get(object); clip != nullptr;
          clip = evas_object_clip_get(clip)) {
@@ -120,7 +120,7 @@ class Walk {
     }
 
   private:
-    void visit(Evas_Object* object, Path path, bool wanted) {
+    void visit(Evas_Object* object, Path path, bool listed) {
         if (!evas_object_visible_get(object)) {
             return;
         }
@@ -128,20 +128,20 @@ class Walk {
         if (clip.empty()) {
             return;
         }
-        wanted = wanted || object == m_popup;
+        listed = listed || object == m_popup;
         const std::string type = typeOf(object);
-        if (wanted) {
+        if (listed) {
             noteWidget(object, type, clip, path);
         }
         if (type == "edje") {
-            noteGroup(object, clip, path, wanted);
-        } else if (wanted && (type == "text" || type == "textblock")) {
+            noteGroup(object, clip, path, listed);
+        } else if (listed && (type == "text" || type == "textblock")) {
             noteText(object, type == "text", clip, path);
         }
         Eina_List* members = evas_object_smart_members_get(object);
         void* member = nullptr;
         EINA_LIST_FREE(members, member) {
-            visit(static_cast<Evas_Object*>(member), path, wanted);
+            visit(static_cast<Evas_Object*>(member), path, listed);
         }
     }
 
@@ -163,7 +163,7 @@ class Walk {
         }
     }
 
-    void noteGroup(Evas_Object* edje, const Box& clip, Path& path, bool wanted) {
+    void noteGroup(Evas_Object* edje, const Box& clip, Path& path, bool listed) {
         path.edje = edje;
         const std::string group = groupOf(edje);
         if (edje_object_part_exists(edje, "ring") != EINA_FALSE) {
@@ -174,10 +174,10 @@ class Walk {
                 m_found.rings.push_back({const_cast<Evas_Object*>(ring), boxOf(ring)});
             }
         }
-        if (!wanted) {
+        if (!listed) {
             return;
         }
-        // The tree of levels grows to where the next one is.
+        // The tree of levels points to the next level.
         const bool levels = startsWith(group, "ShopListWindow");
         for (const char* part : DRAWINGS) {
             const bool hero = startsWith(part, "hero.");
@@ -211,7 +211,7 @@ class Walk {
                           : withoutMarkup(words != nullptr ? words : "");
         text.box = boxOf(object);
         text.clip = clip;
-        // Words that cannot be seen are a fault, but for those that are scrolled away.
+        // A text that is clipped away is a fault unless it is scrolled away.
         if (trimmed(text.words).empty() ||
             (path.scroller != nullptr && text.box.common(clip).empty())) {
             return;

@@ -32,7 +32,7 @@ struct Icon {
     Box ink;
     bool layered = false;    // another one of other colours lies over it
     bool directed = false;   // it points to where the writing goes
-    bool stretches = false;  // how high it is tells how many lines others have
+    bool stretches = false;  // its height depends on the number of lines of other texts
 };
 
 struct Ring {
@@ -45,8 +45,8 @@ struct Card {
     bool message = false;  // to be read in the middle of the screen
 };
 
-// Of a screen with a popup, only the popup's things are noted: what is dimmed is not for reading.
-// The objects are the screen's own, good until something changes on it.
+// With a popup on the screen, only what the popup holds is listed: the rest is dimmed. The objects
+// belong to the screen and are valid until something changes on it.
 struct Inventory {
     Inventory(ScreenHarness& harness, const Scene& scene, const Vocabulary& vocabulary);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Holds a screen written from left to right against the same one written from right to left.
+// Compares a screen written from left to right with the same one written from right to left.
 #include "look/MirrorCheck.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace look {
 namespace {
 
 constexpr char LIST[] = "elm_genlist";
-// The middle of an odd number of pixels is half a pixel off, and one side gets it.
+// The middle of an odd number of pixels is rounded to one side.
 constexpr int ROUNDED = 1;                // pixel
 constexpr double MIDDLE_TOLERANCE = 4.0;  // pixels of a screen of 1080 lines
 constexpr int OTHER_COLOUR = 64;          // of 255
@@ -102,19 +102,19 @@ void MirrorCheck::compareWays(const MirrorCheck& other, Report& report) const {
 }
 
 int MirrorCheck::distance(const Place& mine, const Place& other) const {
-    const Box wanted = mine.box.mirrored(m_width);
+    const Box expected = mine.box.mirrored(m_width);
     const int across =
-        std::max(std::abs(wanted.left - other.box.left), std::abs(wanted.right - other.box.right));
-    // The colon stands before the words or behind them, and they may break elsewhere.
+        std::max(std::abs(expected.left - other.box.left), std::abs(expected.right - other.box.right));
+    // The colon stands before the words or after them, and lines may break elsewhere.
     return mine.stretches ? across
-                          : std::max({across, std::abs(wanted.top - other.box.top),
-                                      std::abs(wanted.bottom - other.box.bottom)});
+                          : std::max({across, std::abs(expected.top - other.box.top),
+                                      std::abs(expected.bottom - other.box.bottom)});
 }
 
 double MirrorCheck::distanceOfMiddles(const Place& mine, const Place& other) const {
-    const Box wanted = mine.box.mirrored(m_width);
-    return std::max(std::abs(wanted.left + wanted.right - other.box.left - other.box.right),
-                    std::abs(wanted.top + wanted.bottom - other.box.top - other.box.bottom)) /
+    const Box expected = mine.box.mirrored(m_width);
+    return std::max(std::abs(expected.left + expected.right - other.box.left - other.box.right),
+                    std::abs(expected.top + expected.bottom - other.box.top - other.box.bottom)) /
            2.0;
 }
 
@@ -123,7 +123,7 @@ void MirrorCheck::compareAll(const Places& mine, const Places& others, Report& r
     report.check("mirror", mine.size() == others.size(),
                  std::to_string(mine.size()) + " things, and " + std::to_string(others.size()) +
                      " in the mirror image");
-    // Of several of one name, each stands for itself in its order.
+    // Several of one name are compared in their order.
     std::map<std::string, std::vector<const Place*>> places;
     for (const Place& other : others) {
         places[other.name].push_back(&other);

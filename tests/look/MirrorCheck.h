@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Holds a screen written from left to right against the same one written from right to left.
+// Compares a screen written from left to right with the same one written from right to left.
 #pragma once
 
 #include <functional>
@@ -32,7 +32,7 @@ class MirrorCheck {
     using Places = std::vector<Place>;
     using Compare = std::function<void(const Place& mine, const Place& other)>;
 
-    // Finds the other of each and lets COMPARE judge the two.
+    // Finds the counterpart of each and calls COMPARE for the two.
     static void compareAll(const Places& mine, const Places& others, Report& report,
                            const Compare& compare);
     // How far OTHER is from where MINE belongs, in pixels.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the command line asks for.
+// The options of the command line.
 #include "look/Options.h"
 
 #include <algorithm>
@@ -70,7 +70,7 @@ Value named(const std::map<std::string, Value>& values, const std::string& name)
 
 std::string Options::usage() {
     return "Usage: look-check --theme-folder DIR --catalogues DIR [OPTION ...]\n"
-           "Draws every screen and popup in memory and holds the pictures against the bars.\n\n"
+           "Draws every screen and popup in memory and checks the pictures.\n\n"
            "  --sizes WxH,...        1280x720, 1920x1080 or any other (default: 1920x1080)\n"
            "  --languages LIST       all (of the catalogues), sample, made-up (longest, grown,\n"
            "                         missing), or names (default: en)\n"
@@ -85,7 +85,8 @@ std::string Options::usage() {
            "                         languages) or ring (from each of the eight to the next);\n"
            "                         in the first of the sizes and modes\n"
            "  --share N/M            of M shares of the work, the Nth\n"
-           "  --all                  everything: both sizes, all modes and languages, live changes\n"
+           "  --all                  everything: both sizes, all modes and languages, live "
+           "changes\n"
            "  --sample               all modes in English and Arabic\n"
            "  --pictures DIR         keep every picture, whole and small\n"
            "  --defect WHAT          break the screens on purpose: arrows, spinner\n"
@@ -274,11 +275,11 @@ std::vector<Item> Options::liveChanges() const {
             continue;
         }
         for (const auto& [from, to] : m_changes) {
-            all.push_back({scene,
-                           {m_sizes.front().width, m_sizes.front().height, to,
-                            Direction::OF_LANGUAGE, m_looks.front().contrast,
-                            m_looks.front().enlarged},
-                           from});
+            all.push_back(
+                {scene,
+                 {m_sizes.front().width, m_sizes.front().height, to, Direction::OF_LANGUAGE,
+                  m_looks.front().contrast, m_looks.front().enlarged},
+                 from});
         }
     }
     return all;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the command line asks for.
+// The options of the command line.
 #pragma once
 
 #include <string>
@@ -28,7 +28,7 @@ struct Options {
     // Throws std::invalid_argument when an option is wrong.
     Options(int argc, char** argv);
 
-    // All that is to be looked at, in order. SHIPPED are the languages of the catalogues.
+    // The work in its order. SHIPPED are the languages of the catalogues.
     std::vector<Item> items(const std::vector<std::string>& shipped) const;
     static std::string usage();
 

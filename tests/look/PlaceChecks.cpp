@@ -48,7 +48,8 @@ void Checker::checkPlaces(const Inventory& inventory) {
     for (const Control& control : inventory.controls) {
         check("controls", control.box.height() >= static_cast<int>(std::floor(pixels(64))),
               control.type + " at " + control.box.words() + " is " +
-                  std::to_string(control.box.height()) + " px high, wanted " + number(pixels(64)));
+                  std::to_string(control.box.height()) + " px high, expected " +
+                  number(pixels(64)));
     }
     for (const Card& card : inventory.cards) {
         check("card", safe.holds(card.box), "card at " + card.box.words());

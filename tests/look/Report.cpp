@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Counts what was looked at and keeps what is wrong.
+// Counts checks and keeps the failures.
 #include "look/Report.h"
 
 #include <cstdio>

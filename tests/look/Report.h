@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Counts what was looked at and keeps what is wrong.
+// Counts checks and keeps the failures.
 #pragma once
 
 #include <map>
@@ -19,20 +19,20 @@ struct Failure {
 
 class Report {
   public:
-    // What follows is about this scene in this mode, and about this state of the focus.
+    // Sets the scene and mode of the checks that follow.
     void enter(const std::string& scene, const std::string& mode, const std::string& language);
     void enterState(const std::string& state) { m_state = state; }
 
-    // Counts one question put to the screen, and keeps DETAIL if the answer is no.
+    // Counts one check, and keeps DETAIL unless it is GOOD.
     void check(const std::string& name, bool good, const std::string& detail);
     void countPicture() { ++m_pictures; }
     void countText(const std::string& kind, const std::string& fit);
-    // Something that is told in the report of a machine and fails nothing.
+    // Goes to the JSON report only and is no failure.
     void note(const std::string& line);
 
     bool good() const { return m_failures.empty(); }
     const std::vector<Failure>& failures() const { return m_failures; }
-    // The failures in words, at most MOST of each check, and the numbers.
+    // A summary with at most MOST failures of each check.
     std::string words(std::size_t most, double seconds) const;
     std::string json(double seconds) const;
 

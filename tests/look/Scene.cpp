@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What is looked at: every screen and every popup, as the flow makes them, with good and bad input.
+// The scenes: every screen and popup, as the flow makes them, with good and bad input.
 #include "look/Scene.h"
 
 #include "look/SceneSources.h"

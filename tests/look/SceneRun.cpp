@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Looks at one scene in one mode from every side. One for each process: it starts the toolkit.
+// Runs the checks of one scene in one mode. One per process: it starts the toolkit.
 #include "look/SceneRun.h"
 
 #include <algorithm>
@@ -31,7 +31,7 @@ std::vector<std::string> translations(const std::vector<std::string>& ids) {
     return texts;
 }
 
-// The widget that has the focus keeps it, whatever arrow is pressed. No theme can do that.
+// The widget that has the focus keeps it, whatever arrow is pressed.
 void breakArrows(ScreenHarness& harness) {
     Evas_Object* const widget = harness.focused();
     for (const Elm_Focus_Direction direction :
@@ -40,7 +40,7 @@ void breakArrows(ScreenHarness& harness) {
     }
 }
 
-// A key stops CIRCLE, as on a screen whose loop has other things to do.
+// A key stops SPINNER, as if the main loop were busy.
 void breakSpinner(ScreenHarness& harness, Evas_Object* spinner) {
     evas_object_event_callback_add(
         evas_focus_get(harness.canvas()), EVAS_CALLBACK_KEY_DOWN,
@@ -196,8 +196,8 @@ void SceneRun::compareMirrored(const Item& item, Report& report) {
         ScreenHarness harness(scene, mode);
         const Inventory inventory(harness, scene, words);
         const Frame picture = harness.draw().copy();
-        Report forgotten;  // each of the two is looked at elsewhere
-        FocusWalk walk(harness, scene, words, nullptr, forgotten, nullptr);
+        Report unused;  // each of the two screens is checked by other items
+        FocusWalk walk(harness, scene, words, nullptr, unused, nullptr);
         walk.go();
         both.emplace_back(inventory, picture, walk.ways(), mode);
     }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Looks at one scene in one mode from every side. One for each process: it starts the toolkit.
+// Runs the checks of one scene in one mode. One per process: it starts the toolkit.
 #pragma once
 
 #include <map>
@@ -22,7 +22,7 @@ class SceneRun {
   public:
     explicit SceneRun(const Options& options);
 
-    // Looks at ITEM and adds what is found to REPORT.
+    // Runs the checks of ITEM and adds their results to REPORT.
     void examine(const Item& item, Report& report);
 
   private:

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// One screen of the program in a window in memory, with the time and the keys in the hands of the
-// one who looks.
+// One screen of the program in a window in memory. The caller presses the keys and moves the clock.
 #include "look/ScreenHarness.h"
 
 #include <stdexcept>
@@ -20,7 +19,7 @@ namespace look {
 namespace {
 
 constexpr double TICK = 0.05;  // seconds
-constexpr int TICKS = 12;      // more than any motion of the theme and of a list takes
+constexpr int TICKS = 12;      // longer than any animation of the theme and of a list
 constexpr int CALCULATIONS = 2;
 constexpr int ROUNDS = 4;
 
@@ -83,8 +82,8 @@ void ScreenHarness::pass(double seconds) {
     support::ToolkitLoop::settle();
 }
 
-// Sizes follow one another from turn to turn, a list makes its rows for a frame, and what a row
-// moves may have a motion of its own.
+// Sizes may take several turns of the loop, a list makes its rows when a frame is drawn, and a row
+// may start an animation.
 void ScreenHarness::settle() {
     for (int round = 0; round < ROUNDS; ++round) {
         for (int turn = 0; turn < CALCULATIONS; ++turn) {

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// One screen of the program in a window in memory, with the time and the keys in the hands of the
-// one who looks.
+// One screen of the program in a window in memory. The caller presses the keys and moves the clock.
 #pragma once
 
 #include <memory>
@@ -21,10 +20,10 @@ namespace look {
 
 struct Scene;
 
-// Main loop thread only, and one at a time: the set that the program sees is the mode's.
+// Main loop thread only, and one at a time: there is one scripted platform.
 class ScreenHarness {
   public:
-    // Makes SCENE, shows it and lets everything on it come to rest.
+    // Makes SCENE, shows it and waits until nothing moves.
     ScreenHarness(const Scene& scene, const Mode& mode);
     ~ScreenHarness();
     ScreenHarness(const ScreenHarness&) = delete;
@@ -39,15 +38,15 @@ class ScreenHarness {
     // The widget that has the focus, or null.
     Evas_Object* focused() const;
 
-    // Presses and releases a key and lets what follows come to rest.
+    // Presses and releases a key and waits until nothing moves.
     void press(const std::string& key);
     void focus(Evas_Object* widget);
     // Changes the language while the screen is shown, as the platform does: to that of MODE, whose
-    // direction the platform tells from then on. CATALOGUES is as for Mode::apply.
+    // direction the platform reports from then on. CATALOGUES is as for Mode::apply.
     void changeLanguage(const Mode& mode, const std::string& catalogues);
-    // Lets SECONDS go by on the clock of the animations, which stands still otherwise.
+    // Moves the clock of the animations, which stands still otherwise, by SECONDS.
     void pass(double seconds);
-    // Lets all motion come to its end.
+    // Waits, on that clock, until nothing moves.
     void settle();
     // Draws what has changed and gives a view of the whole picture.
     Frame draw();

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Watches the spinner of a waiting screen: it turns evenly and leaves the keys alone.
+// Checks the spinner of a waiting screen: it turns evenly, and keys neither stop it nor give it the
+// focus.
 #include "look/SpinnerCheck.h"
 
 #include <algorithm>
@@ -12,7 +13,7 @@ namespace {
 
 constexpr double PI = 3.14159265358979323846;
 constexpr double FRAME = 1.0 / 60;  // seconds
-constexpr int FRAMES = 6;           // between two looks
+constexpr int FRAMES = 6;           // between two measurements
 constexpr int LOOKS = 30;
 constexpr double EVEN = 0.1;
 
@@ -28,7 +29,7 @@ SpinnerCheck::SpinnerCheck(ScreenHarness& harness, const Inventory& inventory, R
 void SpinnerCheck::check() {
     m_report.enterState("turning");
     m_report.check("still", m_inventory.spinners.size() == 1,
-                   std::to_string(m_inventory.spinners.size()) + " spinners, wanted 1");
+                   std::to_string(m_inventory.spinners.size()) + " spinners, expected 1");
     for (const Control& spinner : m_inventory.spinners) {
         checkEvenness(spinner.object);
         checkKeys(spinner.object);
@@ -93,7 +94,7 @@ void SpinnerCheck::checkEvenness(Evas_Object* spinner) {
     }
     const auto late = std::count_if(steps.begin(), steps.end(),
                                     [&](double step) { return std::abs(step - usual) > allowed; });
-    // A round of 360 degrees has so many steps, and one of them may be late.
+    // One step of each round may be late.
     const double rounds = usual * static_cast<double>(steps.size()) / 360.0;
     m_report.check("still", static_cast<double>(late) <= rounds + 1,
                    std::to_string(late) + " steps are uneven");
@@ -109,7 +110,7 @@ void SpinnerCheck::checkKeys(Evas_Object* spinner) {
     }
     double earlier = 0.0;
     double later = 0.0;
-    // What turns is turned when it is drawn.
+    // The angle changes when a frame is drawn.
     m_harness.draw();
     angleOf(spinner, earlier);
     for (int frame = 0; frame < FRAMES; ++frame) {

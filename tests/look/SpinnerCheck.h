@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Watches the spinner of a waiting screen: it turns evenly and leaves the keys alone.
+// Checks the spinner of a waiting screen: it turns evenly, and keys neither stop it nor give it the
+// focus.
 #pragma once
 
 #include "look/Inventory.h"

@@ -49,7 +49,7 @@ figcaption {{ font-size: .85rem; color: #a9b6c8; padding-top: .2rem; }}
 
 
 def draw(arguments, folder):
-    """Keeps the pictures of all rows. What the checker finds is told and does not stop the gallery."""
+    """Keeps the pictures of all rows. Failures are printed and do not stop the gallery."""
     for _, language, _, modes in ROWS:
         chosen = "all" if len(modes) > 1 else "ordinary"
         report = shares.run(

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Draws every screen in memory and holds the pictures against the bars.
+// Draws every screen in memory and checks the pictures.
 #include <chrono>
 #include <exception>
 #include <filesystem>

@@ -59,7 +59,7 @@ def size_of(path):
 
 def strayed(old, new, difference):
     """How many pixels of NEW are not what OLD has there; DIFFERENCE becomes a picture of them."""
-    # Most are as they were, and that is told soon.
+    # Most are unchanged: a quick comparison shows it.
     if float(convert(old, new, "-compose", "difference", "-composite", "-format", "%[fx:maxima]",
                      "info:")) < FAINT:
         return 0

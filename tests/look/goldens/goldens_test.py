@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""What an eye would see is told as a difference, and what it would not is not."""
+"""A difference is reported if a person would see it, and only then."""
 
 import os
 import tempfile

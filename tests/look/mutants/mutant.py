@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Breaks the look on purpose and sees that the very check notices that is there for it."""
+"""Breaks the look on purpose and expects the check for it to fail."""
 
 import argparse
 import json
@@ -17,7 +17,7 @@ ROOT = os.path.dirname(os.path.dirname(os.path.dirname(HERE)))
 
 
 def changes(mutant):
-    """The (file, old, new) of a mutant; none for one that the checker makes itself."""
+    """The (file, old, new) of a mutant; empty if an option of look-check makes it."""
     return [(mutant["file"], mutant["old"], mutant["new"])] if "file" in mutant else []
 
 
