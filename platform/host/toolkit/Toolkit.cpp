@@ -2,6 +2,7 @@
 // The toolkit's settings on a set that is driven by a remote control.
 #include "host/toolkit/Toolkit.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 
@@ -22,8 +23,15 @@ namespace {
 // toolkit searches the desktop's icon themes, with helper processes.
 constexpr const char* OWN_ICONS = "_Elementary_Icon_Theme";
 
-// The height for which themes are designed.
+// The screen for which themes are designed.
+constexpr double DESIGN_WIDTH = 1920.0;
 constexpr double DESIGN_HEIGHT = 1080.0;
+
+// What is as wide as the screen fits on an upright one, too.
+double scaleOfScreen() {
+    return std::min(Description::number(Field::SCREEN_WIDTH) / DESIGN_WIDTH,
+                    Description::number(Field::SCREEN_HEIGHT) / DESIGN_HEIGHT);
+}
 
 bool needsDisplay() {
     const std::string engine = SetFolder::variable("ELM_ENGINE", "");
@@ -33,7 +41,7 @@ bool needsDisplay() {
 
 // None of these settings is saved: the user's own settings of the toolkit stay as they are.
 void applySettings() {
-    elm_config_scale_set(Description::number(Field::SCREEN_HEIGHT) / DESIGN_HEIGHT);
+    elm_config_scale_set(scaleOfScreen());
     elm_config_icon_theme_set(OWN_ICONS);
     elm_config_finger_size_set(1);
     elm_config_focus_highlight_enabled_set(EINA_TRUE);
