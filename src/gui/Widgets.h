@@ -44,7 +44,8 @@ inline void followLanguage(Evas_Object* label) {
 
 // Lets the part that holds BUTTON decide its size. A television's toolkit forgets an application's
 // minimum as soon as it has evaluated the button's own; newer ones keep it, and a part cannot be
-// smaller than what it holds.
+// smaller than what it holds: at 1280x720 the four buttons of a menu would be 1080x720 each, lie over
+// one another, and two of them could not be reached with the arrows.
 inline void leaveSizeToPart(Evas_Object* button) {
     evas_object_size_hint_min_set(button, 0, 0);
 }
@@ -53,8 +54,8 @@ inline void leaveSizeToPart(Evas_Object* button) {
 // changed since, so a popup looks at its own window.
 inline constexpr char HIGH_CONTRAST_KEY[] = "zolt-high-contrast";
 
-// Gives WIDGET the high contrast look if its window has it: the theme learns of the mode from the
-// program only.
+// Gives WIDGET the high contrast look if its window has it. Each widget is told, since a signal to
+// a layout does not reach the groups of the widgets that it holds.
 inline void followContrast(Evas_Object* widget) {
     if (evas_object_data_get(elm_object_top_widget_get(widget), HIGH_CONTRAST_KEY) != nullptr) {
         elm_layout_signal_emit(widget, "WIN_CONTRAST_1", "");

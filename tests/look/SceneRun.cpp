@@ -25,6 +25,7 @@ bool isMadeUp(const std::string& language) {
 // What the ids stand for in the language of the moment, as the words of an inventory are.
 std::vector<std::string> translations(const std::vector<std::string>& ids) {
     std::vector<std::string> texts;
+    texts.reserve(ids.size());
     for (const std::string& id : ids) {
         texts.push_back(coreOf(withoutMarkup(dgettext("ZOLT", id.c_str()))));
     }
