@@ -35,7 +35,7 @@ class RunCase(SetCase):
         self.set_folder = os.path.join(self.tree, "build", "set")
         os.makedirs(os.path.join(self.tree, "tools"))
         os.makedirs(os.path.join(self.tree, "build"))
-        for name in ("run", "platform", "daemon", "CMakePresets.json"):
+        for name in ("run", "launcher", "platform", "daemon", "CMakePresets.json"):
             os.symlink(os.path.join(SOURCE, name), os.path.join(self.tree, name))
         os.symlink(BUILD, os.path.join(self.tree, "build", "virtual-set"))
         for name in ("install-packages", "build"):

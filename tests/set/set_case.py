@@ -12,7 +12,7 @@ import unittest
 
 SOURCE = os.environ["ZOLT_SOURCE"]
 BUILD = os.environ["ZOLT_BUILD"]
-LAUNCHER = os.path.join(SOURCE, "platform", "host", "launcher")
+LAUNCHER = os.path.join(SOURCE, "launcher")
 sys.path.insert(0, LAUNCHER)
 
 from folder import SetFolder  # noqa: E402

@@ -12,7 +12,7 @@ from private_folder import PrivateFolder
 from processes import Bus, Child, SetError, WindowManager, XServer, wait_until
 from remote import Camera, Remote
 
-_ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", "..", ".."))
+_ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), ".."))
 RESTARTS = 3
 RESTART_WINDOW = 60.0
 
