@@ -2,6 +2,7 @@
 """Processes that belong to one set: each is started here, and none outlives the launcher."""
 
 import os
+import select
 import shutil
 import signal
 import socket
@@ -18,7 +19,7 @@ class ChoiceError(SetError):
     """What is wrong with what somebody asked for, in one line."""
 
 
-def wait_until(condition, seconds, what, pause=0.03):
+def wait_until(condition, seconds, what, pause=0.01):
     """Returns the first true answer of CONDITION, or raises SetError when SECONDS have passed."""
     deadline = time.monotonic() + seconds
     while True:
@@ -79,7 +80,7 @@ class Child:
         for number in (signal.SIGTERM, signal.SIGCONT):
             self._signal_group(number)
         while self._runs() and time.monotonic() < deadline:
-            time.sleep(0.02)
+            time.sleep(0.005)
         self._signal_group(signal.SIGKILL)
         return self.process.wait()
 
@@ -110,24 +111,20 @@ class Child:
 
 def _answer_of(child, descriptor, what, seconds=60):
     """The first line that CHILD writes to the pipe DESCRIPTOR."""
-    os.set_blocking(descriptor, False)
+    deadline = time.monotonic() + seconds
     text = b""
-
-    def line():
-        nonlocal text
-        try:
-            text += os.read(descriptor, 4096)
-        except BlockingIOError:
-            pass
-        if b"\n" not in text and child.status is not None:
-            raise SetError(f"{child.name} ended with status {child.status} before it was up; "
-                           f"what it said stands in {child.log}")
-        return text.split(b"\n")[0].decode() if b"\n" in text else None
-
     try:
-        return wait_until(line, seconds, what)
+        while b"\n" not in text:
+            if not select.select([descriptor], [], [], max(0, deadline - time.monotonic()))[0]:
+                raise SetError(f"waited {seconds:.0f} s in vain for {what}")
+            received = os.read(descriptor, 4096)
+            if not received:
+                raise SetError(f"{child.name} ended with status {child.process.wait()} before it was up; "
+                               f"what it said stands in {child.log}")
+            text += received
     finally:
         os.close(descriptor)
+    return text.split(b"\n")[0].decode()
 
 
 class Bus(Child):
@@ -217,3 +214,37 @@ class WindowManager(Child):
         found = subprocess.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], env=environment,
                                capture_output=True, text=True, check=False)
         return "window id" in found.stdout
+
+
+class Monitor:
+    """An X server and its window manager: the screen of one set, or of several, one after the other."""
+
+    def __init__(self, width, height, log=None, nested=False):
+        self._manager = None
+        self._server = XServer(width, height, log, nested)
+        self.display = self._server.display
+        try:
+            self._manager = WindowManager(self.display, log)
+        except BaseException:
+            self.stop()
+            raise
+
+    @property
+    def server_runs(self):
+        return self._server.status is None
+
+    @property
+    def good(self):
+        """Whether another set can use it."""
+        return self.server_runs and self._manager.status is None
+
+    def answers(self):
+        """Whether the server still serves."""
+        return self._server.answers()
+
+    def stop(self):
+        try:
+            if self._manager:
+                self._manager.stop()
+        finally:
+            self._server.stop()

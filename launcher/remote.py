@@ -1,12 +1,11 @@
 # SPDX-License-Identifier: Apache-2.0
 """The remote control and the camera in front of a set: keys in, pictures out."""
 
-import ctypes
-import functools
-import os
-import subprocess
+import struct
 import time
+import zlib
 
+from display import Display
 from processes import SetError
 
 
@@ -14,72 +13,85 @@ class Remote:
     """Presses keys on an X display, as the keyboard of that display would."""
 
     def __init__(self, display):
-        self._environment = dict(os.environ, DISPLAY=display)
+        self._display = Display(display)
+        self._held = []
 
     def press(self, *keys):
         """Presses and releases KEYS, X keysym names such as Down or Return, one right after the other."""
-        self._tool("key", "--clearmodifiers", "--delay", "0", *keys)
+        self._display.send_keys("", keys)
 
     def down(self, key):
         """Presses KEY and holds it."""
-        self._tool("keydown", key)
+        self._held.append(key)
+        self._display.send_keys("_down", [key])
 
     def up(self, key):
         """Releases KEY."""
-        self._tool("keyup", key)
+        if key in self._held:
+            self._held.remove(key)
+        self._display.send_keys("_up", [key])
 
-    def repeat(self, wanted):
+    def repeat(self, on):
         """Whether a key that is held comes again and again."""
-        display = self._x11.XOpenDisplay(self._environment["DISPLAY"].encode())
-        if not display:
-            raise SetError(f"the display {self._environment['DISPLAY']} does not answer")
-        (self._x11.XAutoRepeatOn if wanted else self._x11.XAutoRepeatOff)(ctypes.c_void_p(display))
-        self._x11.XCloseDisplay(ctypes.c_void_p(display))
+        self._display.repeat_keys(on)
 
-    def _tool(self, *words):
-        pressed = subprocess.run(["xdotool", *words], capture_output=True, env=self._environment,
-                                 text=True, check=False)
-        if pressed.returncode != 0:
-            raise SetError(f"xdotool {' '.join(words)} failed: {pressed.stderr.strip()}")
+    def wait_for_window_manager(self):
+        """Waits until the windows that were opened or closed before have got or lost the keyboard."""
+        self._display.wait_for_window_manager()
 
-    @functools.cached_property
-    def _x11(self):
-        library = ctypes.CDLL("libX11.so.6")
-        library.XOpenDisplay.restype = ctypes.c_void_p
-        return library
+    def close(self):
+        """Leaves the keyboard as it was for the next set on this display."""
+        try:
+            for key in self._held:
+                self._display.send_keys("_up", [key])
+            self._display.repeat_keys(True)
+        except SetError:
+            pass  # there is no next set on a display that is gone
+        self._display.close()
 
 
 class Camera:
     """Takes pictures of an X display."""
 
     def __init__(self, display, width, height):
-        self._environment = dict(os.environ, DISPLAY=display)
-        self._size = (width, height)
+        self._display = Display(display)
+        self.width = width
+        self.height = height
 
     def look(self):
         """What the screen shows at this moment: red, green and blue of each pixel, row by row."""
-        taken = subprocess.run(["import", "-silent", "-window", "root", "-depth", "8", "rgb:-"],
-                               env=self._environment, capture_output=True, check=False)
-        if taken.returncode != 0:
-            raise SetError(f"no picture could be taken: {taken.stderr.decode().strip()}")
-        return taken.stdout
+        return self._colours(self._display.pixels(self.width, self.height))
 
-    def settled(self, seconds=3.0):
+    def settled(self, seconds=3.0, pause=0.05):
         """A picture in which nothing moves any more; after SECONDS one of a screen that does not rest,
         such as one with a turning circle."""
         deadline = time.monotonic() + seconds
-        last = self.look()
+        last = self._display.pixels(self.width, self.height)
         while time.monotonic() < deadline:
-            picture = self.look()
-            if picture == last and any(picture):
-                return picture
-            last = picture
-        return last
+            time.sleep(pause)
+            pixels = self._display.pixels(self.width, self.height)
+            if pixels == last and pixels.count(0) < len(pixels):
+                break
+            last = pixels
+        return self._colours(last)
+
+    @staticmethod
+    def _colours(pixels):
+        picture = bytearray(len(pixels) // 4 * 3)
+        for place in range(3):
+            picture[place::3] = pixels[2 - place::4]
+        return bytes(picture)
 
     def save(self, picture, path):
-        width, height = self._size
-        kept = subprocess.run(["convert", "-size", f"{width}x{height}", "-depth", "8", "rgb:-",
-                               "-define", "png:compression-level=6", path],
-                              input=picture, capture_output=True, check=False)
-        if kept.returncode != 0:
-            raise SetError(f"the picture {path} could not be kept: {kept.stderr.decode().strip()}")
+        """Keeps PICTURE as a PNG file."""
+        row = 3 * self.width
+        rows = b"".join(b"\0" + picture[start:start + row] for start in range(0, len(picture), row))
+        with open(path, "wb") as file:
+            file.write(b"\x89PNG\r\n\x1a\n")
+            for kind, data in ((b"IHDR", struct.pack(">IIBBBBB", self.width, self.height, 8, 2, 0, 0, 0)),
+                               (b"IDAT", zlib.compress(rows, 6)), (b"IEND", b"")):
+                file.write(struct.pack(">I", len(data)) + kind + data +
+                           struct.pack(">I", zlib.crc32(kind + data)))
+
+    def close(self):
+        self._display.close()

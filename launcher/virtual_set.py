@@ -3,13 +3,13 @@
 
 import contextlib
 import os
-import subprocess
 import time
 
+import control
 from folder import SetFolder, locales_of
 from journal import Journal
 from private_folder import PrivateFolder
-from processes import Bus, Child, SetError, WindowManager, XServer, wait_until
+from processes import Bus, Child, Monitor, SetError, wait_until
 from remote import Camera, Remote
 
 _ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), ".."))
@@ -19,13 +19,15 @@ RESTART_WINDOW = 60.0
 
 class VirtualSet:
     """A set that runs between __enter__ and __exit__. FOLDER has been made; STATE is a folder that sets
-    share. SCENARIO is what the daemon plays, in the place of the folder's own. Whoever holds the set may
-    end single servers (bus, screen) to see what follows."""
+    share. SCENARIO is what the daemon plays, in the place of the folder's own. MONITOR is a screen of the
+    set's size that other sets use before and after it; without one the set has its own. Whoever holds the
+    set may end its bus to see what follows."""
 
     _PASSED = ("PATH", "TERM", "USER", "LOGNAME", "PULSE_SERVER", "LD_LIBRARY_PATH", "ELM_MODULES",
                "CANBERRA_DRIVER", "VIRTUAL_SET_STALL_SECONDS", "VIRTUAL_SET_SOUNDS")
 
-    def __init__(self, folder: SetFolder, state, scenario=None, log=None, nested=False, say=print):
+    def __init__(self, folder: SetFolder, state, scenario=None, log=None, nested=False, say=print,
+                 monitor=None):
         self.folder = folder
         self.log = Journal(log or folder.file("zolt.log"))
         self.daemon_log = Journal(folder.file("daemon.log"))
@@ -35,7 +37,8 @@ class VirtualSet:
         self._nested = nested
         self._say = say
         self._private = None
-        self.bus = self.screen = self.manager = self.program = None
+        self._shared_monitor = monitor
+        self.bus = self.monitor = self.program = self.remote = self.camera = None
 
     def __enter__(self):
         try:
@@ -59,10 +62,9 @@ class VirtualSet:
         self.start_bus()
         width, height = self.folder.size
         servers = self.folder.file("servers.log")
-        self.screen = XServer(width, height, servers, self._nested)
-        self.manager = WindowManager(self.screen.display, servers)
-        self.remote = Remote(self.screen.display)
-        self.camera = Camera(self.screen.display, width, height)
+        self.monitor = self._shared_monitor or Monitor(width, height, servers, self._nested)
+        self.remote = Remote(self.monitor.display)
+        self.camera = Camera(self.monitor.display, width, height)
 
     @property
     def private(self):
@@ -112,8 +114,8 @@ class VirtualSet:
         })
         if self.bus:
             environment["DBUS_SYSTEM_BUS_ADDRESS"] = self.bus.address
-        if self.screen:
-            environment["DISPLAY"] = self.screen.display
+        if self.monitor:
+            environment["DISPLAY"] = self.monitor.display
         return environment
 
     def _runtime_folder(self):
@@ -140,7 +142,7 @@ class VirtualSet:
         while True:
             status = self._wait_for_end(stay)
             # A program whose screen is closed may notice first, and end in one way or another.
-            if status is None or not self.screen.answers():
+            if status is None or not self.monitor.answers():
                 return None
             if status == 0:
                 return status
@@ -156,7 +158,7 @@ class VirtualSet:
 
     def _wait_for_end(self, stay):
         while self.program.status is None:
-            if not stay() or self.screen.status is not None:
+            if not stay() or not self.monitor.server_runs:
                 self.program.stop()
                 return None
             time.sleep(0.1)
@@ -164,12 +166,16 @@ class VirtualSet:
 
     def control(self, *words):
         """Sends a control verb to the running set; returns what it answers."""
-        control = os.path.join(self.folder.build, "platform", "host", "virtual-set-control")
-        told = subprocess.run([control, "--set", self.folder.path, *words], capture_output=True,
-                              text=True, check=False)
-        if told.returncode != 0:
-            raise SetError(f"control {' '.join(words)}: {told.stderr.strip()}")
-        return told.stdout.strip()
+        return control.ask(self.folder.path, *words)
+
+    def rest(self):
+        """Waits until the program has done and drawn all that it was told so far, and its newest window has
+        the keyboard. A program answers a verb before it draws, so that the second answer means that all of
+        before the first is drawn."""
+        for wait in (self.remote.wait_for_window_manager, lambda: None):
+            for _ in range(2):
+                self.control("ping")
+            wait()
 
     def wait_for_log(self, pattern, after=0, seconds=120, journal=None):
         """Waits for a line of the log, and fails at once when the program ends without it."""
@@ -193,6 +199,10 @@ class VirtualSet:
             if self._private:
                 steps.callback(self._private.close)
                 self._private = None
-            for child in (self.bus, self.screen, self.manager, self.program):
+            own_monitor = None if self._shared_monitor else self.monitor
+            for child in (self.bus, own_monitor, self.program):
                 if child:
                     steps.callback(child.stop)
+            for connection in (self.camera, self.remote):
+                if connection:
+                    steps.callback(connection.close)

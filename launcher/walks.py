@@ -23,9 +23,9 @@ class Walk:
         self._started = time.monotonic()
 
     def press(self, key, *expected):
-        """Presses KEY once the screen has come to rest, as a person would, and waits until the log holds
-        all EXPECTED lines, in any order. Returns the match of the last one."""
-        self.set.camera.settled(1.5)
+        """Presses KEY once the program waits for one, as a person would, and waits until the log holds all
+        EXPECTED lines, in any order. Returns the match of the last one."""
+        self.set.rest()
         mark = self.set.log.mark()
         self.set.remote.press(key)
         found = None
@@ -37,10 +37,7 @@ class Walk:
         """Takes the picture of a step, once the screen has come to rest."""
         number = len(self.pictures) + 1
         path = os.path.join(self.out, f"{number:02d}-{name}.png")
-        # The program draws when it has answered the first, and has drawn when it answers the second: a
-        # picture that stands still may be the one before.
-        for _ in range(2):
-            self.set.control("ping")
+        self.set.rest()
         self.set.camera.save(self.set.camera.settled(), path)
         self.pictures.append(path)
         elapsed = time.monotonic() - self._started

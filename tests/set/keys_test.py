@@ -13,7 +13,7 @@ from processes import SetError, wait_until
 
 ARROWS = ("Up", "Down", "Left", "Right")
 RETURN_KEYS = ("Escape", "XF86Close")
-IDLE_KEYS = ("5", "XF86Red", "XF86Home", "x")
+IDLE_KEYS = ("5", "XF86Red", "XF86HomePage", "x")
 SCROLLER = "(scroller)"
 KEY_SEEN = r"Called .*EventHandler::(onKeyPress|selectionPopupListOnKeyPress)\("
 CONNECTING = "Connecting to the server…"

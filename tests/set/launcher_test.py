@@ -442,7 +442,7 @@ class Ending(SetCase):
 
     def test_a_screen_that_is_closed_switches_the_set_off_whatever_the_program_made_of_it_first(self):
         closed = VirtualSet(self.folder(), self.private, say=self.said.append)
-        closed.screen = types.SimpleNamespace(answers=lambda: False, status=None)
+        closed.monitor = types.SimpleNamespace(answers=lambda: False, server_runs=True)
         for status in (0, 1, -signal.SIGABRT):
             closed.program = types.SimpleNamespace(status=status)
             self.assertIsNone(closed.supervise())

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """What the tests of whole sets share: a folder of their own, sets in it, and a look at processes."""
 
+import atexit
 import collections
 import os
 import re
@@ -16,9 +17,12 @@ LAUNCHER = os.path.join(SOURCE, "launcher")
 sys.path.insert(0, LAUNCHER)
 
 from folder import SetFolder  # noqa: E402
+from processes import Monitor  # noqa: E402
 from virtual_set import VirtualSet  # noqa: E402
 from walks import SOUND_MOVE, Walk  # noqa: E402
 
+# What sets share: their locales, which take seconds to build.
+STATE = os.path.join(BUILD, "test-state")
 DEADLINE = 240
 
 # One process: its start tells it from a later one of the same number.
@@ -77,6 +81,21 @@ def with_variables(changes):
     return {name: value for name, value in {**os.environ, **changes}.items() if value is not None}
 
 
+class Monitors:
+    """The screens of this process's sets, by their size: a test that is not about the servers of a screen
+    takes those of the test before."""
+
+    _by_size = {}
+
+    @classmethod
+    def of(cls, size):
+        monitor = cls._by_size.get(size)
+        if not monitor or not monitor.good:
+            monitor = cls._by_size[size] = Monitor(*size)
+            atexit.register(monitor.stop)
+        return monitor
+
+
 class SetCase(unittest.TestCase):
     def setUp(self):
         self.private = tempfile.mkdtemp(prefix="zolt-test-")
@@ -102,8 +121,9 @@ class SetCase(unittest.TestCase):
     def start(self, scenario=None, **choices):
         """A running set with a person in front of it; it ends with the test."""
         path = scenario and self.write("scenario.ini", self.key_file(scenario))
-        running_set = VirtualSet(self.folder(**choices), os.path.join(BUILD, "test-state"),
-                                 scenario=path, say=self.said.append)
+        folder = self.folder(**choices)
+        running_set = VirtualSet(folder, STATE, scenario=path, say=self.said.append,
+                                 monitor=Monitors.of(folder.size))
         running_set.__enter__()
         self.addCleanup(running_set.close)
         return Walk(running_set, self.private, self.said.append)

@@ -12,7 +12,7 @@ import unittest
 from unittest import mock
 import xml.etree.ElementTree as ElementTree
 
-from set_case import BUILD, DEADLINE, SetCase, contents, descendants, program_of
+from set_case import BUILD, DEADLINE, STATE, SetCase, contents, descendants, program_of
 
 from folder import SetFolder
 from journal import Journal
@@ -403,7 +403,7 @@ class Playing(SetCase):
     def test_a_change_of_the_language_renews_the_texts_of_the_screen_that_stands(self):
         walk = self.start()
         walk.start()
-        walk.set.folder.make_locale(os.path.join(BUILD, "test-state", "locales"), "ko_KR.utf8")
+        walk.set.folder.make_locale(os.path.join(STATE, "locales"), "ko_KR.utf8")
         before = walk.set.camera.settled()
         walk.set.control("set", "Language", "Language", "ko_KR.utf8")
         wait_until(lambda: walk.set.camera.settled() != before, 60, "the Korean menu")
