@@ -19,11 +19,6 @@ LARGEST_SIDE = 16384
 _LAID_OUT = {"config.xml", "data", "etc", "home"}
 
 
-def locales_of(state):
-    """Where the sets that share the folder STATE find their locales."""
-    return os.path.join(state, "locales")
-
-
 def locale_source(locale):
     """The name of the distribution's source of LOCALE, such as ko_KR for ko_KR.utf8."""
     found = re.fullmatch(r"([a-z]{2,3}_[A-Z]{2})\.(utf8|UTF-8)(@[a-z]+)?", locale)

@@ -14,7 +14,7 @@ import sys
 import threading
 import time
 
-from folder import LARGEST_SIDE, SMALLEST_SIDE, SetFolder, locales_of
+from folder import LARGEST_SIDE, SMALLEST_SIDE, SetFolder
 from journal import Journal
 from processes import ChoiceError, SetError, display_answers, require
 from registration import document_of, register
@@ -26,6 +26,7 @@ def options(arguments=None):
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--build", required=True, help="build folder of a preset")
     parser.add_argument("--state", required=True, help="folder for sets, locales and pictures")
+    parser.add_argument("--locales", help="folder of the locales, if they lie elsewhere")
     parser.add_argument("--headless", action="store_true")
     parser.add_argument("--hold", action="store_true")
     parser.add_argument("--walk")
@@ -39,8 +40,9 @@ def options(arguments=None):
     parser.add_argument("--locale", help="only build this locale, for a set that runs")
     parser.add_argument("--check", action="store_true", help="only tell whether the options are good")
     choice = parser.parse_args(arguments)
+    choice.locales = choice.locales or os.path.join(choice.state, "locales")
     # The program's working folder is the set's.
-    for name in ("build", "state", "out", "scenario", "set"):
+    for name in ("build", "state", "locales", "out", "scenario", "set"):
         if getattr(choice, name):
             setattr(choice, name, os.path.abspath(getattr(choice, name)))
     return choice
@@ -190,7 +192,7 @@ def walk(choice, name, out):
     started = time.monotonic()
     with contextlib.ExitStack() as stack:
         running_set = stack.enter_context(
-            VirtualSet(folder, choice.state, scenario=choice.scenario, log=log, say=say))
+            VirtualSet(folder, choice.locales, scenario=choice.scenario, log=log, say=say))
         if choice.log:
             stack.enter_context(shown_log(log))
         steps = Walk(running_set, out, say, choice.patience)
@@ -219,7 +221,7 @@ def live(choice, nested):
     make_folder(choice, folder, fresh=False)
     with contextlib.ExitStack() as stack:
         running_set = stack.enter_context(
-            VirtualSet(folder, choice.state, scenario=choice.scenario, nested=nested, say=say))
+            VirtualSet(folder, choice.locales, scenario=choice.scenario, nested=nested, say=say))
         say(f"The set is on. Its folder is {folder.path}; Ctrl-C ends it")
         if choice.log:
             stack.enter_context(shown_log(running_set.log.path))
@@ -258,7 +260,7 @@ def main():
         list_walks(choice)
         return 0
     if choice.locale:
-        SetFolder.make_locale(locales_of(choice.state), choice.locale)
+        SetFolder.make_locale(choice.locales, choice.locale)
         return 0
     check_options(choice)
     if choice.check:

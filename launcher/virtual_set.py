@@ -6,7 +6,7 @@ import os
 import time
 
 import control
-from folder import SetFolder, locales_of
+from folder import SetFolder
 from journal import Journal
 from private_folder import PrivateFolder
 from processes import Bus, Child, Monitor, SetError, wait_until
@@ -18,7 +18,7 @@ RESTART_WINDOW = 60.0
 
 
 class VirtualSet:
-    """A set that runs between __enter__ and __exit__. FOLDER has been made; STATE is a folder that sets
+    """A set that runs between __enter__ and __exit__. FOLDER has been made; LOCALES is a folder that sets
     share. SCENARIO is what the daemon plays, in the place of the folder's own. MONITOR is a screen of the
     set's size that other sets use before and after it; without one the set has its own. Whoever holds the
     set may end its bus to see what follows."""
@@ -26,13 +26,13 @@ class VirtualSet:
     _PASSED = ("PATH", "TERM", "USER", "LOGNAME", "PULSE_SERVER", "LD_LIBRARY_PATH", "ELM_MODULES",
                "CANBERRA_DRIVER", "VIRTUAL_SET_STALL_SECONDS", "VIRTUAL_SET_SOUNDS")
 
-    def __init__(self, folder: SetFolder, state, scenario=None, log=None, nested=False, say=print,
+    def __init__(self, folder: SetFolder, locales, scenario=None, log=None, nested=False, say=print,
                  monitor=None):
         self.folder = folder
         self.log = Journal(log or folder.file("zolt.log"))
         self.daemon_log = Journal(folder.file("daemon.log"))
         self.restarts = []
-        self._locales = locales_of(state)
+        self._locales = locales
         self._scenario = scenario
         self._nested = nested
         self._say = say
@@ -170,11 +170,10 @@ class VirtualSet:
 
     def rest(self):
         """Waits until the program has done and drawn all that it was told so far, and its newest window has
-        the keyboard. A program answers a verb before it draws, so that the second answer means that all of
-        before the first is drawn."""
+        the keyboard. Drawing puts off work for the next turn of the main loop, which may draw again."""
         for wait in (self.remote.wait_for_window_manager, lambda: None):
-            for _ in range(2):
-                self.control("ping")
+            for _ in range(3):
+                self.control("draw")
             wait()
 
     def wait_for_log(self, pattern, after=0, seconds=120, journal=None):

@@ -286,11 +286,12 @@ def unstable(walk):
 
 
 def unanswered(walk):
-    """A failure that nobody answers: the program ends after a minute."""
+    """A failure that nobody answers: the program ends after a minute, which the set's clock is put forward."""
     _first_menu(walk)
     mark = _request_pin(walk)
     walk.wait_for(r"Called .*showNetworkFailurePopup", mark)
     walk.look("failed", "there is no network, and nobody is there")
+    walk.set.control("advance", "60")
     walk.wait_for(r"Called .*quitRequested", mark)
     walk.end()
 

@@ -318,19 +318,9 @@ class Sight(LifeCase):
         description = self.write("set.ini", self.key_file({"Accessibility": accessibility}))
         found = []
         for _ in self.steps(name, description=description):
-            found.append((self.new_picture(found[-1][0] if found else None), self.screen()))
+            self.walk.set.rest()
+            found.append((self.walk.set.camera.look(), self.screen()))
         return found
-
-    def new_picture(self, last):
-        """The picture of a step: what is there may not be drawn yet, but then it is the LAST one's."""
-        found = [last]
-
-        def drawn():
-            found.append(self.walk.set.camera.settled())
-            return found[-1] != last
-
-        wait_until(drawn, DEADLINE, "a new picture")
-        return found[-1]
 
     @staticmethod
     def luminance(colour):

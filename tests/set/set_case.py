@@ -21,8 +21,8 @@ from processes import Monitor  # noqa: E402
 from virtual_set import VirtualSet  # noqa: E402
 from walks import SOUND_MOVE, Walk  # noqa: E402
 
-# What sets share: their locales, which take seconds to build.
-STATE = os.path.join(BUILD, "test-state")
+# Shared by all tests, since locales take seconds to build.
+LOCALES = os.path.join(BUILD, "test-state", "locales")
 DEADLINE = 240
 
 # One process: its start tells it from a later one of the same number.
@@ -122,7 +122,7 @@ class SetCase(unittest.TestCase):
         """A running set with a person in front of it; it ends with the test."""
         path = scenario and self.write("scenario.ini", self.key_file(scenario))
         folder = self.folder(**choices)
-        running_set = VirtualSet(folder, STATE, scenario=path, say=self.said.append,
+        running_set = VirtualSet(folder, LOCALES, scenario=path, say=self.said.append,
                                  monitor=Monitors.of(folder.size))
         running_set.__enter__()
         self.addCleanup(running_set.close)
@@ -150,7 +150,7 @@ class SetCase(unittest.TestCase):
 
     def launcher(self, *arguments):
         return ["/usr/bin/python3", "-B", os.path.join(LAUNCHER, "launch.py"), "--build", BUILD,
-                "--state", os.path.join(self.private, "state"), *arguments]
+                "--state", os.path.join(self.private, "state"), "--locales", LOCALES, *arguments]
 
     def launch(self, *arguments, **environment):
         return subprocess.run(self.launcher(*arguments), env=with_variables(environment),

@@ -12,7 +12,7 @@ import unittest
 from unittest import mock
 import xml.etree.ElementTree as ElementTree
 
-from set_case import BUILD, DEADLINE, STATE, SetCase, contents, descendants, program_of
+from set_case import BUILD, DEADLINE, LOCALES, SetCase, contents, descendants, program_of
 
 from folder import SetFolder
 from journal import Journal
@@ -342,7 +342,7 @@ class Trouble(SetCase):
         self.assertFalse(os.path.exists(walk.set.folder.file("data", "registered")))
 
     def test_a_list_with_a_missing_level_is_noticed_by_the_watchdog_and_the_program_starts_again(self):
-        description = self.write("set.ini", self.key_file({"Framework": {"StallSeconds": 20}}))
+        description = self.write("set.ini", self.key_file({"Framework": {"StallSeconds": 8}}))
         path = self.write("list.xml", '<rsp stat="ok"><list level="1" name="R" is_fix="N" is_sub="Y">'
                           '<sub_list name="A" code="01"/></list>'
                           '<list level="2" name="S" is_fix="N" is_sub="N">'
@@ -403,7 +403,7 @@ class Playing(SetCase):
     def test_a_change_of_the_language_renews_the_texts_of_the_screen_that_stands(self):
         walk = self.start()
         walk.start()
-        walk.set.folder.make_locale(os.path.join(STATE, "locales"), "ko_KR.utf8")
+        walk.set.folder.make_locale(LOCALES, "ko_KR.utf8")
         before = walk.set.camera.settled()
         walk.set.control("set", "Language", "Language", "ko_KR.utf8")
         wait_until(lambda: walk.set.camera.settled() != before, 60, "the Korean menu")

@@ -17,7 +17,7 @@ struct Usage {
     const char* meaning;
 };
 
-constexpr std::array<Usage, 15> USAGES = {{
+constexpr std::array<Usage, 17> USAGES = {{
     {"ping", "", 0, 0, "prints the process ID of the program"},
     {"pause", "", 0, 0, "puts the program out of sight"},
     {"resume", "", 0, 0, "brings it back"},
@@ -31,6 +31,8 @@ constexpr std::array<Usage, 15> USAGES = {{
     {"get", "GROUP KEY", 2, 2, "prints a value of the description"},
     {"describe", "", 0, 0, "prints all values of the description"},
     {"look", "", 0, 0, "prints what is on the screen: windows, widgets, rows and texts"},
+    {"draw", "", 0, 0, "draws at once what waits for the next frame"},
+    {"advance", "SECONDS", 1, 1, "puts the clock of the program's timers forward"},
     {"quit", "", 0, 0, "ends the program"},
     {"help", "", 0, 0, "prints the verbs"},
 }};
@@ -45,6 +47,7 @@ const Usage* find(const std::string& verb) {
 
 std::vector<std::string> controlVerbs() {
     std::vector<std::string> verbs;
+    verbs.reserve(USAGES.size());
     for (const Usage& usage : USAGES) {
         verbs.emplace_back(usage.verb);
     }

@@ -17,6 +17,7 @@
 #include "host/notices/ApplicationEvents.h"
 #include "host/notices/ChangeWatch.h"
 #include "host/notices/PowerNotices.h"
+#include "host/toolkit/ToolkitTime.h"
 
 namespace host {
 
@@ -35,7 +36,7 @@ void announceChange() {
 }
 
 ControlReply set(ControlledApplication*, const Words& words) {
-    const ControlReply reply = setValue(words, Description::write);
+    ControlReply reply = setValue(words, Description::write);
     if (reply.status == CONTROL_DONE) {
         announceChange();
     }
@@ -125,6 +126,20 @@ ControlReply look(ControlledApplication*, const Words&) {
     return {CONTROL_DONE, screenReport()};
 }
 
+ControlReply draw(ControlledApplication*, const Words&) {
+    drawWindows();
+    return done();
+}
+
+ControlReply advance(ControlledApplication*, const Words& words) {
+    const auto seconds = parseNumber(words[1]);
+    if (!seconds || *seconds < 0) {
+        return {CONTROL_USAGE_ERROR, words[1] + " is not a number of seconds"};
+    }
+    putClockForward(*seconds);
+    return done();
+}
+
 ControlReply help(ControlledApplication*, const Words&) {
     return {CONTROL_DONE, controlHelp()};
 }
@@ -148,6 +163,8 @@ constexpr Action ACTIONS[] = {
     {"get", get},
     {"describe", describeAll},
     {"look", look},
+    {"draw", draw},
+    {"advance", advance},
     {"quit", quit},
     {"help", help},
 };
