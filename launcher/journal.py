@@ -38,6 +38,12 @@ class Journal:
                 return found
         return None
 
+    def last(self, pattern):
+        """The last line that holds PATTERN, as a match, or None."""
+        expression = re.compile(pattern)
+        found = [expression.search(line) for line in self.read()]
+        return next((match for match in reversed(found) if match), None)
+
     def count(self, pattern, after=0):
         expression = re.compile(pattern)
         return sum(1 for line in self.read()[after:] if expression.search(line))

@@ -155,9 +155,8 @@ def check_scenario(choice, scenario):
 
 def lay_out_course(plan, folder):
     """What the walk PLAN begins with: the daemon's course, and the shop that the set is tied to."""
-    if plan.scenario:
-        with open(folder.file("scenario.ini"), "w", encoding="utf-8") as file:
-            file.write(plan.scenario_text())
+    with open(folder.file("scenario.ini"), "w", encoding="utf-8") as file:
+        file.write(plan.scenario_text())
     if plan.registered:
         shops = os.path.join(folder.build, "daemon", "shop-lists", "retail.xml")
         register(folder, document_of(shops))

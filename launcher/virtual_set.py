@@ -179,14 +179,20 @@ class VirtualSet:
     def wait_for_log(self, pattern, after=0, seconds=120, journal=None):
         """Waits for a line of the log, and fails at once when the program ends without it."""
         journal = journal or self.log
+        return self.wait_while_running(lambda: journal.find(pattern, after), seconds,
+                                       f"{pattern!r} in {os.path.basename(journal.path)}")
 
+    def wait_while_running(self, condition, seconds, what):
+        """Waits for CONDITION, and fails at once when the program ends without it."""
         def seen():
-            found = journal.find(pattern, after)
-            if not found and self.program.status is not None and not journal.find(pattern, after):
-                raise SetError(f"zolt-hub ended with status {self.program.status} before {pattern!r}")
+            found = condition()
+            if not found and self.program.status is not None:
+                found = condition()
+                if not found:
+                    raise SetError(f"zolt-hub ended with status {self.program.status} before {what}")
             return found
 
-        return wait_until(seen, seconds, f"{pattern!r} in {os.path.basename(journal.path)}")
+        return wait_until(seen, seconds, what)
 
     def wait_for_end(self, seconds=60):
         wait_until(lambda: self.program.status is not None, seconds, "the end of zolt-hub")

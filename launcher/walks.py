@@ -3,11 +3,14 @@
 
 import os
 import re
+import signal
 import time
 
 from processes import SetError
 
 SCREEN = r"Called ZOLT::GUI::(\w+Screen)::\1\("
+HELD = r"Z held "
+EVENT = r"Z event "
 SOUND_MOVE = r"Playing AUI sound \[AUISoundType: 0\]"
 
 
@@ -20,6 +23,8 @@ class Walk:
         self.patience = patience
         self.pictures = []
         self._say = say
+        self._events = 0  # of the daemon, awaited so far
+        self._released = 0
         self._started = time.monotonic()
 
     def press(self, key, *expected):
@@ -38,7 +43,7 @@ class Walk:
         number = len(self.pictures) + 1
         path = os.path.join(self.out, f"{number:02d}-{name}.png")
         self.set.rest()
-        self.set.camera.save(self.set.camera.settled(), path)
+        self.set.camera.save(self.set.camera.look(), path)
         self.pictures.append(path)
         elapsed = time.monotonic() - self._started
         self._say(f"{number:3d}  {elapsed:5.1f} s  {text:<58}  {os.path.basename(path)}")
@@ -51,6 +56,23 @@ class Walk:
         screen = self.wait_for_screen(mark)
         self.wait_for(r"calling Resume", mark)
         return screen
+
+    def await_event(self):
+        """Waits for the next event of the daemon. One that the daemon holds back is released: a course that
+        holds its events shows each waiting screen for as long as its picture takes."""
+        journal = self.set.daemon_log
+
+        def held_or_sent():
+            return (journal.count(HELD) > self._released, journal.count(EVENT) > self._events)
+
+        is_held, _ = self.set.wait_while_running(
+            lambda: any(held_or_sent()) and held_or_sent(), self.patience, "an event of the daemon")
+        if is_held:
+            self._released += 1
+            os.kill(int(journal.last(r" process (\d+)$").group(1)), signal.SIGUSR1)
+            self.set.wait_while_running(lambda: journal.count(EVENT) > self._events, self.patience,
+                                        "the event that was released")
+        self._events += 1
 
     def wait_for(self, pattern, after=0):
         """Waits for a line of the log after the place AFTER."""
@@ -119,14 +141,16 @@ def _search(walk):
     mark = walk.set.log.mark()
     walk.press("Return", r"Called .*displayShopsFromLANRequested", r"Called .*requestShopInfoList")
     walk.look("searching", "the set searches in the local network")
+    walk.await_event()
     return mark
 
 
 def _request_pin(walk):
-    """From the first menu to the wait for a PIN. Returns the place in the log."""
+    """From the first menu to the answer to the request of a PIN. Returns the place in the log."""
     mark = walk.set.log.mark()
     walk.press("Return", r"Called .*pinRequestingScreenRequested", r"Called .*requestPincode\(")
     walk.look("pin-requested", "the set asks for a PIN")
+    walk.await_event()
     return mark
 
 
@@ -135,6 +159,7 @@ def _show_pin(walk):
     mark = _request_pin(walk)
     walk.wait_for(r"Called .*requestPincodeVerification", mark)
     walk.look("pin", "the set shows the PIN and waits for its verification")
+    walk.await_event()
     return mark
 
 
@@ -144,6 +169,7 @@ def _confirm(walk):
     mark = walk.set.log.mark()
     walk.press("Return", r"Called .*shopRegistrationRequested", r"Called .*requestRegistrationShopInfo")
     walk.look("registering", "the set hands the registration over")
+    walk.await_event()
     walk.wait_for(r"Called .*showCompletionPopup", mark)
     walk.look("completed", "the registration is complete")
     _quit(walk)
@@ -174,6 +200,7 @@ def new(walk):
     mark = _show_pin(walk)
     walk.wait_for(r"callbackManager called \(Event: 0; Reason: 1\)", mark)
     walk.look("pin-verified", "the PIN is verified, and the shops are fetched")
+    walk.await_event()
     walk.wait_for(r"Called ZOLT::GUI::ShopListScreen::ShopListScreen\(", mark)
     _walk_down(walk, "ShopListScreen")
     _confirm(walk)
@@ -202,6 +229,7 @@ def change(walk):
     mark = walk.set.log.mark()
     walk.press("Return", r"Called .*deleteRegistrationInfo")
     walk.look("deleting", "the registration is being deleted")
+    walk.await_event()
     walk.wait_for(r"Called .*showMainMenuUnregisteredScreen", mark)
     walk.look("new-menu", "the menu of a set that is not tied to a shop")
     _walk_down(walk, walk.wait_for_screen(_search(walk)))
@@ -217,6 +245,7 @@ def deregister(walk):
     mark = walk.set.log.mark()
     walk.press("Return", r"Called .*unregister\(")
     walk.look("deregistering", "the registration is being ended")
+    walk.await_event()
     walk.wait_for(r"Called .*showDeregistrationSucceededPopup", mark)
     walk.look("deregistered", "the set is not tied to a shop any more")
     _quit(walk)
@@ -271,6 +300,7 @@ def no_server(walk):
     walk.press("Return", r"Called .*showDeregistrationPopup")
     mark = walk.set.log.mark()
     walk.press("Return", r"Called .*unregister\(")
+    walk.await_event()
     _fail(walk, mark, "the server does not answer")
 
 
@@ -282,6 +312,7 @@ def unstable(walk):
     walk.look("confirmation", "one shop is all there is, and the set shows it")
     mark = walk.set.log.mark()
     walk.press("Return", r"Called .*requestRegistrationShopInfo")
+    walk.await_event()
     _fail(walk, mark, "the connection is not stable")
 
 
@@ -309,14 +340,15 @@ class Plan:
     def __init__(self, function, registered=False, **scenario):
         self.function = function
         self.registered = registered
-        self.scenario = scenario
+        # Events wait for the pictures of the screens that wait for them.
+        self.scenario = {**scenario, "daemon": {"hold": "true", **scenario.get("daemon", {})}}
 
     @property
     def meaning(self):
         return self.function.__doc__
 
     def scenario_text(self):
-        """The key file of the daemon's course; empty for the ordinary one."""
+        """The key file of the daemon's course."""
         return "".join(f"[{group}]\n" + "".join(f"{key}={value}\n" for key, value in values.items())
                        for group, values in self.scenario.items())
 
