@@ -7,15 +7,12 @@ import re
 import shutil
 import subprocess
 
-from key_file import KeyFile, KeyFileError
+from description import Description
 from processes import ChoiceError, SetError
 
 # The languages that every set has built from its start, so that it can be switched while it runs; others
 # are built when a set is started in one or is told to change to one.
 LOCALES = {"ar": "ar_EG.utf8", "en": "en_US.utf8", "ko": "ko_KR.utf8"}
-# What the set itself takes for a side of its screen.
-SMALLEST_SIDE = 1
-LARGEST_SIDE = 16384
 _LAID_OUT = {"config.xml", "data", "etc", "home"}
 
 
@@ -28,56 +25,13 @@ def locale_source(locale):
     return source
 
 
-class Description:
-    """What kind of set it is: a key file, in which every value has a default, and a bad value counts as
-    absent."""
-
-    def __init__(self, path=None):
-        try:
-            self._file = KeyFile(path)
-        except KeyFileError as error:
-            raise ChoiceError(f"the description of the set cannot be read: {error}") from error
-
-    @classmethod
-    def of(cls, path):
-        """That of the file PATH, or the default one where there is no such file."""
-        return cls(path if os.path.exists(path) else None)
-
-    def change(self, groups):
-        """Changes values: group to key to value."""
-        for group, values in groups.items():
-            for key, value in values.items():
-                self._file.set(group, key, value)
-
-    def save(self, path):
-        with open(path + ".new", "w", encoding="utf-8", errors="surrogateescape") as file:
-            file.write(self._file.text)
-        os.replace(path + ".new", path)
-
-    def check(self):
-        """Raises ChoiceError for a language that no set on this machine can have."""
-        locale_source(self.language)
-
-    @property
-    def size(self):
-        return self._side("Width", 1920), self._side("Height", 1080)
-
-    def _side(self, key, fallback):
-        given = self._file.get("Screen", key) or ""
-        sound = re.fullmatch(r"[0-9]{1,9}", given) and SMALLEST_SIDE <= int(given) <= LARGEST_SIDE
-        return int(given) if sound else fallback
-
-    @property
-    def language(self):
-        return self._file.get("Language", "Language") or LOCALES["en"]
-
-
 class SetFolder:
     """Makes and describes the folder PATH for the program of the build folder BUILD."""
 
     def __init__(self, path, build):
         self.path = os.path.abspath(path)
         self.build = os.path.abspath(build)
+        self._description = None  # known once the folder is laid out
         self._claim = None  # the open folder, locked; closed with the process
 
     def file(self, *names):
@@ -105,26 +59,32 @@ class SetFolder:
         """Lays the folder out. FRESH forgets what an earlier run left. The file DESCRIPTION replaces
         that of the folder; SIZE and LANGUAGE then override what it says. What is wrong with any of
         them is told before anything is changed."""
-        wanted = Description() if fresh and not description else Description.of(
-            description or self.file("set.ini"))
-        overrides = {}
-        if size:
-            overrides["Screen"] = {"Width": str(size[0]), "Height": str(size[1])}
-        if language:
-            overrides["Language"] = {"Language": language + ".utf8"}
-        if overrides:
-            wanted.change(overrides)
-        wanted.check()
+        own = self.file("set.ini")
+        given = description or (None if fresh else own)
+        described = given and Description(self.build, given).language
+        if language or described:
+            locale_source(language + ".utf8" if language else described)
+        content = b""
+        if description:
+            with open(description, "rb") as file:
+                content = file.read()
         if fresh:
             self._clear()
         for name in ("data", "etc", "home"):
             os.makedirs(self.file(name), exist_ok=True)
         shutil.copyfile(os.path.join(self.build, "config", "config.xml"), self.file("config.xml"))
         if description:
-            wanted.save(self.file("set.ini"))
-        elif overrides:
-            # The description may be a link to a file elsewhere; that file changes, the link stays.
-            wanted.save(os.path.realpath(self.file("set.ini")))
+            # The description that stood here may be a link to a file elsewhere, which stays as it is.
+            if os.path.lexists(own):
+                os.remove(own)
+            with open(own, "wb") as file:
+                file.write(content)
+        self._description = Description(self.build, own)
+        if size:
+            self._description.change("Screen", "Width", str(size[0]))
+            self._description.change("Screen", "Height", str(size[1]))
+        if language:
+            self._description.change("Language", "Language", language + ".utf8")
 
     def _clear(self):
         """Empties the folder. The folder itself stays, since the claim is on it."""
@@ -137,16 +97,16 @@ class SetFolder:
             else:
                 os.remove(path)
 
-    def _description(self):
-        return Description.of(self.file("set.ini"))
-
     @property
     def size(self):
-        return self._description().size
+        return self._described().size
 
     @property
     def language(self):
-        return self._description().language
+        return self._described().language
+
+    def _described(self):
+        return self._description or Description(self.build, self.file("set.ini"))
 
     def make_locales(self, path):
         """Builds the locales that the set may speak into PATH, whatever the machine itself has."""

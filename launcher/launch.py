@@ -14,7 +14,8 @@ import sys
 import threading
 import time
 
-from folder import LARGEST_SIDE, SMALLEST_SIDE, SetFolder
+from description import LARGEST_SIDE, SMALLEST_SIDE
+from folder import SetFolder
 from journal import Journal
 from processes import ChoiceError, SetError, display_answers, require
 from registration import document_of, register

@@ -2,7 +2,6 @@
 """The remote control and the camera in front of a set: keys in, pictures out."""
 
 import struct
-import time
 import zlib
 
 from display import Display
@@ -60,23 +59,7 @@ class Camera:
 
     def look(self):
         """What the screen shows at this moment: red, green and blue of each pixel, row by row."""
-        return self._colours(self._display.pixels(self.width, self.height))
-
-    def settled(self, seconds=3.0, pause=0.05):
-        """A picture in which nothing moves any more; after SECONDS one of a screen that does not rest,
-        such as one with a turning circle."""
-        deadline = time.monotonic() + seconds
-        last = self._display.pixels(self.width, self.height)
-        while time.monotonic() < deadline:
-            time.sleep(pause)
-            pixels = self._display.pixels(self.width, self.height)
-            if pixels == last and pixels.count(0) < len(pixels):
-                break
-            last = pixels
-        return self._colours(last)
-
-    @staticmethod
-    def _colours(pixels):
+        pixels = self._display.pixels(self.width, self.height)
         picture = bytearray(len(pixels) // 4 * 3)
         for place in range(3):
             picture[place::3] = pixels[2 - place::4]

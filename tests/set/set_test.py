@@ -17,6 +17,7 @@ from set_case import BUILD, DEADLINE, LOCALES, SetCase, contents, descendants, p
 from folder import SetFolder
 from journal import Journal
 import launch
+from remote import Camera
 from processes import Child, SetError, wait_until
 from screen import Screen
 from walks import SOUND_MOVE, WALKS, Plan, quit_, received_document
@@ -56,6 +57,8 @@ class Walking(SetCase):
             "quitRequested", "calling Terminate", "Decreasing Vconf",
             "ZOLT GUI application: Closing", "Vconf is already changed"])
         self.assertNotIn("Exception", log)
+        self.assert_the_daemon_saw_each_call_in_order(out)
+        self.assert_the_document_is_that_of_the_walk(out)
 
     def assert_a_line_for_each(self, pictures, said):
         first, *steps, last = said.splitlines()
@@ -71,8 +74,7 @@ class Walking(SetCase):
             self.assertGreaterEqual(found, 0, f"{text!r} does not follow")
             place = found + len(text)
 
-    def test_the_daemon_sees_each_call_in_order_with_the_document_that_the_screen_showed(self):
-        out, _ = self.walk()
+    def assert_the_daemon_saw_each_call_in_order(self, out):
         journal = os.path.join(out, "set", "daemon.log")
         seen = self.calls(journal)
         self.assertEqual("requestShopInfoList", seen[0])
@@ -82,6 +84,8 @@ class Walking(SetCase):
         self.assertEqual(["requestShopInfoList", "getShopInfoList"] +
                          ["getRegisteredShopInfo"] * levels +
                          ["requestRegistrationShopInfo", "applicationCancelled"], seen)
+
+    def assert_the_document_is_that_of_the_walk(self, out):
         document = ElementTree.parse(os.path.join(out, "registration.xml")).getroot()
         self.assertEqual("rsp", document.tag)
         codes = [entry.get("code") for entry in document.iter("sub_list")]
@@ -141,8 +145,7 @@ class Walking(SetCase):
         SetFolder(os.path.join(out, "set"), BUILD).make()
         for name in ("99-left.png", "registration.xml", "zolt.log", "notes.txt"):
             self.rewrite(os.path.join(out, name), "old")
-        scenario = self.write("scenario.ini", self.key_file({"daemon": {"found-in-lan": "false"}}))
-        self.launch("--headless", "--out", out, "--scenario", scenario, "--patience", "15")
+        self.walk("--walk", "quit")
         self.assertEqual("old", contents(os.path.join(out, "notes.txt")))
         for name in ("99-left.png", "registration.xml"):
             self.assertFalse(os.path.exists(os.path.join(out, name)), name)
@@ -164,15 +167,57 @@ class Walking(SetCase):
     def test_every_list_that_ships_can_be_walked(self):
         for name in ("scripts", "places", "one-shop"):
             with self.subTest(name):
-                scenario = self.write("scenario.ini", self.key_file({"daemon": {"shops": name}}))
+                scenario = self.write("scenario.ini", self.key_file({"daemon": {"shops": name, "delay": "50"}}))
                 self.walk("--scenario", scenario)
 
     def test_a_walk_that_cannot_be_gone_fails_and_says_where(self):
         scenario = self.write("scenario.ini", self.key_file({"daemon": {"found-in-lan": "false"}}))
         ended = self.launch("--headless", "--out", os.path.join(self.private, "out"),
-                            "--scenario", scenario, "--walk", "existing", "--patience", "15")
+                            "--scenario", scenario, "--walk", "existing", "--patience", "3")
         self.assertEqual(1, ended.returncode)
         self.assertIn("existing: FAILED after", ended.stdout)
+
+
+class Pictures(SetCase):
+    """What the pictures of a walk show, and when they are taken."""
+
+    WAITING = {"searching": "Searching for a registration.", "pin-requested": "Connecting to the server…",
+               "pin-verified": "Connecting to the server…", "registering": "Connecting to the server…"}
+
+    def walk_slowly(self, name):
+        """Goes the walk NAME with a camera so slow that each event could come before the picture, and
+        returns what it saw: the name of each step, its texts and its picture."""
+        plan = WALKS[name]
+        walk = self.start(fresh=True, scenario={
+            **plan.scenario, "daemon": {**plan.scenario["daemon"], "delay": "0"}})
+        saved = []
+
+        def slow_look():
+            # The daemon answers at once where it does not wait: by then its event would have been handled.
+            for _ in range(50):
+                walk.set.control("draw")
+                walk.set.daemon_log.read()
+            return Camera.look(walk.set.camera)
+
+        def save(picture, path):
+            words = "\n".join(Screen(walk.set.control("look")).window.words)
+            saved.append((os.path.basename(path)[3:-4], words, picture))
+
+        with mock.patch.object(walk.set.camera, "look", slow_look), \
+                mock.patch.object(walk.set.camera, "save", save):
+            plan.function(walk)
+        return saved
+
+    def test_each_waiting_screen_is_in_its_picture_however_slow_the_camera_is(self):
+        for name in ("existing", "new"):
+            with self.subTest(name):
+                saved = self.walk_slowly(name)
+                waiting = [number for number, (step, _, _) in enumerate(saved) if step in self.WAITING]
+                self.assertGreaterEqual(len(waiting), 2)
+                for number in waiting:
+                    step, words, picture = saved[number]
+                    self.assertIn(self.WAITING[step], words, step)
+                    self.assertNotEqual(picture, saved[number + 1][2], step)
 
 
 class Registration(SetCase):
@@ -261,7 +306,8 @@ class Trouble(SetCase):
         self.configure(walk, "LayoutPath", "/nowhere")
         self.assertEqual("MainMenuUnregisteredScreen", walk.start())
         # The widgets have no place and no size then; what is left of them lies in the corner.
-        below = walk.set.camera.settled()[1920 * 3 * 40:]
+        walk.set.rest()
+        below = walk.set.camera.look()[1920 * 3 * 40:]
         self.assertEqual({below[:3]}, {below[place:place + 3] for place in range(0, len(below), 3)})
         self.assertEqual(f"process {walk.set.program.process.pid}", walk.set.control("ping"))
         walk.press("Escape", r"quitRequested")
@@ -386,7 +432,7 @@ class Playing(SetCase):
         """Where the buttons of the first menu and their icons stand on a set of 1280x720."""
         walk = self.start(fresh=True, size=(1280, 720), language=language)
         walk.start()
-        walk.set.camera.settled()
+        walk.set.rest()
         window = Screen(walk.set.control("look")).window
         walk.set.close()
         return [(piece.x, piece.y, piece.width, piece.height)
@@ -404,9 +450,10 @@ class Playing(SetCase):
         walk = self.start()
         walk.start()
         walk.set.folder.make_locale(LOCALES, "ko_KR.utf8")
-        before = walk.set.camera.settled()
+        walk.set.rest()
+        before = walk.set.camera.look()
         walk.set.control("set", "Language", "Language", "ko_KR.utf8")
-        wait_until(lambda: walk.set.camera.settled() != before, 60, "the Korean menu")
+        wait_until(lambda: walk.set.camera.look() != before, DEADLINE, "the Korean menu")
 
 
 if __name__ == "__main__":

@@ -1,0 +1,42 @@
+# SPDX-License-Identifier: Apache-2.0
+"""What the description of a set says, by the rules of the set itself: its control program reads the file."""
+
+import os
+import subprocess
+
+from processes import ChoiceError
+
+# The bounds of the set, known here as well, since a size is refused before the control program is built.
+SMALLEST_SIDE = 1
+LARGEST_SIDE = 16384
+
+
+class Description:
+    """The description in the file PATH; where there is none, each value has its default. BUILD is the folder
+    of the build whose set it is."""
+
+    def __init__(self, build, path):
+        self._program = os.path.join(build, "platform", "host", "virtual-set-control")
+        self._path = path
+        self._values = dict(line.split("=", 1) for line in self._ask("describe").splitlines())
+
+    @property
+    def size(self):
+        return int(self._values["Screen Width"]), int(self._values["Screen Height"])
+
+    @property
+    def language(self):
+        return self._values["Language Language"]
+
+    def change(self, group, key, value):
+        """Changes a value in the file, and leaves the rest of it as it is."""
+        self._ask("set", group, key, value)
+        self._values[f"{group} {key}"] = value
+
+    def _ask(self, *words):
+        told = subprocess.run([self._program, "--description", self._path, *words], capture_output=True,
+                              text=True, errors="surrogateescape", check=False)
+        if told.returncode != 0:
+            reason = " ".join(told.stderr.replace("virtual-set-control: ", "").split())
+            raise ChoiceError(f"the description of the set cannot be used: {reason}")
+        return told.stdout
