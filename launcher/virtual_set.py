@@ -107,6 +107,8 @@ class VirtualSet:
             "FONTCONFIG_FILE": os.path.join(_ROOT, "platform", "host", "fonts.conf"),
             "EINA_LOG_LEVEL": "1",
             "EINA_LOG_BACKTRACE": "-1",
+            # What is drawn on request (rest) must not wait for a thread that draws already.
+            "ECORE_EVAS_FORCE_SYNC_RENDER": "1",
             "ELM_DISPLAY": "x11",
             "ELM_ENGINE": "x11",
             "VIRTUAL_SET_DIR": self.folder.path,
