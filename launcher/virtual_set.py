@@ -59,12 +59,18 @@ class VirtualSet:
         self.folder.make_locales(self._locales)
         # Sockets need short and plain names, which neither a build folder nor TMPDIR may have.
         self._private = PrivateFolder()
+        os.symlink(self._locales, self._locales_link)
         self.start_bus()
         width, height = self.folder.size
         servers = self.folder.file("servers.log")
         self.monitor = self._shared_monitor or Monitor(width, height, servers, self._nested)
         self.remote = Remote(self.monitor.display)
         self.camera = Camera(self.monitor.display, width, height)
+
+    @property
+    def _locales_link(self):
+        # A colon parts the folders of LOCPATH from one another, and the path of a tree may have one.
+        return os.path.join(self.private, "locales")
 
     @property
     def private(self):
@@ -103,7 +109,7 @@ class VirtualSet:
             "XDG_CACHE_HOME": os.path.join(home, "cache"),
             "XDG_DATA_HOME": os.path.join(home, "data"),
             "XDG_RUNTIME_DIR": self._runtime_folder(),
-            "LOCPATH": self._locales,
+            "LOCPATH": self._locales_link if self.private else self._locales,
             "FONTCONFIG_FILE": os.path.join(_ROOT, "platform", "host", "fonts.conf"),
             "EINA_LOG_LEVEL": "1",
             "EINA_LOG_BACKTRACE": "-1",

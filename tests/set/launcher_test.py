@@ -11,7 +11,7 @@ import types
 import unittest
 import unittest.mock
 
-from set_case import (BUILD, DEADLINE, LOCALES, SOURCE, SetCase, contents, descendants, program_of, running,
+from set_case import (BUILD, DEADLINE, LOCALES, PRINTABLE, SOURCE, SetCase, contents, descendants, program_of, running,
                       with_variables)
 
 from description import LARGEST_SIDE, SMALLEST_SIDE, Description
@@ -29,9 +29,11 @@ class RunCase(SetCase):
     """./run itself, in a tree of its own: the real program, but nothing is installed or built, only
     noted down."""
 
+    TREE = "tree"
+
     def setUp(self):
         super().setUp()
-        self.tree = os.path.join(self.private, "tree")
+        self.tree = os.path.join(self.private, self.TREE)
         self.notes = os.path.join(self.tree, "notes")
         self.set_folder = os.path.join(self.tree, "build", "set")
         os.makedirs(os.path.join(self.tree, "tools"))
@@ -163,6 +165,21 @@ class Options(RunCase):
         self.assertEqual((0, ""), (listed.returncode, listed.stderr))
         self.assertRegex(listed.stdout, r"(?m)^existing +\S")
         self.assertEqual("", contents(self.notes))
+
+
+class OddNames(RunCase):
+    TREE = PRINTABLE
+
+    def test_a_tree_and_an_out_with_every_printable_character_are_walked_and_controlled(self):
+        out = os.path.join(self.private, "out " + PRINTABLE)
+        process, output = self.begin(self.run_command("--walk", "unanswered", "--out", out), DISPLAY=None)
+        wait_until(lambda: process.poll() is not None or "01-menu.png" in contents(output), DEADLINE,
+                   "the first step")
+        self.assertIsNone(process.poll(), contents(output))
+        told = self.run_with("--out", out, "--control", "ping")
+        self.assertEqual((0, ""), (told.returncode, told.stderr))
+        self.assertEqual(0, process.wait(DEADLINE), contents(output))
+        self.assertTrue(os.path.exists(os.path.join(out, "03-failed.png")))
 
 
 class Laying(SetCase):

@@ -25,6 +25,9 @@ from walks import SOUND_MOVE, Walk  # noqa: E402
 LOCALES = os.path.join(BUILD, "test-state", "locales")
 DEADLINE = 240
 
+# A folder may have any of these in its name.
+PRINTABLE = "".join(map(chr, range(32, 127))).replace("/", "") + " é한"
+
 # One process: its start tells it from a later one of the same number.
 Process = collections.namedtuple("Process", "number start")
 
