@@ -4,12 +4,11 @@ the daemon is asked, and how it ends."""
 
 import os
 import re
-import signal
 import unittest
 import xml.etree.ElementTree as ElementTree
 
 import golden_log
-from set_case import DEADLINE, SOURCE, SetCase, descendants, program_of
+from set_case import DEADLINE, SOURCE, SetCase
 
 from processes import SetError, wait_until
 from registration import document_of, register
@@ -55,8 +54,10 @@ class FlowCase(SetCase):
     # --- doing
 
     def press(self, key):
-        """Presses KEY and holds it until its effect is seen, as a finger does."""
+        """Presses KEY once the program waits for one, and holds it until its effect is seen, as a finger
+        does."""
         self.release()
+        self.walk.set.rest()
         self.walk.set.remote.down(key)
         self._down = key
 
@@ -71,17 +72,8 @@ class FlowCase(SetCase):
         # The key comes up before the event, not at the same time.
         self.walk.set.rest()
         mark = self.walk.set.daemon_log.mark()
-        found = [one.number for one in descendants(os.getpid())
-                 if program_of(one) == "zolt-daemon"
-                 and self.walk.set.folder.path.encode() in self.command_of(one.number)]
-        self.assertEqual(1, len(found))
-        os.kill(found[0], signal.SIGUSR1)
+        self.walk.await_event()
         self.walk.set.wait_for_log(f" event {expected}$", mark, journal=self.walk.set.daemon_log)
-
-    @staticmethod
-    def command_of(number):
-        with open(f"/proc/{number}/cmdline", "rb") as file:
-            return file.read()
 
     # --- looking and listening
 
