@@ -171,7 +171,6 @@ def walk_all(choice, out):
 
 
 def walk(choice, name, out):
-    require(["xdotool", "import", "convert"])
     plan = WALKS[name]
     folder = claim_folder(choice, os.path.join(out, "set"))
     if choice.scenario:

@@ -4,6 +4,7 @@
 import os
 import re
 import subprocess
+import sys
 import unittest
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
@@ -194,6 +195,27 @@ class CycleSearch(unittest.TestCase):
 
     def test_two_paths_to_one_node_are_no_cycle(self):
         self.assertEqual(cycle_in({"a": {"b", "c"}, "b": {"d"}, "c": {"d"}}), [])
+
+
+class TheScripts(unittest.TestCase):
+    """What the Python of the tree imports: that of its own folder, and what comes with Python."""
+
+    # The tests of whole sets drive them as the launcher does.
+    ALSO = {"tests/set": ["launcher"]}
+
+    def test_scripts_import_only_what_their_folder_may(self):
+        scripts = [name for name in tracked() if name.endswith(".py")]
+        self.assertTrue(scripts)
+        modules = {folder: {os.path.basename(name)[:-3] for name in scripts if os.path.dirname(name) == folder}
+                   for folder in map(os.path.dirname, scripts)}
+        for name in scripts:
+            folder = os.path.dirname(name)
+            good = set(sys.stdlib_module_names).union(
+                *(modules[each] for each in [folder, *self.ALSO.get(folder, [])]))
+            for line in re.findall(r"^ *(?:import|from) +([\w., ]+)", read(name), re.M):
+                for imported in re.split(r",\s*", line.split(" import ")[0]):
+                    module = imported.split()[0].split(".")[0]
+                    self.assertTrue(module in good, f"{name} imports {module}")
 
 
 class TheFiles(unittest.TestCase):
