@@ -288,6 +288,7 @@ TEST_F(Control, EveryVerbOfTheHelpHasAnAction) {
         {"language", {"en_US.utf8"}},
         {"set", {"Set", "Model", "M"}},
         {"get", {"Set", "Model"}},
+        {"advance", {"1"}},
     };
     for (const std::string& verb : host::controlVerbs()) {
         std::vector<std::string> words = {verb};
@@ -299,6 +300,15 @@ TEST_F(Control, EveryVerbOfTheHelpHasAnAction) {
             EXPECT_EQ(control(words).status, 0) << verb;
         }
     }
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Control, TheClockIsPutForwardByWholeSecondsOnly) {
+    startAndWait({});
+    for (const char* seconds : {"-1", "soon", "1.5", ""}) {
+        EXPECT_EQ(control({"advance", seconds}).status, 2) << seconds;
+    }
+    EXPECT_EQ(control({"advance", "0"}).status, 0);
     EXPECT_EQ(quit(), 0);
 }
 
