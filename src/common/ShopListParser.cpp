@@ -155,6 +155,10 @@ ShopListParser::Shops& ShopListParser::getSubs(std::string name) {
     return m_subs[name.empty() ? TOP_KEY : name];
 }
 
+void ShopListParser::keep(const std::deque<Shop*>& shops) {
+    m_kept.insert(shops.begin(), shops.end());
+}
+
 void ShopListParser::clean() {
     ZOLT_TRACE();
     while (!m_shopLists.empty()) {
@@ -162,14 +166,31 @@ void ShopListParser::clean() {
         m_shopLists.pop_back();
     }
     m_shops.clear();
+    deleteUnreachable();
 }
 
 void ShopListParser::retire(std::vector<Shop*>& shops) {
-    m_retired.reserve(m_retired.size() + shops.size());
-    while (!shops.empty()) {
+    for (; !shops.empty(); shops.pop_back()) {
         m_retired.emplace_back(shops.back());
-        shops.pop_back();
     }
+}
+
+void ShopListParser::deleteUnreachable() {
+    std::unordered_set<const Shop*> reachable;
+    const auto addWithParents = [&reachable](const Shop* shop) {
+        for (; shop != nullptr && reachable.insert(shop).second; shop = shop->parent) {
+        }
+    };
+    for (const auto& [name, shops] : m_subs) {
+        std::for_each(shops.begin(), shops.end(), addWithParents);
+    }
+    std::for_each(m_kept.begin(), m_kept.end(), addWithParents);
+    m_kept.clear();
+    m_retired.erase(std::remove_if(m_retired.begin(), m_retired.end(),
+                                   [&reachable](const std::unique_ptr<Shop>& shop) {
+                                       return reachable.count(shop.get()) == 0;
+                                   }),
+                    m_retired.end());
 }
 
 std::string ShopListParser::getRegistrationXml(Shop* shop) {

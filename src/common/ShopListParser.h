@@ -2,10 +2,12 @@
 // The shop hierarchy: its entries, its levels, and the parser that builds and writes them.
 #pragma once
 
+#include <deque>
 #include <map>
 #include <memory>
 #include <set>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include <libxml/tree.h>
@@ -76,8 +78,12 @@ class ShopListParser {
     // How many lists were ever taken in; clean does not lower it.
     unsigned int getAmountOfLevels() { return m_amountOfLevels; }
 
-    // Forgets lists and shops. Every Shop pointer is to be let go; the sets that getSubs gives keep
-    // theirs.
+    // Names shops that the next clean must not delete: those that somebody outside still points at
+    // and that no set of getSubs may hold. Null entries are allowed.
+    void keep(const std::deque<Shop*>& shops);
+
+    // Forgets lists and shops. Deletes every Shop but those in the sets that getSubs gives, those
+    // named to keep, and the parents of both.
     void clean();
 
     // The document that registers SHOP: one level with one entry for each step from the top to it.
@@ -95,17 +101,19 @@ class ShopListParser {
     void linkChild(Shop* parent, Shop* child);
     void linkBeside(const Shop* neighbour, Shop* shop);
     void retire(std::vector<Shop*>& shops);
+    void deleteUnreachable();
 
     std::vector<ShopList> m_shopLists;  // owns the shops
     Shops m_shops;                      // every entry, unique by code
     std::map<std::string, Shops> m_subs;
     unsigned int m_amountOfLevels = 0;
 
-    // Shops that no list owns any more. The sets of m_subs outlive clean and are ordered by what
-    // their pointers point at, and a screen deep in the history may still show an entry of an
-    // earlier list, so a shop lives as long as the parser. A list that was left out has its shops
-    // here too: m_shops has them.
+    // Shops that no list owns any more but that can still be reached. The sets of m_subs outlive
+    // clean and are ordered by the codes of their shops; the rows of every popup, also of one that
+    // a screen deep in the history still shows, come from these sets. A list that was left out has
+    // its shops here too until the next clean, because m_shops has them.
     std::vector<std::unique_ptr<Shop>> m_retired;
+    std::unordered_set<const Shop*> m_kept;  // what keep named for the next clean
 };
 
 }  // namespace ZOLT

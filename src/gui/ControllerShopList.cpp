@@ -35,11 +35,12 @@ const std::string& Controller::lastChosenName() const {
     return nameOf(lastChosenShop());
 }
 
-// Leaves m_chosenShops as it is: its shops stay alive with the parser.
+// Leaves m_chosenShops as it is, so its shops must outlive the list that they come from.
 void Controller::prepareShopList() {
     ZOLT_TRACE();
     m_currentLevel = 0;
     m_initialLevel = 0;
+    m_shopListParser.keep(m_chosenShops);
     m_shopListParser.clean();
     m_shopListParser.parseShopListXML(m_guiProxy.getShopInfoList());
 }

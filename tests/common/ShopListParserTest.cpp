@@ -14,11 +14,13 @@
 
 #include <gtest/gtest.h>
 
+#include "common/DeletedBlocks.h"
 #include "common/Exception.h"
 #include "common/LibXml.h"
 #include "common/ShopListParser.h"
 #include "support/ScriptedPlatform.h"
 
+using support::DeletedBlocks;
 using support::ScriptedPlatform;
 using ZOLT::Exception;
 using ZOLT::Shop;
@@ -225,11 +227,22 @@ TEST_F(ShopListParserTest, FirstEntryOfACodeWinsAndTheSecondStaysInItsList) {
     }
 }
 
-// Here and below, that the shops are deleted is seen by the leak check of the sanitizers.
+TEST_F(ShopListParserTest, BothEntriesOfACodeStandInTheirListsInTheOrderOfTheDocument) {
+    parser.parseShopListXML(document(list("1", "A", entry("a", "01") + entry("b", "01")) +
+                                     list("2", "B", entry("c", "01"))));
+    EXPECT_EQ(dumpLists(parser.getShopList()), "1 A Y S: 01=a 01=b\n2 B Y S: 01=c\n");
+    EXPECT_EQ(codesOf(parser.getShops()), "01");
+}
+
 TEST_F(ShopListParserTest, CleaningAListDeletesBothEntriesOfACode) {
     parser.parseShopListXML(document(list("1", "A", entry("a", "01") + entry("b", "01"))));
+    const std::vector<Shop*> shops = parser.getShopList()[0].shops;
+    ASSERT_EQ(shops.size(), 2U);
     parser.getShops().clear();
+    const DeletedBlocks deleted;
     parser.getShopList()[0].clean();
+    EXPECT_TRUE(deleted.has(shops[0]));
+    EXPECT_TRUE(deleted.has(shops[1]));
     EXPECT_TRUE(parser.getShopList()[0].shops.empty());
 }
 
@@ -345,6 +358,117 @@ TEST_F(ShopListParserTest, SecondDocumentAddsToTheSetsOfTheFirst) {
     EXPECT_NE(find(parser, "01"), former);
 }
 
+// The codes of those of SHOPS that CLEAN deletes.
+std::string deletedBy(const std::vector<Shop*>& shops, const std::function<void()>& clean) {
+    std::vector<std::string> codes;
+    codes.reserve(shops.size());
+    for (const Shop* shop : shops) {
+        codes.push_back(shop->code);
+    }
+    const DeletedBlocks deleted;
+    clean();
+    std::string text;
+    for (size_t index = 0; index < shops.size(); ++index) {
+        if (deleted.has(shops[index])) {
+            text += (text.empty() ? "" : " ") + codes[index];
+        }
+    }
+    return text;
+}
+
+std::vector<Shop*> shopsOfLists(ShopListParser& parser) {
+    std::vector<Shop*> shops;
+    for (const ShopList& level : parser.getShopList()) {
+        shops.insert(shops.end(), level.shops.begin(), level.shops.end());
+    }
+    return shops;
+}
+
+TEST_F(ShopListParserTest, CleanDeletesTheShopsThatNoSetHolds) {
+    // The first entry has no children and the one of a known code enters nothing, so both are in
+    // no set.
+    parser.parseShopListXML(documentOfCodes({"01 02 02", "0201 0202"}));
+    EXPECT_EQ(deletedBy(shopsOfLists(parser), [this] { parser.clean(); }), "01 02");
+    EXPECT_EQ(codesOf(parser.getSubs("")), "02");
+    EXPECT_EQ(codesOf(parser.getSubs("n02")), "0201 0202");
+}
+
+TEST_F(ShopListParserTest, CleanSparesTheParentsOfTheShopsInASet) {
+    parser.parseShopListXML(documentOfCodes({"01", "0101"}));
+    parser.clean();
+    // The new "01" does not enter the set, which has one of its code, but is the parent of "0102".
+    parser.parseShopListXML(documentOfCodes({"01", "0101 0102"}));
+    const Shop* child = find(parser, "0102");
+    const Shop* parent = child->parent;
+    EXPECT_EQ(deletedBy(shopsOfLists(parser), [this] { parser.clean(); }), "0101");
+    EXPECT_EQ(child->parent, parent);
+    EXPECT_EQ(parent->code, "01");
+}
+
+TEST_F(ShopListParserTest, CleanSparesTheShopsThatAreNamedToKeepUntilTheNextOne) {
+    parser.parseShopListXML(documentOfCodes({"01"}));
+    Shop* const chosen = find(parser, "01");
+    parser.keep({chosen, nullptr});
+    EXPECT_EQ(deletedBy({chosen}, [this] { parser.clean(); }), "");
+    parser.keep({chosen});
+    EXPECT_EQ(deletedBy({chosen}, [this] { parser.clean(); }), "") << "named again";
+    EXPECT_EQ(deletedBy({chosen}, [this] { parser.clean(); }), "01");
+}
+
+TEST_F(ShopListParserTest, CleanSparesTheParentsOfAShopThatIsNamedToKeep) {
+    parser.parseShopListXML(documentOfCodes({"01", "0101", "010101"}));
+    parser.clean();
+    parser.parseShopListXML(documentOfCodes({"01", "0101", "010101"}));
+    Shop* const chosen = find(parser, "010101");
+    const std::vector<Shop*> line = {chosen, chosen->parent, chosen->parent->parent};
+    parser.keep({chosen});
+    EXPECT_EQ(deletedBy(line, [this] { parser.clean(); }), "");
+    EXPECT_EQ(deletedBy(line, [this] { parser.clean(); }), "010101 0101 01");
+}
+
+TEST_F(ShopListParserTest, EntriesOfAListThatIsLeftOutGoAtTheNextClean) {
+    parser.parseShopListXML(
+        document(list("1", "A", entry("b", "05") + entry("b", "05") + "<sub_list name='broken'/>") +
+                 list("2", "B", entry("a", "01"))));
+    Shop* const left = find(parser, "05");
+    ASSERT_NE(left, nullptr);
+    // It takes the place of a top entry, since it does not sort first.
+    EXPECT_EQ(codesOf(parser.getSubs("")), "05");
+    EXPECT_EQ(deletedBy({left, find(parser, "01")}, [this] { parser.clean(); }), "01");
+    parser.getSubs("").clear();
+    EXPECT_EQ(deletedBy({left}, [this] { parser.clean(); }), "05");
+}
+
+TEST_F(ShopListParserTest, TheSameListReadAThousandTimesKeepsTheShopsOfTheFirstAndTheLast) {
+    const std::string text = documentOfCodes({"01 02", "0101 0102 0201"});
+    parser.parseShopListXML(text);
+    EXPECT_EQ(deletedBy(shopsOfLists(parser), [this] { parser.clean(); }), "");
+    for (int time = 1; time < 1000; ++time) {
+        parser.parseShopListXML(text);
+        ASSERT_EQ(deletedBy(shopsOfLists(parser), [this] { parser.clean(); }),
+                  "01 02 0101 0102 0201");
+    }
+    EXPECT_EQ(codesOf(parser.getSubs("")), "01 02");
+    EXPECT_EQ(parser.getAmountOfLevels(), 2000U);
+}
+
+// What clean deletes grows with what there is and not with its square. Each list alone may not
+// make anything as long as all the lists before it move.
+TEST_F(ShopListParserTest, CleanOfTwiceAsManyListsMovesNoMoreThanTwiceAsMuch) {
+    const auto bytesForLists = [](int count) {
+        std::string lists;
+        for (int index = 0; index < count; ++index) {
+            lists += list("1", "L", entry("n", std::to_string(10000 + index)));
+        }
+        ShopListParser fresh;
+        fresh.parseShopListXML(document(lists));
+        const DeletedBlocks deleted;
+        fresh.clean();
+        return deleted.bytes();
+    };
+    EXPECT_LT(bytesForLists(4000), 3 * bytesForLists(2000));
+}
+
 TEST_F(ShopListParserTest, SecondDocumentWithoutCleanStartsAtListZeroAgain) {
     parser.parseShopListXML(documentOfCodes({"01", "0101"}));
     parser.parseShopListXML(documentOfCodes({"02"}));
@@ -445,11 +569,15 @@ TEST(ShopComp, OrdersByBytesAndPutsTheShorterFirst) {
     EXPECT_TRUE(less("z", "\xc3"));
 }
 
-TEST(ShopListClean, DeletesTheShopsAndBearsNulls) {
+TEST(ShopListClean, DeletesEveryShopAndAcceptsNulls) {
     ShopList level;
     EXPECT_EQ(level.level, -1);
-    level.shops = {new Shop(), nullptr, new Shop()};
+    const std::vector<Shop*> shops = {new Shop(), nullptr, new Shop()};
+    level.shops = shops;
+    const DeletedBlocks deleted;
     level.clean();
+    EXPECT_TRUE(deleted.has(shops[0]));
+    EXPECT_TRUE(deleted.has(shops[2]));
     EXPECT_TRUE(level.shops.empty());
     level.clean();
 }

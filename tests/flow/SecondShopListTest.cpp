@@ -230,6 +230,16 @@ TEST_F(SecondShopListTest, ASecondOfOneShopIsConfirmedAboveThePopupOfTheFirst) {
     EXPECT_THAT(daemon().registrationDocument(), HasSubstr(R"(name="Only" code="01")"));
 }
 
+// An entry that is alone on the top level is in none of the parser's sets.
+TEST_F(SecondShopListTest, TheOnlyShopOfTheFirstStaysAmongTheChosenOnes) {
+    start();
+    serve(ONE_SHOP);
+    EXPECT_THAT(chosen(), ElementsAre("Only"));
+    serve(SECOND);
+    EXPECT_THAT(chosen(), ElementsAre("Only"));
+    EXPECT_EQ("Only", textOf(layoutOf(screen()), "shop1"));
+}
+
 // The document is made of the levels that the parser has now.
 TEST_F(SecondShopListTest, AShopOfTheFirstThatIsTooDeepForTheSecondCannotBeRegistered) {
     chooseNorth();
