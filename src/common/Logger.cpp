@@ -6,7 +6,9 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <mutex>
 #include <new>
+#include <shared_mutex>
 #include <stdexcept>
 #include <vector>
 
@@ -23,37 +25,50 @@ const char* baseName(const char* path) {
     return slash == nullptr ? path : slash + 1;
 }
 
-// Expressions are kept between calls. Matching against a constant one is safe on any thread.
-const boost::regex& parameterListExpression() {
-    static const boost::regex expression("^[^\\(]+\\((.+)\\)$");
-    return expression;
-}
-
-const boost::regex& separatorExpression() {
-    static const boost::regex expression("\\s*,\\s*");
-    return expression;
-}
-
-const boost::regex& specialCharacterExpression() {
-    static const boost::regex expression("([\\*\\(\\)])");
-    return expression;
-}
-
 enum class ValueType { SIGNED, UNSIGNED, TEXT, OTHER };
 
-// The type text is searched and not matched whole, in this order. Whatever contains "int" is
-// therefore read as an int: an unsigned one prints as signed, and even "gpointer" is taken.
-ValueType valueType(const std::string& parameter) {
-    static const struct {
+// The constant expressions, compiled once. Matching against them is safe on any thread.
+struct Expressions {
+    const boost::regex parameterList{"^[^\\(]+\\((.+)\\)$"};
+    const boost::regex separator{"\\s*,\\s*"};
+    const boost::regex specialCharacter{"([\\*\\(\\)])"};
+    const struct {
         boost::regex expression;
         ValueType type;
-    } types[] = {
+    } types[4] = {
         {boost::regex("(const )?(unsigned )?g?int"), ValueType::SIGNED},
         {boost::regex("(const )?size_t"), ValueType::UNSIGNED},
         {boost::regex("(const )?(std::)?string&?"), ValueType::TEXT},
         {boost::regex("(const )?g?char\\*"), ValueType::TEXT},
     };
-    for (const auto& entry : types) {
+};
+
+// Guards the pointer. Neither has a destructor, so both can be used for as long as any thread runs.
+std::shared_mutex expressionsMutex;
+const Expressions* expressions = nullptr;
+
+// Boost.Regex keeps caches in static objects, so a job that outlives main must not come near an
+// expression once those are destroyed. This object goes before them, because making it makes them,
+// and waits for the threads that still use an expression.
+struct ExpressionsLifetime {
+    ExpressionsLifetime() {
+        boost::regex_search("f(int)", m_all.parameterList);
+        expressions = &m_all;
+    }
+    ~ExpressionsLifetime() {
+        const std::lock_guard<std::shared_mutex> guard(expressionsMutex);
+        expressions = nullptr;
+    }
+    ExpressionsLifetime(const ExpressionsLifetime&) = delete;
+    ExpressionsLifetime& operator=(const ExpressionsLifetime&) = delete;
+
+    const Expressions m_all;
+};
+
+// The type text is searched and not matched whole, in this order. Whatever contains "int" is
+// therefore read as an int: an unsigned one prints as signed, and even "gpointer" is taken.
+ValueType valueType(const std::string& parameter) {
+    for (const auto& entry : expressions->types) {
         if (boost::regex_search(parameter, entry.expression)) {
             return entry.type;
         }
@@ -70,7 +85,7 @@ std::string toString(const char* text) {
 }
 
 std::vector<std::string> splitParameters(const std::string& list) {
-    boost::sregex_token_iterator part(list.begin(), list.end(), separatorExpression(), -1);
+    boost::sregex_token_iterator part(list.begin(), list.end(), expressions->separator, -1);
     return std::vector<std::string>(part, boost::sregex_token_iterator());
 }
 
@@ -110,32 +125,45 @@ std::string join(const std::vector<std::string>& parameters) {
     return text;
 }
 
+// SIGNATURE with the values that ARGUMENTS holds. Called with expressionsMutex shared.
+std::string withValues(const std::string& signature, int count, va_list arguments) {
+    boost::smatch match;
+    if (!boost::regex_search(signature, match, expressions->parameterList)) {
+        return signature;
+    }
+    const std::string list = match[1];
+    std::vector<std::string> parameters = splitParameters(list);
+    putValues(parameters, count, arguments);
+
+    // The values go in as a replacement format, so a "$" or a backslash in one is expanded.
+    // Deliberate: readers of the log know the lines in this form.
+    const boost::regex literalList(
+        boost::regex_replace(list, expressions->specialCharacter, "\\\\$1"));
+    return boost::regex_replace(signature, literalList, join(parameters));
+}
+
 }  // namespace
 
 std::string Logger::logger(const char* signature, int count, ...) {
     const std::string caller = toString(signature);
-    boost::smatch match;
-    if (count == 0 || !boost::regex_search(caller, match, parameterListExpression())) {
+    if (count == 0) {
         return "Called " + caller;
     }
-    const std::string list = match[1];
-    std::vector<std::string> parameters = splitParameters(list);
-
+    static const ExpressionsLifetime lifetime;
+    const std::shared_lock<std::shared_mutex> use(expressionsMutex);
+    if (expressions == nullptr) {
+        return "Called " + caller;  // the process ends
+    }
     va_list arguments;
     va_start(arguments, count);
     try {
-        putValues(parameters, count, arguments);
+        std::string text = "Called " + withValues(caller, count, arguments);
+        va_end(arguments);
+        return text;
     } catch (...) {
         va_end(arguments);
         throw;
     }
-    va_end(arguments);
-
-    // The values go in as a replacement format, so a "$" or a backslash in one is expanded. That
-    // is wanted: readers of the log know the lines in this form.
-    const boost::regex literalList(
-        boost::regex_replace(list, specialCharacterExpression(), "\\\\$1"));
-    return "Called " + boost::regex_replace(caller, literalList, join(parameters));
 }
 
 void Logger::printVersion(std::string appName, std::string version) {

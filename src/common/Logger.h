@@ -16,8 +16,9 @@ class Logger {
     // Text of the entry trace: "Called " and SIGNATURE, the caller's pretty function string, in
     // which COUNT parameters are replaced by their values. A pair follows for each: the 1-based
     // position of the parameter as int, then its value as int, unsigned or const char*. Throws what
-    // a parameter list that is no valid expression makes of Boost.Regex, and std::logic_error for a
-    // null text.
+    // Boost.Regex throws for a parameter list that is no valid expression, and std::logic_error for
+    // a null text. Once the static objects of the process are being destroyed, types stay as they
+    // are.
     static std::string logger(const char* signature, int count, ...);
 
     // Writes build time, version and name of the application, one line each.

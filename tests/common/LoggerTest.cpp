@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The shape of log lines and the text of the entry trace.
 #include <climits>
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -254,6 +255,23 @@ TEST(Trace, IsMadeOnAnyThreadAtOnce) {
     for (const std::string& text : texts) {
         EXPECT_EQ(text, "Called void f(49, \"t\")");
     }
+}
+
+// In a process of its own, in which nothing has used an expression before.
+TEST(LoggerDeathTest, AJobThatOutlivesMainGetsTheSignatureAsItStands) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_EXIT(
+        {
+            // Runs after the destructors of all static objects that are made from here on.
+            std::atexit([] {
+                std::string late;
+                std::thread job([&late] { late = Logger::logger("void f(int)", 1, 1, 5); });
+                job.join();
+                std::_Exit(late == "Called void f(int)" ? 0 : 1);
+            });
+            std::exit(Logger::logger("void f(int)", 1, 1, 5) == "Called void f(5)" ? 0 : 2);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 }  // namespace
