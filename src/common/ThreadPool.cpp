@@ -79,11 +79,10 @@ void ThreadPool::stop() {
     {
         const std::lock_guard<std::mutex> guard(m_mutex);
         m_running = false;
-        m_cv.notify_one();
-        // A pool that was stopped before may go after the next one was launched.
-        if (m_self == this) {
-            m_self = nullptr;
-        }
+        m_cv.notify_all();
+        // Deliberately also when another pool is the one by now: the second stop of an old pool
+        // takes it away, and add is refused from then on.
+        m_self = nullptr;
     }
     if (m_master.joinable()) {
         m_master.join();
@@ -98,6 +97,10 @@ void ThreadPool::clear() {
     while (!m_jobs.empty()) {
         auto& job = m_jobs.front();
         if (job.m_status == JOB_RUNNING || !job.m_removable) {
+            // Its thread must be inside worker before the pool goes, and being done keeps it off
+            // the condition variable, which goes at the end of the process.
+            job.m_locked.wait();
+            job.m_status = JOB_DONE;
             abandoned->splice(abandoned->end(), m_jobs, m_jobs.begin());
             continue;
         }
@@ -119,7 +122,7 @@ int ThreadPool::add(std::function<void()> job, std::string queue) {
     }
     ++count;
     m_self->m_jobs.emplace_back(std::move(job), queue, std::to_string(count));
-    m_cv.notify_one();
+    m_cv.notify_all();
     return m_self->m_jobs.back().m_id;
 }
 
@@ -184,13 +187,7 @@ bool ThreadPool::start(Job& job) {
     } catch (const boost::thread_resource_error&) {
         thread = boost::thread();
     }
-    if (!thread.joinable()) {
-        return false;
-    }
-    // From the moment at which m_mutex is free a join may lock the job's mutex to wait for its end,
-    // so the worker must have it by then.
-    job.m_locked.wait();
-    return true;
+    return thread.joinable();
 }
 
 void ThreadPool::worker(Job& job) {
@@ -213,8 +210,10 @@ void ThreadPool::worker(Job& job) {
     // Before the job's mutex is free, so that who comes out of join finds the job ended. The job
     // itself stays until the master has joined this thread.
     const std::lock_guard<std::mutex> guard(m_mutex);
-    job.m_status = JOB_FINISHED;
-    m_cv.notify_one();
+    if (job.m_status == JOB_RUNNING) {
+        job.m_status = JOB_FINISHED;
+        m_cv.notify_all();
+    }
 }
 
 void ThreadPool::dump() {
@@ -303,6 +302,12 @@ ThreadPool::Job* ThreadPool::hold(Job& job) {
 
 void ThreadPool::join(Job& job) {
     ZOLT_DEBUG("Joining thread %s, counter: %s...", job.m_queue.c_str(), job.m_counter.c_str());
+    {
+        // A job runs from the moment at which its thread is made, so the worker may not have its
+        // mutex yet. The wait of a latch is an interruption point, and a join is none.
+        const boost::this_thread::disable_interruption uninterrupted;
+        job.m_locked.wait();
+    }
     job.m_mutex.lock();
     ZOLT_DEBUG("Joined %s, counter: %s...", job.m_queue.c_str(), job.m_counter.c_str());
     // Unlocked first, and the flag set under m_mutex: a removable job may be gone the next moment.

@@ -27,7 +27,8 @@ class ThreadPool {
     ThreadPool(const ThreadPool&) = delete;
     ThreadPool& operator=(const ThreadPool&) = delete;
 
-    // Ends the master thread; jobs that wait never run. add throws from here on.
+    // Ends the master thread; jobs that wait never run. add throws from here on, also when another
+    // pool has been launched since an earlier stop.
     void stop();
 
     // Takes a job and returns its number. An empty QUEUE makes a job without a queue. Throws
@@ -68,7 +69,7 @@ class ThreadPool {
         int m_id;
         int m_worker;           // -1 until started
         std::mutex m_mutex;     // held by the worker for the whole of the run
-        boost::latch m_locked;  // opened by the worker when it holds m_mutex
+        boost::latch m_locked;  // opened by the worker when it has locked m_mutex
         int m_joiners;          // how many wait in join
 
         static int m_count;
@@ -97,7 +98,9 @@ class ThreadPool {
     // Guards all of the above and every job's status, m_removable and m_joiners. May be taken while
     // a job's own mutex is held; never the other way round.
     static std::mutex m_mutex;
-    static std::condition_variable m_cv;  // only the master waits on it
+    // Only a master waits on it. There may be two, after the second stop of an old pool, so all are
+    // woken.
+    static std::condition_variable m_cv;
 
     // Makes the thread of a job; a boost::thread unless a test has put something else here.
     static boost::thread (*s_makeThread)(const std::function<void()>& body);

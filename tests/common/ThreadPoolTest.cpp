@@ -34,6 +34,10 @@ namespace ZOLT {
 // Puts something else in the place of the start of a thread.
 class ThreadPoolStart {
   public:
+    // The numbers that dump shows, in the order of a job's life.
+    static constexpr int STATUSES[] = {ThreadPool::JOB_WAITING, ThreadPool::JOB_RUNNING,
+                                       ThreadPool::JOB_FINISHED, ThreadPool::JOB_DONE};
+
     using MakeThread = boost::thread (*)(const std::function<void()>& body);
 
     explicit ThreadPoolStart(MakeThread makeThread) : m_before(ThreadPool::s_makeThread) {
@@ -219,14 +223,17 @@ TEST_F(ThreadPoolTest, StoppedPoolTakesNoJobAndMayBeStoppedAgain) {
     pool.stop();
 }
 
-TEST_F(ThreadPoolTest, StoppedPoolMayGoAfterTheNextOneIsLaunched) {
-    auto stopped = std::make_unique<ThreadPool>();
-    stopped->stop();
-    const ThreadPool pool;
-    stopped.reset();
-    int id = -1;
-    ASSERT_NO_THROW(id = ThreadPool::add([] {}, ""));
-    EXPECT_TRUE(waitUntilEnded(id));
+TEST_F(ThreadPoolTest, SecondStopOfAnOldPoolTakesTheNextOneAwayAndAThirdMayFollow) {
+    ThreadPool old;
+    old.stop();
+    const ThreadPool next;
+    old.stop();
+    EXPECT_THROW(ThreadPool::add([] {}, ""), Exception);
+    // Two masters wait now, and each is woken for its own jobs and for its own end.
+    const ThreadPool third;
+    for (int round = 0; round < 20; ++round) {
+        EXPECT_TRUE(waitUntilEnded(ThreadPool::add([] {}, "queue")));
+    }
 }
 
 TEST_F(ThreadPoolTest, NewPoolMayFollowOneThatIsGone) {
@@ -724,6 +731,72 @@ TEST_F(ThreadPoolTest, JoinOfAJobThatHasJustBeenStartedWaitsForIt) {
     }
 }
 
+TEST_F(ThreadPoolTest, NeitherAddNorTheOthersWaitForAThreadThatIsNotScheduled) {
+    // Threads come to life when the gate opens.
+    static Gate* scheduled = nullptr;
+    Gate gate;
+    scheduled = &gate;
+    const ThreadPoolStart starts([](const std::function<void()>& body) {
+        return boost::thread([body] {
+            scheduled->wait();
+            body();
+        });
+    });
+    const ThreadPool pool;
+    std::atomic<int> ran{0};
+    std::atomic<bool> returned{false};
+    std::thread caller([&] {
+        ThreadPool::add([&ran] { ++ran; }, "queue");
+        waitUntil([] { return ThreadPool::running("queue"); });
+        ThreadPool::add([&ran] { ++ran; }, "queue");
+        ThreadPool::dump();
+        ThreadPool::removeQueue("other");
+        returned = true;
+    });
+    EXPECT_TRUE(waitUntil([&] { return returned.load(); }));
+    EXPECT_EQ(ran, 0);
+    gate.open();
+    caller.join();
+    EXPECT_TRUE(waitUntil([&] { return ran == 2; }));
+}
+
+TEST_F(ThreadPoolTest, JoinIsNoInterruptionPointAlsoBeforeTheThreadIsScheduled) {
+    static Gate* scheduled = nullptr;
+    static std::atomic<int> threads{0};
+    Gate gate;
+    scheduled = &gate;
+    threads = 0;
+    // The second thread, which is that of the job to join, comes to life when the gate opens.
+    const ThreadPoolStart starts([](const std::function<void()>& body) {
+        return boost::thread([body, number = ++threads] {
+            if (number == 2) {
+                scheduled->wait();
+            }
+            body();
+        });
+    });
+    std::atomic<bool> joined{false};
+    Gate mayJoin;
+    const ThreadPool pool;
+    const int joiner = ThreadPool::add(
+        [&] {
+            mayJoin.wait();
+            ThreadPool::join("late");
+            joined = true;
+        },
+        "joiner");
+    ASSERT_TRUE(waitUntilRunning(joiner));
+    const int late = ThreadPool::add([] {}, "late");
+    ASSERT_TRUE(waitUntilRunning(late));
+    ThreadPool::interrupt(joiner);
+    mayJoin.open();
+    EXPECT_TRUE(waitUntil(
+        [&] { return progress("Joining thread late, counter: " + entry(late)->counter + "..."); }));
+    gate.open();
+    EXPECT_TRUE(waitUntilEnded(joiner));
+    EXPECT_TRUE(joined);
+}
+
 TEST_F(ThreadPoolTest, RunningIsFalseForAWaitingJobAndForOneThatHasEnded) {
     const ThreadPoolStart starts(makeThreadOrFail);
     s_startsToFail = 1;
@@ -859,6 +932,11 @@ TEST_F(ThreadPoolTest, DumpTellsOfEachJobInOrder) {
                                 ", worker: -1, counter: " + std::to_string(counter + 1)));
     gate.open();
     EXPECT_TRUE(waitUntilEnded(second));
+}
+
+// A dump cannot be made to meet a finished job: its master joins and marks it in one go.
+TEST_F(ThreadPoolTest, StatusesAreNumberedInTheOrderOfAJobsLife) {
+    EXPECT_THAT(ThreadPoolStart::STATUSES, ElementsAre(0, 1, 2, 3));
 }
 
 TEST_F(ThreadPoolTest, OperationsOpenWithATraceThatShowsQueueOrNumber) {
