@@ -106,8 +106,8 @@ static bool _create(void* data) {
     return true;
 }
 
-// Each launch request builds a new flow. The old one goes after the new one stands and takes
-// Controller::m_self with it: wanted, since the callbacks know this state.
+// Each launch request builds a new flow. The new one is created before the old one is destroyed,
+// and the old destructor then clears Controller::m_self. Deliberate: the callbacks know this state.
 static void _app_control(app_control_h /*appControl*/, void* data) {
     ZOLT_TRACE();
     if (data == nullptr) {
@@ -148,8 +148,10 @@ static void _terminate(void* data) {
     context.controller.reset();
 }
 
-// Reads its first argument as the context: wanted, the set hands it over in the place of the
-// event's information.
+// Deliberately reads its first argument as the context, which is right only on a platform that
+// passes the registered data there for this event, as the virtual set does. By the callback's type
+// the first argument is the event's information and the data comes second: a platform that keeps to
+// that needs languageChangedHandler to pass on its second argument.
 static void _lang_changed(void* data) {
     ZOLT_TRACE();
     setUILocales(contextOf(data).deviceInfo.get());
@@ -159,6 +161,15 @@ static void _lang_changed(void* data) {
 // undefined.
 static void languageChangedHandler(app_event_info_h information, void* /*data*/) {
     _lang_changed(information);
+}
+
+// Closes a standard stream as fclose does, but leaves its FILE and its descriptor in use, on
+// /dev/null. Libraries print to both, among them GLib, Eina and the C library itself, and would
+// otherwise write to a closed FILE, or into the next file or socket that gets the free descriptor.
+static void closeStream(FILE* stream) {
+    if (freopen("/dev/null", "w", stream) == nullptr) {
+        ZOLT_WARN("A standard stream could not be put on /dev/null");
+    }
 }
 
 // Those without a callback are registered on purpose and do nothing. Results are not looked at.
@@ -183,8 +194,8 @@ int main(int argc, char** argv) {
     try {
         ZOLT_TRACE();
         // All output goes to the log from here on.
-        fclose(stdout);
-        fclose(stderr);
+        closeStream(stdout);
+        closeStream(stderr);
         ZOLT_LOG(LOG_ID_SYSTEM, DLOG_INFO, "ZOLT GUI application: Initializing");
         ZOLT::ConditionFileForDaemonActivation flagFile(daemonActivationFlagPath);
         flagFile.create();

@@ -189,6 +189,13 @@ TEST_F(DlogProcess, ClosedStandardDescriptorsAreOccupiedFromTheFirstLineOn) {
     EXPECT_TRUE(logHas("descriptor 2: " + file("stderr.log")));
 }
 
+TEST_F(DlogProcess, AStandardErrorThatTheProgramPutOnDevNullIsKeptAsAFileToo) {
+    start({"leave", "null-streams"});
+    EXPECT_EQ(probeStatus(), 0);
+    EXPECT_TRUE(logHas("descriptor 1: /dev/null"));
+    EXPECT_TRUE(logHas("descriptor 2: " + file("stderr.log")));
+}
+
 TEST_F(DlogProcess, AStaticDestructorThatRunsLastMayStillLog) {
     start({"leave", "farewell"});
     EXPECT_EQ(probeStatus(), 0);

@@ -443,12 +443,17 @@ int main(int argc, char** argv) {
     if (argc == 3 && std::string(argv[1]) == "close") {
         return closeWindow(argv[2]);
     }
-    std::fclose(stdout);
-    std::fclose(stderr);
-    say("starting");
-    describeDescriptors();
     Probe probe;
     probe.options.assign(argv + 1, argv + argc);
+    for (FILE* stream : {stdout, stderr}) {
+        if (!probe.has("null-streams")) {
+            std::fclose(stream);
+        } else if (std::freopen("/dev/null", "w", stream) == nullptr) {
+            return 1;
+        }
+    }
+    say("starting");
+    describeDescriptors();
     farewell.enabled = probe.has("farewell");
     try {
         return runProbe(1, argv, &probe);

@@ -12,7 +12,9 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/sysmacros.h>
 #include <syslog.h>
 #include <unistd.h>
 
@@ -98,10 +100,17 @@ std::string head(log_id_t id, int priority, const char* tag) {
     return std::string(line.data()) + tag + ": ";
 }
 
+bool isClosed(int descriptor) {
+    return fcntl(descriptor, F_GETFD) < 0 && errno == EBADF;
+}
+
+bool isNull(int descriptor) {
+    struct stat status {};
+    return fstat(descriptor, &status) == 0 && S_ISCHR(status.st_mode) &&
+           status.st_rdev == makedev(1, 3);
+}
+
 void occupy(int descriptor, const char* path) {
-    if (fcntl(descriptor, F_GETFD) >= 0 || errno != EBADF) {
-        return;
-    }
     int opened = open(path, O_WRONLY | O_CREAT | O_APPEND, 0644);
     if (opened < 0) {
         opened = open("/dev/null", O_WRONLY);
@@ -114,11 +123,15 @@ void occupy(int descriptor, const char* path) {
 
 // A program may close its standard streams. The next pipe or socket would get the free numbers, and
 // code that writes to descriptor 2 by number would write into it. Descriptor 2 becomes a file,
-// which keeps the last messages of an aborted process.
+// also where the program has put it on /dev/null, which keeps the last messages of an aborted
+// process.
 void occupyStandardDescriptors() {
-    occupy(STDIN_FILENO, "/dev/null");
-    occupy(STDOUT_FILENO, "/dev/null");
-    if (fcntl(STDERR_FILENO, F_GETFD) < 0 && errno == EBADF) {
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO}) {
+        if (isClosed(descriptor)) {
+            occupy(descriptor, "/dev/null");
+        }
+    }
+    if (isClosed(STDERR_FILENO) || isNull(STDERR_FILENO)) {
         occupy(STDERR_FILENO, host::SetFolder::file("stderr.log").c_str());
     }
 }
