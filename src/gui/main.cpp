@@ -60,7 +60,10 @@ static void zolt_set_vconf(bool raise) {
     ZOLT_DEBUG("%s", raise ? "increasing Vconf" : "Decreasing Vconf");
     vconf_get_int(KEY, &value);
     ZOLT_DEBUG("current vconf is: %d", value);
-    vconf_set_int(KEY, raise ? value + 1 : value - 1);
+    // Goes round at the largest and the smallest integer, so that the unit that is taken away later
+    // is the one that was added, whatever the counter stands at.
+    const unsigned unit = raise ? 1U : ~0U;
+    vconf_set_int(KEY, static_cast<int>(static_cast<unsigned>(value) + unit));
     s_vconfRaised = raise;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The entry of the process and its life under the application framework.
 #include <algorithm>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -427,6 +428,31 @@ TEST_F(MainTest, ACounterThatCannotBeReadIsWrittenFromMinusOne) {
     EXPECT_THAT(platform().calls("vconf_set_int"),
                 ElementsAre(std::string("vconf_set_int(") + COUNTER + ", 0)",
                             std::string("vconf_set_int(") + COUNTER + ", -2)"));
+}
+
+TEST_F(MainTest, ACounterAtItsLargestOrSmallestGoesRoundAndComesBack) {
+    for (const int start : {INT_MAX, INT_MIN, -1}) {
+        platform().setVconf(COUNTER, start);
+        platform().clearLog();
+        const int raised = start == INT_MAX ? INT_MIN : start + 1;
+        run([raised](Callbacks&, void*) {
+            EXPECT_EQ(raised, counter());
+            return 0;
+        });
+        EXPECT_EQ(start, counter());
+        EXPECT_THAT(platform().messages(LOG_ID_SYSTEM, DLOG_DEBUG),
+                    ElementsAre("increasing Vconf", "current vconf is: " + std::to_string(start),
+                                "Decreasing Vconf", "current vconf is: " + std::to_string(raised)));
+    }
+}
+
+// A lower from the smallest, which only a counter that somebody else has set can lead to.
+TEST_F(MainTest, ACounterThatOthersHaveSetToTheSmallestIsLoweredToTheLargest) {
+    run([](Callbacks&, void*) {
+        platform().setVconf(COUNTER, INT_MIN);
+        return 0;
+    });
+    EXPECT_EQ(INT_MAX, counter());
 }
 
 // --- the end
