@@ -20,20 +20,40 @@ bool isGuiObject(GDBusObject* object) {
     return object != nullptr && std::strcmp(g_dbus_object_get_object_path(object), GUI_PATH) == 0;
 }
 
-// Ends a failed call: frees ERROR and the string REPLY, which may be null.
-[[noreturn]] void fail(const char* prefix, GError* error, gchar* reply = nullptr) {
-    const std::string text = std::string(prefix) + error->message;
-    g_error_free(error);
-    g_free(reply);
-    throw Exception(text.c_str(), GENERIC_ERROR);
+// Makes one call of the daemon: METHOD with ARGUMENTS, which begin with the proxy. A failure
+// becomes an Exception with PREFIX before the text of the error.
+template <typename Method, typename... Arguments>
+void checked(const char* prefix, Method method, Arguments... arguments) {
+    GError* error = nullptr;
+    method(arguments..., nullptr, &error);
+    if (error != nullptr) {
+        const std::string text = std::string(prefix) + error->message;
+        g_error_free(error);
+        throw Exception(text.c_str(), GENERIC_ERROR);
+    }
 }
 
-// Takes over REPLY. A reply that carries no string counts as an empty one, since a std::string
-// cannot be built from null.
-std::string takeString(gchar* reply) {
-    std::string text = reply != nullptr ? reply : "";
-    g_free(reply);
-    return text;
+// The same for a method that answers with a text. A reply that carries no string counts as an empty
+// one, since a std::string cannot be built from null.
+template <typename Method>
+std::string checkedText(const char* prefix, Method method, ZOLTGUI* proxy) {
+    struct Reply {
+        Reply() = default;
+        ~Reply() { g_free(text); }
+        Reply(const Reply&) = delete;
+        Reply& operator=(const Reply&) = delete;
+        gchar* text = nullptr;
+    } reply;
+    checked(prefix, method, proxy, &reply.text);
+    return reply.text != nullptr ? reply.text : "";
+}
+
+// The same for a method that answers with a truth value.
+template <typename Method>
+bool checkedTruth(const char* prefix, Method method, ZOLTGUI* proxy) {
+    gboolean reply = FALSE;
+    checked(prefix, method, proxy, &reply);
+    return reply != FALSE;
 }
 
 }  // namespace
@@ -118,64 +138,39 @@ void GuiProxy::sendEvent(ZOLTGUI* /*proxy*/, gint event, gint reason) {
 
 void GuiProxy::requestPincode() {
     ZOLT_TRACE();
-    GError* error = nullptr;
-    zolt_gui_call_request_pincode_sync(getProxy(), nullptr, &error);
-    if (error != nullptr) {
-        fail("Failed to request pincode: ", error);
-    }
+    checked("Failed to request pincode: ", zolt_gui_call_request_pincode_sync, getProxy());
 }
 
 std::string GuiProxy::getPincode() {
     ZOLT_TRACE();
-    GError* error = nullptr;
-    gchar* reply = nullptr;
-    zolt_gui_call_get_pincode_sync(getProxy(), &reply, nullptr, &error);
-    if (error != nullptr) {
-        fail("Failed to get pincode: ", error, reply);
-    }
-    std::string pincode = takeString(reply);
+    std::string pincode =
+        checkedText("Failed to get pincode: ", zolt_gui_call_get_pincode_sync, getProxy());
     ZOLT_DEBUG("Received pincode %s", pincode.c_str());
     return pincode;
 }
 
 void GuiProxy::requestPincodeVerification() {
     ZOLT_TRACE();
-    GError* error = nullptr;
-    zolt_gui_call_request_pincode_verification_sync(getProxy(), nullptr, &error);
-    if (error != nullptr) {
-        fail("Failed to request pincode verification: ", error);
-    }
+    checked("Failed to request pincode verification: ",
+            zolt_gui_call_request_pincode_verification_sync, getProxy());
 }
 
 bool GuiProxy::checkShopRegistration() {
     ZOLT_TRACE();
-    GError* error = nullptr;
-    gboolean registered = FALSE;
-    zolt_gui_call_check_shop_registration_sync(getProxy(), &registered, nullptr, &error);
-    if (error != nullptr) {
-        fail("Failed to check shop registration: ", error);
-    }
-    return registered != FALSE;
+    return checkedTruth("Failed to check shop registration: ",
+                        zolt_gui_call_check_shop_registration_sync, getProxy());
 }
 
 void GuiProxy::requestShopInfoList() {
     ZOLT_TRACE();
-    GError* error = nullptr;
-    zolt_gui_call_request_shop_info_list_sync(getProxy(), nullptr, &error);
-    if (error != nullptr) {
-        fail("Failed to request shop info list: ", error);
-    }
+    checked("Failed to request shop info list: ", zolt_gui_call_request_shop_info_list_sync,
+            getProxy());
 }
 
 std::string GuiProxy::getShopInfoList() {
     ZOLT_TRACE();
-    GError* error = nullptr;
-    gchar* reply = nullptr;
-    zolt_gui_call_get_shop_info_list_sync(getProxy(), &reply, nullptr, &error);
-    if (error != nullptr) {
-        fail("Failed to get shop list: ", error, reply);
-    }
-    std::string shopList = takeString(reply);
+    std::string shopList =
+        checkedText("Failed to get shop list: ", zolt_gui_call_get_shop_info_list_sync, getProxy());
     // A daemon without a list may answer with success all the same.
     if (shopList.empty() || shopList == "null") {
         throw Exception("Shop list is empty ", GENERIC_ERROR);
@@ -185,62 +180,38 @@ std::string GuiProxy::getShopInfoList() {
 
 void GuiProxy::requestRegistrationShopInfo(const std::string& shopConf) {
     ZOLT_TRACE();
-    GError* error = nullptr;
-    zolt_gui_call_request_registration_shop_info_sync(getProxy(), shopConf.c_str(), nullptr,
-                                                      &error);
-    if (error != nullptr) {
-        fail("Failed to request registration: ", error);
-    }
+    checked("Failed to request registration: ", zolt_gui_call_request_registration_shop_info_sync,
+            getProxy(), shopConf.c_str());
 }
 
 std::string GuiProxy::getRegisteredShopInfo() {
     ZOLT_TRACE();
-    GError* error = nullptr;
-    gchar* reply = nullptr;
-    zolt_gui_call_get_registered_shop_info_sync(getProxy(), &reply, nullptr, &error);
-    if (error != nullptr) {
-        fail("Failed to get registered shop info: ", error, reply);
-    }
-    return takeString(reply);
+    return checkedText("Failed to get registered shop info: ",
+                       zolt_gui_call_get_registered_shop_info_sync, getProxy());
 }
 
 bool GuiProxy::checkShopMode() {
     ZOLT_TRACE();
-    GError* error = nullptr;
-    gboolean shopMode = FALSE;
-    zolt_gui_call_check_shop_mode_sync(getProxy(), &shopMode, nullptr, &error);
-    if (error != nullptr) {
-        fail("Failed to get shop mode: ", error);
-    }
-    return shopMode != FALSE;
+    return checkedTruth("Failed to get shop mode: ", zolt_gui_call_check_shop_mode_sync,
+                        getProxy());
 }
 
 void GuiProxy::applicationCancelled() {
     ZOLT_TRACE();
-    GError* error = nullptr;
-    zolt_gui_call_application_cancelled_sync(getProxy(), nullptr, &error);
-    if (error != nullptr) {
-        // The wording is what log readers look for.
-        fail("Failed inform that application quited: ", error);
-    }
+    // Log readers look for this wording, mistakes included.
+    checked("Failed inform that application quited: ", zolt_gui_call_application_cancelled_sync,
+            getProxy());
 }
 
 void GuiProxy::unregister() {
     ZOLT_TRACE();
-    GError* error = nullptr;
-    zolt_gui_call_unregister_sync(getProxy(), nullptr, &error);
-    if (error != nullptr) {
-        fail("Failed to unregister: ", error);
-    }
+    checked("Failed to unregister: ", zolt_gui_call_unregister_sync, getProxy());
 }
 
 void GuiProxy::deleteRegistrationInfo() {
     ZOLT_TRACE();
-    GError* error = nullptr;
-    zolt_gui_call_delete_registration_info_sync(getProxy(), nullptr, &error);
-    if (error != nullptr) {
-        fail("Failed to delete registration info: ", error);
-    }
+    checked("Failed to delete registration info: ", zolt_gui_call_delete_registration_info_sync,
+            getProxy());
 }
 
 }  // namespace ZOLT
