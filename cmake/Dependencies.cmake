@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-# The libraries that the distribution brings, each as an imported target.
+# The libraries of the distribution, each as an imported target.
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 pkg_check_modules(ELEMENTARY REQUIRED IMPORTED_TARGET elementary edje evas ecore ecore-x eina)
@@ -12,7 +12,7 @@ if(ZOLT_PLATFORM STREQUAL "host")
     find_package(GTest REQUIRED)
 endif()
 
-# Debian's Elementary names include folders that none of its packages brings; CMake refuses those.
+# Debian's Elementary names include folders that no package installs; CMake refuses those.
 get_target_property(elementary_folders PkgConfig::ELEMENTARY INTERFACE_INCLUDE_DIRECTORIES)
 foreach(folder IN LISTS elementary_folders)
     if(NOT IS_DIRECTORY "${folder}")

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
-# What a build may choose. The paths are those of an installed set; the presets of the virtual set make
-# them relative, so that a set lives in the folder in which its program is started and any number of
+# The options of a build. The default paths are those of an installed television; the presets of the
+# virtual set make them relative to the folder in which the program is started, so that any number of
 # sets can run from one build.
 set(ZOLT_CONFIG_FILE "/usr/apps/org.tizen.zolt-hub/config.xml" CACHE STRING
     "Configuration file that the program reads at start")
@@ -9,15 +9,15 @@ set(ZOLT_FLAG_FILE "/opt/usr/apps/org.tizen.zolt-hub/data/service-cond-flag" CAC
 set(ZOLT_IMAGE_TYPE_DIR "/etc" CACHE STRING
     "Folder in which a file named release, debug or perf tells the kind of firmware image")
 set(ZOLT_PLATFORM "host" CACHE STRING
-    "host: the virtual set; television: what ZOLT_PLATFORM_LIBRARIES names")
+    "host: the virtual set; television: the libraries of ZOLT_PLATFORM_LIBRARIES")
 set_property(CACHE ZOLT_PLATFORM PROPERTY STRINGS host television)
 set(ZOLT_PLATFORM_LIBRARIES "" CACHE STRING
-    "What a television implements its interfaces in, as for the linker; without it no program is linked")
+    "Libraries that implement the television's interfaces, as for the linker; without them no program is linked")
 set(ZOLT_SANITIZE "" CACHE STRING "Sanitizers, as for -fsanitize=, or empty")
 option(ZOLT_COVERAGE "Count executed lines and branches" OFF)
 option(ZOLT_WERROR "Treat compiler warnings as errors" ON)
 
-# Every target of ours links this: the warnings, and what sanitizers and coverage need.
+# Every target of the project links this: warnings, and the options of sanitizers and coverage.
 add_library(zolt_build_options INTERFACE)
 target_compile_options(zolt_build_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual
@@ -31,13 +31,13 @@ if(ZOLT_SANITIZE)
     set(suppression_files leaks.supp toolkit.supp toolkit-races.supp)
     list(TRANSFORM suppression_files PREPEND "${suppressions_dir}/")
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${suppression_files})
-    file(READ "${suppressions_dir}/leaks.supp" wanted_leaks)
+    file(READ "${suppressions_dir}/leaks.supp" deliberate_leaks)
     file(READ "${suppressions_dir}/toolkit.supp" toolkit_leaks)
     file(READ "${suppressions_dir}/toolkit-races.supp" ZOLT_RACE_SUPPRESSIONS)
-    set(ZOLT_LEAK_SUPPRESSIONS "${wanted_leaks}\n${toolkit_leaks}")
+    set(ZOLT_LEAK_SUPPRESSIONS "${deliberate_leaks}\n${toolkit_leaks}")
     configure_file("${CMAKE_CURRENT_LIST_DIR}/SanitizerDefaults.cpp.in"
         "${CMAKE_BINARY_DIR}/SanitizerDefaults.cpp" @ONLY)
-    # Executables alone: a library would bring a second copy.
+    # In executables only: a library would add a second copy.
     target_sources(zolt_build_options INTERFACE
         $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${CMAKE_BINARY_DIR}/SanitizerDefaults.cpp>)
 endif()

@@ -9,7 +9,7 @@ namespace ZOLT {
 
 namespace {
 
-// The unit whose start condition the flag file is. Kept for the reader: no code needs it.
+// The systemd unit that starts only while the flag file exists. For the reader: no code uses it.
 [[maybe_unused]] const std::string SERVICE_UNIT = "zolt-hub.service";
 
 }  // namespace

@@ -133,14 +133,14 @@ void DeviceInfo::setShopMode(bool on) {
     if (result != 0) {
         ZOLT_WARN("Failed to set the value of SystemUseMode, %d", result);
     }
-    // Also after a failure, which is wanted: the line tells what was asked for.
+    // Deliberately also after a failure: the line tells which mode was requested.
     ZOLT_DEBUG("Support/UseMode set successful: %i", static_cast<int>(on));
 }
 
 void DeviceInfo::getLanguageStringValue(char** value) {
     ZOLT_TRACE();
     const int result = m_systemCalls->runtimeInfoGetValueString(RUNTIME_INFO_KEY_LANGUAGE, value);
-    // Most sets refuse a null place themselves; one that does not has given no language either.
+    // Most platforms refuse a null output themselves; one that does not has given no language.
     const bool answered = result == 0 && value != nullptr;
     if (answered && *value != nullptr && **value != '\0') {
         return;
@@ -215,11 +215,11 @@ std::string DeviceInfo::getModelId() {
 
 std::string DeviceInfo::getServerType() {
     ZOLT_TRACE();
-    // Aligned as any record may want it: the platform writes it as what it is.
+    // Aligned for any type, because the platform writes a structure of its own here.
     alignas(std::max_align_t) std::array<unsigned char, FACTORY_DATA_RECORD_SIZE> record{};
     const int type = GetData(FACTORY_DATA_SERVER_TYPE, record.data());
     if (type != FACTORY_DATA_TYPE_SERVER_RECORD) {
-        // A set whose record cannot be read must not reach the operating server.
+        // A television whose record cannot be read must not reach the operating server.
         ZOLT_WARN("Unknown info struct type: %i", type);
         return "DevelopmentServer";
     }
@@ -281,7 +281,7 @@ std::string DeviceInfo::getStringRuntimeInfo(runtime_info_key_e key, std::string
     }
     const std::string message = "Failed to retrieve " + name + " : " + std::to_string(result);
     // The message goes in as a format without a directive, so the exception logs that it has one
-    // value too many and says "Out of memory". This is wanted: callers know the failure by that
+    // value too many and says "Out of memory". Deliberate: callers recognise the failure by that
     // text.
     throw Exception(message.c_str(), 1, GENERIC_ERROR);
 }

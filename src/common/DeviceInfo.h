@@ -33,7 +33,7 @@ class DeviceInfo {
     // The menu language up to its first "_".
     std::string getLanguageCode();
     std::string getCountryCode();
-    // The device id. The first call reads it and asks the set to tell of its changes.
+    // The device id. The first call reads it and subscribes to its changes.
     std::string getDUID();
     std::string getModelId();
     // "OperatingServer" or "DevelopmentServer"; never throws.
@@ -45,8 +45,8 @@ class DeviceInfo {
     int getScreenHeight();
     int getScreenWidth();
 
-    // The text behind KEY. NAME is meant for the failure, which says "Out of memory" all the same
-    // unless NAME holds a "%".
+    // The text of KEY. NAME is meant for the failure's message, which nevertheless reads "Out of
+    // memory" unless NAME holds a "%".
     std::string getStringRuntimeInfo(runtime_info_key_e key, std::string name);
     std::string getWiredIp();
     std::string getWirelessIp();
@@ -54,7 +54,7 @@ class DeviceInfo {
     bool isWiredNetworkType();
     // The address of the present connection, empty when there is none.
     std::string getLocalHostIP();
-    // The address of the network device that the first Wi-Fi or Ethernet profile speaks of.
+    // The hardware address of the network device of the first Wi-Fi or Ethernet profile.
     std::string getNetworkMAC();
     // True, or the exception of getNetworkMAC: it never answers false.
     bool isMACReady();
@@ -63,8 +63,7 @@ class DeviceInfo {
     void setWiredIpChangedCb(void (*callback)(runtime_info_key_e, void*), void* data);
     void setWirelessIpChangedCb(void (*callback)(runtime_info_key_e, void*), void* data);
     void setNetworkTypeChangedCb(void (*callback)(runtime_info_key_e, void*), void* data);
-    // Ends the wireless subscription and leaves the wired one in force. This is wanted: those who
-    // call it count on the wired notices going on.
+    // Deliberately ends the wireless subscription only: callers rely on further wired notices.
     void unsetWiredIpChangedCb();
     void unsetWirelessIpChangedCb();
     void unsetNetworkTypeChangedCb();
@@ -75,7 +74,7 @@ class DeviceInfo {
     boost::posix_time::ptime getUTCTime();
     boost::posix_time::ptime getLocalTime();
 
-    // The kind of firmware image, an ImageType, told by flag files. Does not store it.
+    // The kind of firmware image, an ImageType, by the flag file that exists. Does not store it.
     static int setImageType();
 
     static std::string m_duid;

@@ -29,7 +29,7 @@ Exception::Exception(const char* message, GenericErrorCode code) noexcept
 Exception::Exception(std::string message, GenericErrorCode code) noexcept
     : m_message(duplicate(message.c_str())), m_code(code) {}
 
-// A constructor and no plain function, because the name in the log lines is the constructor's.
+// A constructor rather than a function, because the log lines carry the constructor's name.
 template <typename Value>
 Exception::Exception(Formatted, const char* format, const Value& value,
                      GenericErrorCode code) noexcept

@@ -22,7 +22,7 @@ class Exception : public std::exception {
     Exception(const char* format, const char* value, GenericErrorCode code) noexcept;
     Exception(const char* format, std::string value, GenericErrorCode code) noexcept;
 
-    // Takes the text that OTHER.what() answers, so the copy of an object without a text has one.
+    // Copies the text of OTHER.what(), so the copy of an object without a text has one.
     Exception(const Exception& other) noexcept;
     Exception& operator=(const Exception&) = delete;
 

@@ -16,8 +16,7 @@ class File {
     virtual bool remove();
 
     // Makes the file or replaces its content. False, with a line in the log, if it cannot be opened
-    // or the stream has failed by the time the data is handed over; what the system refuses later,
-    // when the stream closes, goes unnoticed.
+    // or if writing fails; a failure when the stream is closed goes unnoticed.
     virtual bool save(std::string data);
 
     // True if the path can be opened for reading; a directory counts.

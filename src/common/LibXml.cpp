@@ -33,13 +33,13 @@ const xmlChar* toXml(const std::string& text) {
     return toXml(text.c_str());
 }
 
-// libxml2 wants a prototype without parameters to be matched, so the ellipsis stands alone.
+// libxml2's own prototype has nothing but an ellipsis after the context.
 void dropMessage(void*, const char*, ...) {}
 
 void dropError(void*, xmlErrorPtr) {}
 
-// By default libxml2 prints errors on descriptor 2, which the program has closed and which by then
-// may be a socket of the toolkit. It keeps the functions for each thread apart.
+// By default libxml2 prints errors on standard error, which the program has closed. It keeps these
+// functions for each thread.
 void silenceErrors() {
     static thread_local bool silent = false;
     if (!silent) {
@@ -58,7 +58,7 @@ bool hasNodes(const XPathResult& result) {
     return result != nullptr && result->nodesetval != nullptr && result->nodesetval->nodeNr > 0;
 }
 
-// Null for an index that the set does not have: callers give it untested.
+// Null for an index beyond the node set: callers pass it unchecked.
 xmlNode* nodeAt(const XPathResult& result, int index) {
     const bool inside = index >= 0 && index < result->nodesetval->nodeNr;
     return inside ? result->nodesetval->nodeTab[index] : nullptr;
@@ -285,7 +285,7 @@ void LibXml::setAttribute(xmlNode* node, const char* name, const char* value) {
     }
 }
 
-// A failure leaves the buffer allocated, which is wanted: an output buffer that was not closed may
+// A failure deliberately leaves the buffer allocated: an output buffer that was not closed may
 // still write into it.
 void LibXml::toString(std::string& out) {
     ZOLT_TRACE();

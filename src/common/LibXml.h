@@ -11,7 +11,7 @@ namespace ZOLT {
 
 // Every failure is a ZOLT::Exception. One object is used by one thread. Nodes that an operation
 // returns belong to the document: they die with the object, or when it parses or creates another
-// document. Operations that take a node bear a null one, which then counts as a node without
+// document. Operations that take a node accept null, which counts as a node without
 // attributes, content and document.
 class LibXml {
   public:
@@ -39,7 +39,7 @@ class LibXml {
     xmlNode* getRootElement() const;
 
     // The first node that EXPRESSION selects; throws if there is none. Each call that finds one
-    // leaves libxml2's result object allocated, which is wanted: a node in it may belong to it.
+    // deliberately leaves libxml2's result object allocated: it may own the node.
     xmlNode* xPath(std::string expression);
 
     // How many nodes EXPRESSION selects, at least 1; throws if there is none.

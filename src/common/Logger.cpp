@@ -76,7 +76,7 @@ ValueType valueType(const std::string& parameter) {
     return ValueType::OTHER;
 }
 
-// Thrown here, because what becomes of a null is up to the C++ library.
+// Thrown here, because what a null does is up to the C++ library.
 std::string toString(const char* text) {
     if (text == nullptr) {
         throw std::logic_error("basic_string::_S_construct null not valid");
@@ -89,9 +89,8 @@ std::vector<std::string> splitParameters(const std::string& list) {
     return std::vector<std::string>(part, boost::sregex_token_iterator());
 }
 
-// Replaces types by the values that ARGUMENTS holds, up to the first type that has no form here:
-// what follows in ARGUMENTS cannot be read then. A position that the list does not have ends it
-// too.
+// Replaces types by the values that ARGUMENTS holds. Stops at the first type of another kind, since
+// the rest of ARGUMENTS cannot be read then, and at a position that the list does not have.
 void putValues(std::vector<std::string>& parameters, int count, va_list arguments) {
     for (int pass = 0; pass < count; ++pass) {
         const size_t index = static_cast<size_t>(va_arg(arguments, int)) - 1;

@@ -113,8 +113,8 @@ void NetworkConnection::FindProfile(void** profile) {
             throw Exception("Failed to Get Profile iterator", GENERIC_ERROR);
         }
         auto type = CONNECTION_PROFILE_TYPE_CELLULAR;
-        // A platform may take a null place and give no profile: the question for its type then
-        // fails as for any profile that is none.
+        // A platform may accept a null output and give no profile: asking for its type then fails
+        // as for an invalid profile.
         void* current = profile == nullptr ? nullptr : *profile;
         if (connection_profile_get_type(current, &type) != CONNECTION_ERROR_NONE) {
             connection_destroy_profile_iterator(iterator);
@@ -128,8 +128,8 @@ void NetworkConnection::FindProfile(void** profile) {
         NETWORK_LOG("Error : m_Profile is not set");
         assert(0 && "m_Profile is not set");
     }
-    // The iterator is left as it is. This leak of one iterator for each object is wanted: on some
-    // sets the profile goes with its iterator, and the profile is used from here on.
+    // Deliberately leaks one iterator for each object: some platforms free the profile together
+    // with its iterator, and the profile is used from here on.
 }
 
 void NetworkConnection::FindConnectionType() {
@@ -233,7 +233,7 @@ std::string NetworkConnection::GetSubnetMaskAddress() {
 connection_ip_config_type_e NetworkConnection::GetIPConfigType() {
     ZOLT_TRACE();
     auto type = CONNECTION_IP_CONFIG_TYPE_NONE;
-    // The result is left untested: "none" is the answer of a set that has none.
+    // The result is deliberately unchecked: a television without one leaves "none".
     connection_profile_get_ip_config_type(m_Profile, CONNECTION_ADDRESS_FAMILY_IPV4, &type);
     return type;
 }

@@ -8,8 +8,8 @@
 
 namespace ZOLT {
 
-// Holds a connection and one of its profiles for as long as it lives. An object may stand without
-// either: then its getters give nothing. Belongs to the thread that made it.
+// Holds a connection and one of its profiles for as long as it lives. An object may have neither:
+// its getters then give nothing. Used on the thread that made it.
 class NetworkConnection {
   public:
     // Never throws an Exception: what fails is logged.

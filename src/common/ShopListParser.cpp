@@ -113,8 +113,8 @@ void ShopListParser::linkShops() {
             ++next;
         } else if (nextLength > currentLength + CODE_STEP) {
             // Down to the last child, which is current itself where a level of the code is missing:
-            // the walk then never ends. The fence keeps that a defined loop, which a compiler may
-            // not take out.
+            // the walk then never ends. The fence makes that a defined loop, which the compiler
+            // must not remove.
             std::atomic_signal_fence(std::memory_order_seq_cst);
             current = std::prev(next);
         } else if (nextLength > currentLength) {
@@ -137,9 +137,9 @@ void ShopListParser::linkChild(Shop* parent, Shop* child) {
     subs.insert(subs.end(), child);
 }
 
-// SHOP stands on the level of NEIGHBOUR, which sorts before it, or on a higher one. A top entry
-// that sorts first is never put under the top key here, only by a child of its own: the screens
-// count on it.
+// SHOP stands on the level of NEIGHBOUR, which sorts before it, or on a higher one. Deliberately
+// never puts the entry that sorts first under the top key; only a child of its own does. The
+// screens rely on that.
 void ShopListParser::linkBeside(const Shop* neighbour, Shop* shop) {
     Shop* parent = neighbour->parent;
     size_t steps = (neighbour->code.size() - shop->code.size()) / CODE_STEP;

@@ -33,8 +33,8 @@ struct Shop {
     int level = 0;  // position of the entry's list among the parser's lists, from 0
 };
 
-// One level of the hierarchy. Copying copies the pointers, and destroying frees nothing: whoever
-// holds the last copy calls clean.
+// One level of the hierarchy. Copying copies the pointers, and the destructor frees nothing: the
+// holder of the last copy calls clean.
 struct ShopList {
     // Deletes the shops.
     void clean();
@@ -51,8 +51,9 @@ struct ShopList {
 //
 // Documents have the form
 //   <rsp><list level="N" name="T" is_fix="T" is_sub="T"><sub_list name="T" code="T"/>...</list>...
-// where only the path "/rsp/list" is looked up by name. Failures to parse are ZOLT::Exceptions; a
-// level that is no number is std::invalid_argument or std::out_of_range.
+// where only the path "/rsp/list" is looked up by name. Throws ZOLT::Exception for a document that
+// cannot be parsed, and std::invalid_argument or std::out_of_range for a level that is not a number
+// or too large.
 class ShopListParser {
   public:
     using Shops = std::set<Shop*, Shop::ShopComp>;
@@ -64,8 +65,8 @@ class ShopListParser {
 
     // Adds a shop list document to the model. A list that lacks an attribute, or has an entry that
     // does, is left out with a warning. What was built stays when an exception leaves, unlinked.
-    // Never returns if a code is more than two characters longer than the one that sorts before it:
-    // every level of a code is trusted to exist.
+    // Deliberately never returns if a code is more than two characters longer than the one that
+    // sorts before it: the daemon is trusted to send every level of a code.
     void parseShopListXML(std::string document);
 
     std::vector<ShopList>& getShopList() { return m_shopLists; }

@@ -80,8 +80,8 @@ void ThreadPool::stop() {
         const std::lock_guard<std::mutex> guard(m_mutex);
         m_running = false;
         m_cv.notify_all();
-        // Deliberately also when another pool is the one by now: the second stop of an old pool
-        // takes it away, and add is refused from then on.
+        // Deliberately also when another pool has been launched since: after the second stop of an
+        // old pool add throws.
         m_self = nullptr;
     }
     if (m_master.joinable()) {
@@ -90,22 +90,21 @@ void ThreadPool::stop() {
 }
 
 void ThreadPool::clear() {
-    // Jobs that somebody still looks at when the pool goes: their memory stays for good, so that a
-    // job that outlives its pool against the rule ends on memory that is there.
+    // Jobs that a thread still uses when the pool is destroyed. They are never freed, so that a job
+    // that outlives its pool, against the rule, ends on valid memory.
     static auto* const abandoned = new std::list<Job>();
     const std::lock_guard<std::mutex> guard(m_mutex);
     while (!m_jobs.empty()) {
         auto& job = m_jobs.front();
         if (job.m_status == JOB_RUNNING || !job.m_removable) {
-            // Its thread must be inside worker before the pool goes, and being done keeps it off
-            // the condition variable, which goes at the end of the process.
+            // The thread must have entered worker before the pool is destroyed. A job that is done
+            // does not use the condition variable any more, which may be destroyed by its end.
             job.m_locked.wait();
             job.m_status = JOB_DONE;
             abandoned->splice(abandoned->end(), m_jobs, m_jobs.begin());
             continue;
         }
-        // The work of a finished job is over, but its thread may be about to unlock the job's
-        // mutex.
+        // The thread of a finished job may still be about to unlock the job's mutex.
         if (job.m_status == JOB_FINISHED && m_workers[job.m_worker].joinable()) {
             m_workers[job.m_worker].join();
         }
@@ -126,9 +125,9 @@ int ThreadPool::add(std::function<void()> job, std::string queue) {
     return m_self->m_jobs.back().m_id;
 }
 
-// One function in spite of its length: its log lines carry its name. A wake-up cannot get lost, as
-// all that the master waits for is changed and notified under m_mutex, which it holds from the look
-// at the jobs to the wait.
+// One function in spite of its length: its log lines carry its name. No wake-up is lost: whatever
+// the master waits for changes under m_mutex, which it holds while it looks at the jobs and until
+// it waits.
 void ThreadPool::master() {
     ZOLT_TRACE();
     std::unique_lock<std::mutex> lock(m_mutex);
@@ -207,8 +206,8 @@ void ThreadPool::worker(Job& job) {
                   job.m_worker, job.m_id, job.m_queue.c_str(), job.m_counter.c_str());
     }
     // Under m_mutex, or the master could miss both between its look at the jobs and its wait.
-    // Before the job's mutex is free, so that who comes out of join finds the job ended. The job
-    // itself stays until the master has joined this thread.
+    // Before the job's mutex is unlocked, so that a caller of join finds the job ended. The job
+    // itself is kept until the master has joined this thread.
     const std::lock_guard<std::mutex> guard(m_mutex);
     if (job.m_status == JOB_RUNNING) {
         job.m_status = JOB_FINISHED;
@@ -254,7 +253,7 @@ ThreadPool::Job* ThreadPool::findRunning(const std::string& queue) {
     return nullptr;
 }
 
-// While a job runs its slot holds its thread: neither changes without m_mutex.
+// The slot of a running job holds its thread. Both change under m_mutex only.
 void ThreadPool::interrupt(const Job& job) {
     m_self->m_workers[job.m_worker].interrupt();
 }

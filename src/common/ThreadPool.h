@@ -14,8 +14,8 @@
 
 namespace ZOLT {
 
-// At most one pool at a time, reached through static operations that any thread may call; without a
-// pool all of them but add do nothing. It runs up to 15 jobs side by side, each on a thread of its
+// At most one launched pool, reached through static operations that any thread may call; without
+// one all of them but add do nothing. It runs up to 15 jobs side by side, each on a thread of its
 // own; jobs of one queue run one after another in the order in which they were added. Exceptions of
 // a job are logged and end there.
 class ThreadPool {
@@ -32,8 +32,8 @@ class ThreadPool {
     void stop();
 
     // Takes a job and returns its number. An empty QUEUE makes a job without a queue. Throws
-    // Exception when there is no pool. A job may call it. What a job holds on to must not call the
-    // pool when it is destroyed.
+    // Exception when there is no pool. A job may call it. The destructors of what a job captures
+    // must not call the pool.
     static int add(std::function<void()> job, std::string queue);
     // Writes one line for each job.
     static void dump();

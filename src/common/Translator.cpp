@@ -24,7 +24,7 @@ struct Free {
 };
 using Text = std::unique_ptr<char, Free>;
 
-// A null LOCALE is no language: the C library would take it for a question and answer.
+// Throws for a null LOCALE, by which the C library would only be asked for the present one.
 void switchLocale(const char* locale) {
     if (locale == nullptr || std::setlocale(LC_ALL, locale) == nullptr) {
         throw Exception("Unable to set the language", GENERIC_ERROR);
@@ -40,8 +40,8 @@ Text currentLocale() {
     return copy;
 }
 
-// Null, whatever keeps the set from naming its language, a missing configuration key of the fakes
-// or a missing set too: the caller only learns that there is none.
+// Null if the language cannot be had for whatever reason, a missing configuration key of the fakes
+// or a null DeviceInfo included: the caller only learns that there is none.
 Text languageOf(DeviceInfo* deviceInfo) {
     char* language = nullptr;
     try {

@@ -23,7 +23,7 @@ class Translator {
     // counts as none. Owned by gettext.
     char* getText(const char* id);
 
-    // Sets the process's locale, from the set's language if LOCALE is null.
+    // Sets the process's locale, from the television's language if LOCALE is null.
     void setLocale(char* locale);
 
   private:

@@ -68,7 +68,7 @@ DeviceList storageDevices() {
 std::string Utils::formatString(const char* format, ...) {
     ZOLT_TRACE();
     if (format == nullptr) {
-        return "";  // not every C library bears it
+        return "";  // not every C library accepts it
     }
     char text[FORMATTED_SIZE];
     va_list arguments;
@@ -80,7 +80,7 @@ std::string Utils::formatString(const char* format, ...) {
 
 std::string Utils::htmlEncode(std::string text) {
     ZOLT_TRACE();
-    // The ampersand first, or those of the other replacements would be encoded again.
+    // The ampersand first, or the ampersands of the other replacements would be encoded again.
     static const struct {
         const char* character;
         const char* replacement;

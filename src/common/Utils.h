@@ -21,22 +21,22 @@ class Utils {
     // begins an encoded character.
     static std::string htmlEncode(std::string text);
 
-    // UTF-8 to code points and back; what is no valid text is skipped.
+    // UTF-8 to code points and back; invalid sequences are skipped.
     static std::wstring StrToWStr(const std::string& text);
     static std::string WStrToStr(const std::wstring& text);
 
     // SIZE bytes at DATA in base64 on one line. Throws ZOLT::Exception without memory.
     static std::string encodeBase64(const void* data, unsigned int size);
 
-    // Gives the file's size in bytes, cut to 32 bits. False, with SIZE untouched, for an empty path
-    // or a file that cannot be asked.
+    // Sets SIZE to the file's size in bytes, cut to 32 bits. False, with SIZE untouched, for an
+    // empty path or when the size cannot be read.
     static bool getFileSize(const std::string& path, unsigned int& size);
 
-    // Where downloads may go: a folder on each USB storage device, and one in the set's flash.
+    // Where downloads may go: a folder on each USB storage device, and one in the flash memory.
     // Throws std::out_of_range without the configuration's keys for them.
     static std::set<std::string> getAvailableDownloadPaths();
 
-    // The path of them that sorts first.
+    // The first of these paths in their order.
     static std::string getDownloadPath();
 
     // The calling thread's id in decimal. Any thread.

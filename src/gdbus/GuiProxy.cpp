@@ -16,7 +16,7 @@ constexpr const char* GUI_INTERFACE = "org.tizen.GDBus.ZoltContent.GUI";
 constexpr int CALL_TIMEOUT_MS = 100000;
 
 bool isGuiObject(GDBusObject* object) {
-    // A null object has no path, and GLib does not survive being asked for one.
+    // GLib crashes when asked for the path of a null object.
     return object != nullptr && std::strcmp(g_dbus_object_get_object_path(object), GUI_PATH) == 0;
 }
 
@@ -171,7 +171,7 @@ std::string GuiProxy::getShopInfoList() {
     ZOLT_TRACE();
     std::string shopList =
         checkedText("Failed to get shop list: ", zolt_gui_call_get_shop_info_list_sync, getProxy());
-    // A daemon without a list may answer with success all the same.
+    // A daemon without a list may answer with success.
     if (shopList.empty() || shopList == "null") {
         throw Exception("Shop list is empty ", GENERIC_ERROR);
     }

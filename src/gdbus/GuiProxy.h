@@ -24,7 +24,7 @@ class GuiProxy {
     GuiProxy(const GuiProxy&) = delete;
     GuiProxy& operator=(const GuiProxy&) = delete;
 
-    // Requests: the daemon takes them at once, and their result comes as an event.
+    // Requests: the daemon replies at once, and the result comes as an event.
     void requestPincode();
     void requestPincodeVerification();
     void requestShopInfoList();
@@ -37,7 +37,7 @@ class GuiProxy {
     bool checkShopRegistration();
     // The shop list document. Also throws if the daemon has none: an empty reply or "null".
     std::string getShopInfoList();
-    // The registered shop's document, or what the daemon says in its place.
+    // The registered shop's document, or what the daemon replies without one.
     std::string getRegisteredShopInfo();
     bool checkShopMode();
 
@@ -64,8 +64,8 @@ class GuiProxy {
     ZOLTGUI* m_proxy = nullptr;
     std::vector<unsigned long> m_signalIds;
     int m_subscriptionId = -1;
-    // Guards the test and the retry of the subscription in getProxy. The callbacks, which a retry
-    // can reach with it held, do not take it.
+    // Guards the test and the retry of the subscription in getProxy. The retry can run the
+    // callbacks while it is held, so these do not lock it.
     std::mutex m_mutex;
 };
 

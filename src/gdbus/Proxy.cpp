@@ -23,7 +23,7 @@ std::map<int, ObjectCallback> objectRemovedCallbacks;
 std::vector<gulong> managerSignalIds;
 // One reference, released in Proxy::unregister.
 GDBusObjectManager* objectManager = nullptr;
-// Ids are never used again, also after the connection has ended.
+// Ids are never used again, not even after the connection has ended.
 int nextSubscriptionId = 0;
 
 // Also called without a manager, on purpose: GLib complains about the null instance and gives the
@@ -45,8 +45,8 @@ void reportPresentObjects() {
     g_list_free_full(objects, g_object_unref);
 }
 
-// Every callback in the order of the ids. Looks the next id up after each call, since a callback
-// may subscribe or unsubscribe while the walk goes on.
+// Calls every callback in the order of the ids. Looks up the next id after each call, since a
+// callback may subscribe or unsubscribe.
 void callAll(const std::map<int, ObjectCallback>& callbacks, GDBusObject* object) {
     for (auto entry = callbacks.begin(); entry != callbacks.end();) {
         const int id = entry->first;

@@ -25,7 +25,8 @@ class Proxy {
     // Ends the subscription ID, and the connection with the last one. An unknown id ends nothing.
     static void unregister(int id);
 
-    // The interface NAME of OBJECT, or null, as for a null OBJECT. The caller owns the reference.
+    // The interface NAME of OBJECT, null if it has none or OBJECT is null. The caller owns the
+    // reference.
     static GDBusInterface* getInterface(GDBusObject* object, const std::string& name);
 
     // Handlers of the manager's signals.

@@ -46,8 +46,9 @@ struct LoopGuard {
 // Whether this process has added its one unit to the counter that keeps the screensaver off.
 static bool s_vconfRaised = false;
 
-// Adds this process's unit to the counter, or takes it away. Other parties count too, so no
-// absolute value is written; that reading and writing are two steps is accepted.
+// Adds this process's unit to the counter, or takes it away. Other processes count too, so no
+// absolute value is written; a change between the read and the write would be lost, which is
+// accepted.
 static void zolt_set_vconf(bool raise) {
     ZOLT_TRACE();
     static constexpr const char* KEY = "memory/zolt/zolt_screensaver_blocking";
@@ -60,8 +61,8 @@ static void zolt_set_vconf(bool raise) {
     ZOLT_DEBUG("%s", raise ? "increasing Vconf" : "Decreasing Vconf");
     vconf_get_int(KEY, &value);
     ZOLT_DEBUG("current vconf is: %d", value);
-    // Goes round at the largest and the smallest integer, so that the unit that is taken away later
-    // is the one that was added, whatever the counter stands at.
+    // Wraps at the largest and the smallest integer, so that adding a unit and taking it away
+    // leaves any value as it was.
     const unsigned unit = raise ? 1U : ~0U;
     vconf_set_int(KEY, static_cast<int>(static_cast<unsigned>(value) + unit));
     s_vconfRaised = raise;
@@ -86,8 +87,8 @@ static void enableLocales(ZOLT::DeviceInfo* deviceInfo) {
     translator.setLocale(nullptr);
 }
 
-// The context behind a callback's argument. Without one there is nothing to go on with, and the
-// program ends in an orderly way.
+// The context that a callback's argument points at. Throws for null, which ends the program with
+// status 1.
 static _appdata& contextOf(void* data) {
     if (data == nullptr) {
         throw ZOLT::Exception("No application data", ZOLT::GENERIC_ERROR);
@@ -144,7 +145,7 @@ static void _terminate(void* data) {
     zolt_set_vconf(false);
     _appdata& context = contextOf(data);
     if (!context.controller) {
-        return;  // ended before the first launch request: there is no flow to put away
+        return;  // ended before the first launch request: there is no flow to destroy
     }
     context.controller->cancel();
     context.controller->terminate();
@@ -175,7 +176,7 @@ static void closeStream(FILE* stream) {
     }
 }
 
-// Those without a callback are registered on purpose and do nothing. Results are not looked at.
+// Handlers without a callback are registered on purpose and do nothing. Results are ignored.
 static void addEventHandlers(app_event_handler_h (&handlers)[5], _appdata& context) {
     const struct {
         app_event_type_e type;

@@ -8,9 +8,9 @@
 
 namespace ZOLT {
 
-// The order of the operations is that of the table of virtual operations, which others rely on.
-// Values: each returns the platform's code, 0 on success; a text is released with free by the
-// caller. Callbacks may come in on any thread, and there is one for each notice.
+// Other libraries rely on the order of the virtual operations.
+// Values: each returns the platform's code, 0 on success; the caller releases a text with free.
+// Callbacks may run on any thread, and each notice has one callback.
 class ISystemCalls {
   public:
     virtual void setWirelessIpChangedCb(void (*cb)(runtime_info_key_e, void*), void* data) = 0;

@@ -16,7 +16,7 @@ namespace {
 constexpr int RESET_ATTEMPTS = 10;
 constexpr int SECONDS_BETWEEN_ATTEMPTS = 10;
 
-// Ends a subscription for OPERATION, in whose name it logs. Nothing comes out: this runs on closing
+// Ends a subscription; log lines carry OPERATION as the function. Never throws: it runs on closing
 // paths, where a failure must not stop the shutdown.
 void unsetQuietly(SystemCalls& calls, runtime_info_key_e key, const char* name,
                   const char* operation) {
@@ -92,8 +92,8 @@ void SystemCalls::setResetCb(int (*cb)(int, void*), void* data) {
         s_sleepUntil(boost::get_system_time() +
                      boost::posix_time::seconds(SECONDS_BETWEEN_ATTEMPTS));
     }
-    // A positive code is no failure: some power services answer with one and subscribe all the
-    // same.
+    // Only a negative code is a failure: some power services return a positive one and subscribe
+    // nevertheless.
     if (result < 0) {
         throw Exception("Failed to set TV reset callback: %d", result, GENERIC_ERROR);
     }
@@ -102,8 +102,7 @@ void SystemCalls::setResetCb(int (*cb)(int, void*), void* data) {
 void SystemCalls::unsetResetCb(int (*cb)(int, void*)) {
     ZOLT_LOG(LOG_ID_MAIN, DLOG_INFO, "Called SystemCalls::unsetResetCb()");
     if (device_power_unsubscribe_poweroff(cb) != 0) {
-        // Always 1 and never the platform's code: the text is wanted word for word by those who
-        // look for it in logs.
+        // Always 1 and never the platform's code: log readers look for exactly this text.
         throw Exception("Failed to unset TV reset callback: %d", 1, GENERIC_ERROR);
     }
 }

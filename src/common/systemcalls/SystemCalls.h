@@ -12,7 +12,7 @@ namespace ZOLT {
 
 // A thin layer over the C interfaces. A subscription that fails throws Exception. Ending one by key
 // never throws and is logged, since that happens on closing paths; ending the reset or the wake-up
-// subscription throws, and callers tell the two apart.
+// subscription throws, and callers rely on the difference.
 class SystemCalls : public ISystemCalls {
   public:
     void setWirelessIpChangedCb(void (*cb)(runtime_info_key_e, void*), void* data) override;

@@ -8,8 +8,8 @@ class ISystemCalls;
 
 class SystemCallsFactory {
   public:
-    // What the configuration key "FakeSystemCalls" asks for. The caller owns it. Throws what
-    // ZoltConfig::getInt throws.
+    // SystemCalls, or SystemCallsFake if the configuration key "FakeSystemCalls" is not 0. The
+    // caller owns the object. Throws what ZoltConfig::getInt throws.
     static ISystemCalls* getSystemCalls();
 };
 

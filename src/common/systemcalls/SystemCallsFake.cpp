@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// System calls of which some are answered from the configuration, for sets without the services.
+// System calls of which some are faked, for televisions that lack a service.
 #include "common/systemcalls/SystemCallsFake.h"
 
 #include <cstdio>
@@ -19,8 +19,7 @@ bool faked(const char* configurationKey) {
     return ZoltConfig::is(configurationKey, "1");
 }
 
-// A null place gets nothing, and the call counts as answered: the fakes have no other refusal than
-// that of a lack of memory.
+// A null output is ignored and the call succeeds: the fakes fail only for lack of memory.
 int giveNumber(int number, int* value) {
     if (value != nullptr) {
         *value = number;
@@ -159,7 +158,7 @@ int SystemCallsFake::runtimeInfoGetValueString(runtime_info_key_e key, char** va
 }
 
 // The keys of the two screen fakes are not those of the panel that DeviceInfo asks for, so its
-// answers stay the real ones. This is wanted: the layouts are made for the real panel.
+// answers stay the real ones. Deliberate: the layouts are made for the real panel.
 int SystemCallsFake::systemInfoGetValueInt(system_info_key_e key, int* value) {
     if (key == SYSTEM_INFO_KEY_SCREEN_HEIGHT && faked("FakeScreenHeight")) {
         FAKE_TRACE("systemInfoGetValueInt(SYSTEM_INFO_KEY_SCREEN_HEIGHT)");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// System calls of which some are answered from the configuration, for sets without the services.
+// System calls of which some are faked, for televisions that lack a service.
 #pragma once
 
 #include "common/systemcalls/SystemCalls.h"
