@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What every test of the link starts from: a private bus, and a log that begins empty.
+// The fixture of every test of the link: a private bus, and an empty log.
 #include "BusTest.h"
 
 #include "gdbus/GuiProxy.h"
@@ -45,7 +45,7 @@ bool BusTest::warned(const std::string& message) {
 }
 
 void BusTest::settle(FakeService& service) {
-    // Signals of one sender arrive in order, so a last one tells that all others have come.
+    // Signals of one sender arrive in order, so all others have arrived when this one has.
     GDBusConnection* connection = g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr);
     bool arrived = false;
     const auto onMark = [](GDBusConnection*, const gchar*, const gchar*, const gchar*, const gchar*,
@@ -53,7 +53,7 @@ void BusTest::settle(FakeService& service) {
     const guint subscription = g_dbus_connection_signal_subscribe(
         connection, nullptr, "org.example.Mark", "Mark", nullptr, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
         onMark, &arrived, nullptr);
-    // A round trip, after which the bus knows of the subscription.
+    // After a round trip the bus knows the subscription.
     GVariant* id = g_dbus_connection_call_sync(
         connection, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
         "GetId", nullptr, nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr);

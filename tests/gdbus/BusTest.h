@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What every test of the link starts from: a private bus, and a log that begins empty.
+// The fixture of every test of the link: a private bus, and an empty log.
 #pragma once
 
 #include <functional>
@@ -15,7 +15,7 @@
 
 namespace test {
 
-// Dispatches what waits in GLib's default main context.
+// Dispatches what is pending in GLib's default main context.
 void turn();
 // Waits for CONDITION while the main context turns.
 bool turnUntil(const std::function<bool()>& condition);
@@ -29,7 +29,7 @@ class BusTest : public ::testing::Test {
     static support::ScriptedPlatform& platform() { return support::ScriptedPlatform::get(); }
     static bool logged(const std::string& message);
     static bool warned(const std::string& message);
-    // Dispatches until everything that SERVICE has sent so far is through.
+    // Dispatches until everything that SERVICE has sent so far has arrived.
     static void settle(FakeService& service);
 
   private:
@@ -38,7 +38,7 @@ class BusTest : public ::testing::Test {
 
 using Events = std::vector<std::tuple<int, int>>;
 
-// Writes down what the program's proxies hand on of the daemon's events.
+// Records the daemon's events that the program's proxies pass on.
 class EventsTest : public BusTest {
   protected:
     void SetUp() override;
@@ -47,7 +47,7 @@ class EventsTest : public BusTest {
     Events events;  // event and reason
 };
 
-// A bus of a test's own, with a daemon on it and the connection of a process that outlives it.
+// A bus of a test's own with a daemon on it. The process outlives the bus.
 struct BusWithDaemon {
     BusWithDaemon();
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A daemon in the test's own process that says on the bus whatever a test wants said.
+// A daemon in the test's own process that sends what a test tells it to.
 #include "FakeService.h"
 
 #include <cstdlib>

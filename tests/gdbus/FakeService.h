@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A daemon in the test's own process that says on the bus whatever a test wants said.
+// A daemon in the test's own process that sends what a test tells it to.
 #pragma once
 
 #include <functional>
@@ -13,7 +13,7 @@
 namespace test {
 
 // Has a connection of its own and answers on GIO's worker thread, so that the test's thread may
-// block in a call meanwhile. Knows no interface description: any reply may have any type.
+// block in a call. Has no interface description: a reply may have any type.
 class FakeService {
   public:
     // Answers one call. Gets a reference to the message; runs on the worker thread.

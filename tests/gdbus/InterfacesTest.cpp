@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the generated layer says on the wire.
+// What the interface description says: the names, types and numbers of the contract with the
+// daemon.
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "BusTest.h"
@@ -34,15 +34,6 @@ std::vector<std::string> signalsOf(const GDBusInterfaceInfo* info) {
         lines.push_back(std::string((*signal)->name) + "(" + arguments((*signal)->args) + ")");
     }
     return lines;
-}
-
-ZOLTGUI* newProxy() {
-    GError* error = nullptr;
-    ZOLTGUI* proxy = zolt_gui_proxy_new_for_bus_sync(
-        G_BUS_TYPE_SYSTEM, G_DBUS_PROXY_FLAGS_DO_NOT_AUTO_START, "org.tizen.GDBus.ZoltContent",
-        "/zolt/gui", nullptr, &error);
-    EXPECT_EQ(error, nullptr);
-    return proxy;
 }
 
 TEST(Interfaces, GuiHasItsTwelveMethodsInOrder) {
@@ -116,42 +107,6 @@ TEST(Interfaces, EventsAndReasonsHaveTheirNumbers) {
                                       ZOLT::REASON_CLOSE_REQUESTED_AGAIN,
                                       ZOLT::REASON_REGISTRATION_INFO_DELETED};
     EXPECT_EQ(reasons, (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
-}
-
-class InterfacesOnTheBus : public BusTest {};
-
-TEST_F(InterfacesOnTheBus, AnEmptyShopListOrTheWordNullIsASuccessHere) {
-    FakeService service;
-    service.own();
-    ZOLTGUI* proxy = newProxy();
-    for (const std::string text : {"", "null"}) {
-        service.answer("getShopInfoList", "('" + text + "',)");
-        gchar* reply = nullptr;
-        GError* error = nullptr;
-        EXPECT_TRUE(zolt_gui_call_get_shop_info_list_sync(proxy, &reply, nullptr, &error));
-        EXPECT_EQ(error, nullptr);
-        EXPECT_EQ(reply, text);
-        g_free(reply);
-    }
-    g_object_unref(proxy);
-}
-
-TEST_F(InterfacesOnTheBus, AnEventOutsideTheKnownNumbersIsDeliveredUnchanged) {
-    FakeService service;
-    service.own();
-    ZOLTGUI* proxy = newProxy();
-    std::vector<std::tuple<int, int>> events;
-    const auto onEvent = +[](ZOLTGUI*, gint event, gint reason, gpointer data) {
-        static_cast<std::vector<std::tuple<int, int>>*>(data)->emplace_back(event, reason);
-    };
-    g_signal_connect(proxy, "send-event", G_CALLBACK(onEvent), &events);
-    settle(service);
-    service.sendEvent(2, 0);
-    service.sendEvent(0, 5);
-    service.sendEvent(-1, 2147483647);
-    settle(service);
-    EXPECT_EQ(events, (std::vector<std::tuple<int, int>>{{2, 0}, {0, 5}, {-1, 2147483647}}));
-    g_object_unref(proxy);
 }
 
 }  // namespace
