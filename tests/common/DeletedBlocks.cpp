@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The linker puts a __wrap_NAME in the place of each NAME here, and __real_NAME is what stood
-// there.
+// The linker replaces each NAME here by __wrap_NAME; __real_NAME is the original.
 #include "common/DeletedBlocks.h"
 
 #include <malloc.h>

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the program learns about the television, and what it hears when the television does not
-// know.
+// What the program reads from the television, and what happens when a value is missing.
 #include <algorithm>
 #include <atomic>
 #include <climits>
@@ -36,10 +35,10 @@ namespace {
 
 constexpr char DUID_KEY[] = "db/comss/duid";
 
-// What the value interfaces refuse with, and numbers that they have no name for.
+// Error codes of the value interfaces, and numbers that have no name there.
 const int REFUSALS[] = {-22, -12, -5, 1, INT_MIN, INT_MAX};
 
-// What the connection interface refuses with.
+// Error codes of the connection interface.
 const int CONNECTION_ERRORS[] = {
     CONNECTION_ERROR_OUT_OF_MEMORY,
     CONNECTION_ERROR_INVALID_OPERATION,
@@ -103,7 +102,7 @@ class DeviceInfoTest : public testing::Test {
         platform.setNetwork(network);
     }
 
-    // That getNetworkMAC fails with TEXT, logs it, and gives everything back.
+    // Expects that getNetworkMAC fails with TEXT, logs it, and releases everything.
     void expectNoMac(const std::string& text) {
         platform.clearLog();
         EXPECT_EQ(thrownBy([this] { info.getNetworkMAC(); }), text);
@@ -467,7 +466,7 @@ TEST_F(DeviceInfoTest, NameOfARuntimeTextMayBeEmptyOrLongOrLookLikeAFormat) {
     };
     EXPECT_EQ(failureOf(""), "Out of memory");
     EXPECT_EQ(failureOf(LONG_TEXT), "Out of memory");
-    // One directive is what the text lacks otherwise.
+    // With a directive in the name the format takes the value.
     EXPECT_EQ(failureOf("%d"), "Failed to retrieve 1 : -5");
     EXPECT_EQ(failureOf("%"), "Out of memory");
 }
@@ -637,7 +636,7 @@ TEST_F(DeviceInfoTest, YearBeyondTheCalendarThrows) {
     constexpr time_t YEAR_1399 = -18019152000;
     constexpr time_t YEAR_10000 = 253402300800;
     constexpr time_t YEAR_67536 = 2069049484800;  // would wrap to 2000
-    // The first and the last second that can be broken down, in the years of INT_MIN and INT_MAX.
+    // The first and the last second with a calendar year, in the years of INT_MIN and INT_MAX.
     constexpr time_t FIRST = -67768040609740800;
     constexpr time_t LAST = 67768036191676799;
     for (const time_t seconds : {YEAR_1399, YEAR_10000, YEAR_67536, FIRST, LAST}) {
@@ -686,7 +685,7 @@ TEST_F(DeviceInfoTest, TimesAreKeptInMicroseconds) {
     EXPECT_EQ(info.getLocalTime().time_of_day().ticks_per_second(), 1000000);
 }
 
-// Works in a folder of its own, in which the flag files of the image type are looked for.
+// Works in a folder of its own, where the flag files of the image type are.
 class ImageTypeTest : public DeviceInfoTest {
   protected:
     void SetUp() override {

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The linker puts a __wrap_NAME in the place of each NAME here, and __real_NAME is what stood
-// there.
+// The linker replaces each NAME here by __wrap_NAME; __real_NAME is the original.
 #include "common/FailingCall.h"
 
 #include <cstdarg>
@@ -14,7 +13,7 @@ namespace {
 
 struct Order {
     support::LibraryCall call = support::LibraryCall::Malloc;
-    int left = -1;  // calls up to the one that fails, with it; 0 after it, below 0 without an order
+    int left = -1;  // the call that fails, counted from now; 0 after it, below 0 if none shall
 };
 
 thread_local Order order;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Lets a call of the C or C++ library, or of OpenSSL, fail that would not fail by itself.
+// Makes a call of the C or C++ library, or of OpenSSL, fail on demand.
 #pragma once
 
 namespace support {

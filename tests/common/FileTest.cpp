@@ -21,7 +21,7 @@ class FileTest : public testing::Test {
   protected:
     void SetUp() override { ScriptedPlatform::get().reset(); }
 
-    // That the log holds one entry trace and nothing else.
+    // Expects that the log holds one entry trace and nothing else.
     static void expectOnlyTrace(const std::string& function) {
         const auto lines = ScriptedPlatform::get().log();
         ASSERT_EQ(lines.size(), 1U);
@@ -66,7 +66,7 @@ TEST_F(FileTest, SaveToAFullDeviceLogsTheDataAndFails) {
                                                 "Cannot save data to file, data is: " + data));
 }
 
-TEST_F(FileTest, LittleThatAFullDeviceRefusesAtTheCloseGoesUnnoticed) {
+TEST_F(FileTest, DataThatAFullDeviceRefusesOnlyAtTheCloseIsNotNoticed) {
     EXPECT_TRUE(File("/dev/full").save("little"));
     expectOnlyTrace("save");
 }
@@ -140,7 +140,7 @@ TEST_F(FileTest, FileThatCannotBeReadDoesNotExist) {
     EXPECT_FALSE(exists);
 }
 
-// Answers with nothing of its base.
+// Overrides every operation.
 class OtherFile : public File {
   public:
     explicit OtherFile(bool& gone) : File("path"), m_gone(gone) {}

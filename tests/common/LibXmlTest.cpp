@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Documents read, asked and written, and what each failure says.
+// Reading, searching and writing documents, and the text of each failure.
 #include <climits>
 #include <cstdlib>
 #include <cstring>
@@ -142,7 +142,7 @@ TEST_F(LibXmlTest, DocumentOfALongTextIsReadWhole) {
     EXPECT_EQ(xml.getContent(xml.getRootElement()), text);
 }
 
-// Which allocation of libxml2 fails, counted down; 0 fails, below 0 none does.
+// How many allocations of libxml2 succeed before one fails; below 0 none fails.
 long allocationsLeft = -1;
 
 void* failingMalloc(size_t size) {
@@ -153,8 +153,8 @@ void useMalloc(xmlMallocFunc function) {
     xmlMemSetup(std::free, function, std::realloc, strdup);
 }
 
-// That ACTION, given an object with a document, says TEXT when the allocation after SPARED others
-// fails.
+// Expects that ACTION, given an object with a document, throws TEXT when the allocation after
+// SPARED others fails.
 void expectFailureWithoutMemory(const std::string& text, long spared,
                                 const std::function<void(LibXml& xml)>& action) {
     LibXml xml;
@@ -200,7 +200,7 @@ TEST_F(LibXmlTest, WritingWithoutMemorySaysWhatCouldNotBeMade) {
     expectFailureWithoutMemory("Failed to add child node in XML document tree", 0, [](LibXml& xml) {
         xml.addChildNode(xml.getRootElement(), "c", "text");
     });
-    // A node and its name are a piece each.
+    // A node and its name are one allocation each.
     const auto addData = [](LibXml& xml) {
         xml.addChildCDATANode(xml.getRootElement(), "data", "text");
     };
@@ -214,13 +214,13 @@ TEST_F(LibXmlTest, SerialisingWithoutMemorySaysWhatCouldNotBeMadeAndLeavesTheTex
     std::string out = "former";
     const auto write = [&out](LibXml& xml) { xml.toString(out); };
     expectFailureWithoutMemory("Failed to create buffer with xmlBufferCreate().", 0, write);
-    // The buffer is two pieces.
+    // The buffer is two allocations.
     expectFailureWithoutMemory("Failed to create output buffer with xmlOutputBufferCreateBuffer().",
                                2, write);
     EXPECT_EQ(out, "former");
 }
 
-// How many pieces of memory libxml2 holds.
+// How many blocks of memory libxml2 holds.
 long held = 0;
 
 void* heldMalloc(size_t size) {
@@ -244,11 +244,11 @@ void heldFree(void* piece) {
     std::free(piece);
 }
 
-// What is left when ACTION is over.
+// How many more blocks there are after ACTION.
 long leftBy(const std::function<void()>& action) {
     allocationsLeft = -1;
     xmlMemSetup(heldFree, heldMalloc, heldRealloc, heldStrdup);
-    action();  // the library keeps things from a first time
+    action();  // the library keeps some memory after its first use
     held = 0;
     action();
     useMalloc(std::malloc);

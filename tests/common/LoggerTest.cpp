@@ -164,9 +164,6 @@ TEST(Trace, EachIntegerTypeIsReadAsASignedNumber) {
         EXPECT_EQ(Logger::logger(signature.c_str(), 1, 1, INT_MIN), "Called void f(-2147483648)")
             << type;
     }
-}
-
-TEST(Trace, LargeUnsignedIntPrintsAsANegativeNumber) {
     EXPECT_EQ(Logger::logger("void f(unsigned int)", 1, 1, 4294967295U), "Called void f(-1)");
 }
 
@@ -184,7 +181,7 @@ TEST(Trace, TextsStandBetweenQuotes) {
     EXPECT_EQ(Logger::logger("void f(std::string)", 1, 1, ""), "Called void f(\"\")");
 }
 
-TEST(Trace, TypeWithoutAFormEndsTheReading) {
+TEST(Trace, TypeOfAnotherKindEndsTheReading) {
     EXPECT_EQ(Logger::logger("void f(Evas_Object*, int)", 2, 1, nullptr, 2, 5),
               "Called void f(Evas_Object*, int)");
     EXPECT_EQ(Logger::logger("void f(int, Evas_Object*, int)", 3, 1, 7, 2, nullptr, 3, 5),

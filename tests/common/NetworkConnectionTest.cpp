@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What one look at the network connection gives, with and without a network.
+// The facts about the network connection, with and without a network.
 #include <climits>
 #include <memory>
 #include <optional>
@@ -32,7 +32,7 @@ class NetworkConnectionTest : public testing::Test {
   protected:
     void SetUp() override { platform.reset(); }
 
-    // A network of TYPE with profiles of these types, whose gateways tell their places.
+    // A network of TYPE with profiles of these types; each gateway ends in the profile's index.
     void connect(int type, const std::vector<int>& profileTypes) {
         Network network;
         network.type = type;
@@ -46,7 +46,7 @@ class NetworkConnectionTest : public testing::Test {
         platform.setNetwork(network);
     }
 
-    // All lines but the traces, which share their buffer and priority with what fails here.
+    // All lines but the traces, which have the same buffer and priority as the failures here.
     std::vector<std::string> failures() const {
         std::vector<std::string> found;
         for (const auto& message : platform.messages(LOG_ID_MAIN, DLOG_INFO)) {
@@ -392,7 +392,7 @@ TEST_F(NetworkConnectionTest, SearchWithoutAPlaceFailsAtTheFirstProfile) {
 TEST_F(NetworkConnectionTest, ProfilesTypeWithoutMemoryFailsAsUnknown) {
     connect(CONNECTION_TYPE_WIFI, {CONNECTION_PROFILE_TYPE_WIFI});
     NetworkConnection connection;
-    // Not earlier: the platform and the trace take memory of their own.
+    // Not earlier: the platform and the trace allocate memory too.
     std::optional<support::FailingCall> scarcity;
     platform.whenAnswered("connection_profile_get_type",
                           [&scarcity] { scarcity.emplace(support::LibraryCall::New); });
@@ -426,7 +426,7 @@ TEST_F(NetworkConnectionTest, OnlyItsDestructorIsVirtual) {
 using NetworkConnectionDeathTest = NetworkConnectionTest;
 
 TEST_F(NetworkConnectionDeathTest, MissingPlaceForTheProfileEndsTheProcess) {
-    // The process that dies starts anew and shows its log on standard error.
+    // The process of the death test starts anew and prints its log on standard error.
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     const support::ScopedEnvironment echo("ZOLT_ECHO_LOG", "1");
     EXPECT_DEATH(

@@ -176,20 +176,6 @@ TEST_F(ShopListParserTest, EntryWithAnEmptyCodeIsNotTheParentOfACodeOfOneCharact
     EXPECT_EQ(dump(parser), "@0 1@0");
 }
 
-TEST_F(ShopListParserTest, OneEntryAloneIsInNoSet) {
-    parser.parseShopListXML(documentOfCodes({"01"}));
-    EXPECT_TRUE(parser.getSubs("").empty());
-    ASSERT_EQ(parser.getShopList().size(), 1U);
-    EXPECT_EQ(parser.getShopList()[0].shops.size(), 1U);
-}
-
-TEST_F(ShopListParserTest, FirstTopEntryWithoutChildrenIsNotUnderRoot) {
-    parser.parseShopListXML(documentOfCodes({"01 02", "0201"}));
-    EXPECT_EQ(codesOf(parser.getSubs("")), "02");
-    EXPECT_NE(find(parser, "01"), nullptr);
-    EXPECT_EQ(parser.getShopList()[0].shops[0]->code, "01");
-}
-
 TEST_F(ShopListParserTest, EmptyNameAndRootAreTheSameKey) {
     parser.parseShopListXML(documentOfCodes({"01", "0101"}));
     EXPECT_EQ(&parser.getSubs(""), &parser.getSubs("Root"));

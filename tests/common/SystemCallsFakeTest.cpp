@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Which questions are answered from the configuration, and which still reach the television.
+// Which system calls are faked, and which still reach the television.
 #include <cstdlib>
 #include <map>
 #include <memory>
@@ -27,7 +27,7 @@ namespace {
 
 using Values = std::map<std::string, std::string>;
 
-// Counts the notices of all subscriptions, each of which hands its place as data.
+// Counts the notices of all subscriptions, which pass its address as their data.
 int notices = 0;
 
 void changed(runtime_info_key_e /*key*/, void* data) {
@@ -225,7 +225,7 @@ TEST_F(SystemCallsFakeTest, KeyWithoutAFakeReachesThePlatformWithoutReadingTheCo
 }
 
 TEST_F(SystemCallsFakeTest, KeyOfAnotherKindReachesThePlatformWithoutReadingTheConfiguration) {
-    // The numbers of the fakes, asked for in another table or in the other type.
+    // The numbers of the fakes, but of another interface or with the other type.
     platform.setRuntimeInfo(19, 2);
     platform.setSystemInfo(59, 3);
     int number = 0;
@@ -240,7 +240,7 @@ TEST_F(SystemCallsFakeTest, KeyOfAnotherKindReachesThePlatformWithoutReadingTheC
     EXPECT_NE(askSettingText(fake, 0, &text), 0);
 }
 
-TEST_F(SystemCallsFakeTest, FakedValueWithoutAPlaceIsAnsweredAndGivesNothing) {
+TEST_F(SystemCallsFakeTest, FakedValueAcceptsANullOutput) {
     for (const auto& number : NUMBERS) {
         configure({{number.configurationKey, "1"}});
         EXPECT_EQ(number.ask(fake, number.platformKey, nullptr), 0) << number.configurationKey;
@@ -253,7 +253,7 @@ TEST_F(SystemCallsFakeTest, FakedValueWithoutAPlaceIsAnsweredAndGivesNothing) {
     }
 }
 
-TEST_F(SystemCallsFakeTest, RealValueWithoutAPlaceIsThePlatformsToRefuse) {
+TEST_F(SystemCallsFakeTest, RealValueWithANullOutputIsThePlatformsToRefuse) {
     for (const auto& number : NUMBERS) {
         configure({{number.configurationKey, "0"}});
         EXPECT_EQ(number.ask(fake, number.platformKey, nullptr), -22) << number.configurationKey;
@@ -425,22 +425,17 @@ TEST_F(SystemCallsFakeTest, RefusalOfARealSubscriptionPassesThrough) {
     EXPECT_THROW(fake.unsetResetCb(poweredOff), Exception);
 }
 
-TEST_F(SystemCallsFakeTest, FakedResetNoticeDoesNotWaitForTheService) {
-    platform.answer("device_power_subscribe_poweroff", -1);
-    configure({{"FakeResetCb", "1"}});
-    fake.setResetCb(poweredOff, nullptr);
-    EXPECT_THAT(platform.calls(), IsEmpty());
-}
-
 class SystemCallsFactoryTest : public SystemCallsFakeTest {};
 
 TEST_F(SystemCallsFactoryTest, ZeroGivesTheUsualSystemCallsWhateverTheOtherKeysSay) {
-    configure({{"FakeSystemCalls", "0"}, {"FakeUseMode", "1"}, {"FakeLanguage", "1"}});
-    const std::unique_ptr<ISystemCalls> calls(SystemCallsFactory::getSystemCalls());
-    EXPECT_EQ(dynamic_cast<SystemCallsFake*>(calls.get()), nullptr);
-    EXPECT_NE(dynamic_cast<SystemCalls*>(calls.get()), nullptr);
-    EXPECT_TRUE(platform.hasLine(LOG_ID_MAIN, DLOG_DEBUG, "Use usual system calls"));
-    EXPECT_EQ(platform.countLines("Use fake system calls"), 0);
+    for (const char* zero : {"0", "00", "-0", " 0", "0x1"}) {
+        configure({{"FakeSystemCalls", zero}, {"FakeUseMode", "1"}, {"FakeLanguage", "1"}});
+        const std::unique_ptr<ISystemCalls> calls(SystemCallsFactory::getSystemCalls());
+        EXPECT_EQ(dynamic_cast<SystemCallsFake*>(calls.get()), nullptr) << zero;
+        EXPECT_NE(dynamic_cast<SystemCalls*>(calls.get()), nullptr);
+        EXPECT_TRUE(platform.hasLine(LOG_ID_MAIN, DLOG_DEBUG, "Use usual system calls"));
+        EXPECT_EQ(platform.countLines("Use fake system calls"), 0);
+    }
 }
 
 TEST_F(SystemCallsFactoryTest, AnyOtherNumberGivesTheFakes) {
@@ -451,22 +446,6 @@ TEST_F(SystemCallsFactoryTest, AnyOtherNumberGivesTheFakes) {
         EXPECT_TRUE(platform.hasLine(LOG_ID_MAIN, DLOG_DEBUG, "Use fake system calls"));
         EXPECT_EQ(platform.countLines("Use usual system calls"), 0);
     }
-}
-
-TEST_F(SystemCallsFactoryTest, WhatIsReadAsZeroGivesTheUsualSystemCalls) {
-    for (const char* number : {"00", "-0", " 0", "0x1"}) {
-        configure({{"FakeSystemCalls", number}});
-        const std::unique_ptr<ISystemCalls> calls(SystemCallsFactory::getSystemCalls());
-        EXPECT_EQ(dynamic_cast<SystemCallsFake*>(calls.get()), nullptr) << number;
-        EXPECT_EQ(platform.countLines("Use usual system calls"), 1);
-    }
-}
-
-TEST_F(SystemCallsFactoryTest, EveryCallMakesAnObjectOfItsOwn) {
-    configure({{"FakeSystemCalls", "0"}});
-    const std::unique_ptr<ISystemCalls> one(SystemCallsFactory::getSystemCalls());
-    const std::unique_ptr<ISystemCalls> two(SystemCallsFactory::getSystemCalls());
-    EXPECT_NE(one, two);
 }
 
 TEST_F(SystemCallsFactoryTest, MissingOrUnreadableSettingThrowsAfterTheTrace) {

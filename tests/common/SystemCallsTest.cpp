@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What reaches the television through the system calls, and what becomes of its refusals.
+// What reaches the television through the system calls, and what its refusals cause.
 #include <climits>
 #include <cstddef>
 #include <cstdlib>
@@ -27,8 +27,8 @@ using testing::SizeIs;
 
 namespace ZOLT {
 
-// Steps the time of setResetCb: notes for how long it wants to sleep, and how many lines of
-// attempts were written before, and returns at once.
+// Replaces the sleep of setResetCb: records its length and how many attempts were logged before it,
+// and returns at once.
 class SystemCallsSleep {
   public:
     SystemCallsSleep() : m_before(SystemCalls::s_sleepUntil) {
@@ -130,7 +130,7 @@ TEST_F(SystemCallsTest, EachNoticeIsUnsubscribedUnderItsOwnKey) {
     }
 }
 
-// What the value and notice interfaces refuse with, and numbers that they have no name for.
+// Error codes of the value and notice interfaces, and numbers that have no name there.
 const int REFUSALS[] = {RUNTIME_INFO_ERROR_INVALID_PARAMETER,
                         RUNTIME_INFO_ERROR_OUT_OF_MEMORY,
                         RUNTIME_INFO_ERROR_IO_ERROR,
@@ -311,7 +311,7 @@ TEST_F(SystemCallsTest, ResetNoticeGivesUpAfterTheTenthAttemptAndItsSleep) {
     EXPECT_THAT(SystemCallsSleep::linesBefore(), ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 9, 10));
 }
 
-TEST_F(SystemCallsTest, ResetNoticeBearsTheSmallestAndTheLargestCode) {
+TEST_F(SystemCallsTest, ResetNoticeAcceptsTheSmallestAndTheLargestCode) {
     const SystemCallsSleep sleep;
     platform.answer("device_power_subscribe_poweroff", INT_MIN);
     EXPECT_EQ(thrownBy([&] { calls->setResetCb(poweredOff, &data); }),
@@ -456,7 +456,7 @@ TEST_F(SystemCallsTest, CodeOfAFailedValueIsReturnedAsItIs) {
     EXPECT_THAT(platform.messages(), IsEmpty());
 }
 
-TEST_F(SystemCallsTest, NullPlaceForAValueIsThePlatformsToRefuse) {
+TEST_F(SystemCallsTest, NullOutputForAValueIsThePlatformsToRefuse) {
     constexpr int REFUSED = RUNTIME_INFO_ERROR_INVALID_PARAMETER;
     EXPECT_EQ(calls->runtimeInfoGetValueInt(RUNTIME_INFO_KEY_SYSTEM_USE_MODE, nullptr), REFUSED);
     EXPECT_EQ(calls->runtimeInfoGetValueString(RUNTIME_INFO_KEY_LANGUAGE, nullptr), REFUSED);

@@ -39,16 +39,16 @@ std::string nameOf(int queue) {
     return queue == NO_QUEUE ? "" : "queue " + std::to_string(queue);
 }
 
-// What became of the jobs of one queue. Added by one thread, so that its order is known.
+// The results of the jobs of one queue. One thread adds them, so that their order is known.
 struct Account {
     int added = 0;  // touched by the adder alone
     std::atomic<int> ran{0};
-    std::atomic<int> cancelled{0};  // let go of without a run
+    std::atomic<int> cancelled{0};  // destroyed without a run
     std::atomic<int> last{-1};      // the number of the job that ran last
     std::atomic<bool> busy{false};
 };
 
-// All accounts, and what went wrong.
+// All accounts, and the faults that were seen.
 struct Ledger {
     std::array<Account, QUEUES> queues;
     std::array<Account, ADDERS> unnamed;  // one for each adder
@@ -77,7 +77,7 @@ struct Ledger {
     int m_inside = 0;  // jobs that the pool holds; guarded by m_mutex
 };
 
-// One job: it settles its account when the pool lets go of it.
+// One job. Its destructor counts it in its account.
 class Work {
   public:
     Work(Ledger& ledger, Account& account, bool ordered)
@@ -96,7 +96,7 @@ class Work {
         m_ran = true;
         ++m_account.ran;
         const Turn turn(*this);
-        // Ways to end: by an interrupt, by an exception, in peace.
+        // Ends by an interrupt, by an exception, or by returning.
         boost::this_thread::interruption_point();
         if (m_number % 1000 == 999) {
             throw std::runtime_error("one in a thousand");
@@ -133,12 +133,12 @@ class Work {
     bool m_ran = false;
 };
 
-// The master notices what was cancelled when it wakes for something else.
+// The master removes cancelled jobs when it wakes for something else.
 void nudge() {
     ThreadPool::add([] {}, "");
 }
 
-// Does something else to the pool once in a while.
+// Calls another operation of the pool now and then.
 void meddle(std::minstd_rand& random, int lastAdded) {
     const auto below = [&](unsigned number) { return static_cast<int>(random() % number); };
     const std::string queue = nameOf(below(QUEUES));

@@ -55,7 +55,7 @@ class TranslatorTest : public testing::Test {
     }
     void TearDown() override { setlocale(LC_ALL, "C"); }
 
-    // A locale is the system's plain one under another name, which is all that gettext asks for.
+    // Each locale is a copy of the system's plain one under another name: gettext needs no more.
     static void addLocale(const support::TemporaryFolder& folder, const std::string& name) {
         ASSERT_EQ(symlink("/usr/lib/locale/C.utf8", folder.file(name).c_str()), 0);
     }
@@ -192,7 +192,7 @@ TEST_F(TranslatorTest, NullIdGivesNull) {
     EXPECT_EQ(inLanguageOfSet().getText(nullptr), nullptr);
 }
 
-// The empty id is that of a catalogue's own header, and begins every text.
+// The empty id is that of the catalogue's header, and every text begins with it.
 TEST_F(TranslatorTest, EmptyIdGivesTheHeaderOfTheDefaultCatalogue) {
     addCatalogue(SET, "msgid \"SID_OK\"\nmsgstr \"okay\"\n");
     Translator translator = inLanguageOfSet();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The application's identity in the log.
+// The application's version and name in the log.
 #include <stdexcept>
 #include <string>
 

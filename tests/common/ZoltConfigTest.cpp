@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The settings table and the file it comes from.
+// The table of settings and the file that it is read from.
 #include <stdexcept>
 #include <string>
 
