@@ -45,10 +45,19 @@ void writeCard(const std::string& configuration, const std::string& card) {
 
 }  // namespace
 
-class SoundFile : public ::testing::TestWithParam<const char*> {};
+struct NamedSound {
+    feedback_pattern_e pattern;
+    const char* name;
+};
+
+constexpr NamedSound SOUNDS[] = {
+#include "sounds.inc"
+};
+
+class SoundFile : public ::testing::TestWithParam<NamedSound> {};
 
 TEST_P(SoundFile, IsAShortSoundThatCanBeHeard) {
-    const std::string bytes = contentsOf(std::string(SOUND_DIR) + "/" + GetParam() + ".wav");
+    const std::string bytes = contentsOf(std::string(SOUND_DIR) + "/" + GetParam().name + ".wav");
     constexpr std::size_t head = 44;
     ASSERT_GT(bytes.size(), head);
     EXPECT_EQ(bytes.substr(0, 4), "RIFF");
@@ -69,9 +78,8 @@ TEST_P(SoundFile, IsAShortSoundThatCanBeHeard) {
     EXPECT_LT(peak(bytes, head), 0.9);  // no clipping
 }
 
-INSTANTIATE_TEST_SUITE_P(All, SoundFile,
-                         ::testing::Values("move", "back", "blocked", "select", "popup"),
-                         [](const auto& parameter) { return std::string(parameter.param); });
+INSTANTIATE_TEST_SUITE_P(All, SoundFile, ::testing::ValuesIn(SOUNDS),
+                         [](const auto& parameter) { return std::string(parameter.param.name); });
 
 // A set whose sound card is a file, or which has none while the configuration is missing.
 class Sound : public ProbeSet {

@@ -2,7 +2,6 @@
 // The interface sounds through the machine's sound system, or in the log where there is none.
 #include "feedback.h"
 
-#include <array>
 #include <cerrno>
 #include <condition_variable>
 #include <cstring>
@@ -29,13 +28,9 @@ struct Sound {
     const char* name;
 };
 
-constexpr std::array<Sound, 5> SOUNDS = {{
-    {FEEDBACK_PATTERN_MOVE, "move"},
-    {FEEDBACK_PATTERN_BACK, "back"},
-    {FEEDBACK_PATTERN_BLOCKED, "blocked"},
-    {FEEDBACK_PATTERN_SELECT, "select"},
-    {FEEDBACK_PATTERN_POPUP, "popup"},
-}};
+constexpr Sound SOUNDS[] = {
+#include "sounds.inc"
+};
 
 const Sound* find(feedback_pattern_e pattern) {
     for (const Sound& sound : SOUNDS) {

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Writes the five interface sounds as short, soft WAV files into a folder."""
+"""The interface sounds: short, soft WAV files, and the table of their names for the C++ sources."""
 import math
 import os
 import struct
@@ -9,6 +9,7 @@ import wave
 
 RATE = 48000
 
+# The only table of the sounds. The sound "move" answers FEEDBACK_PATTERN_MOVE and is in move.wav.
 # Name: notes of (start in seconds, frequency in Hz, length in seconds, loudness from 0 to 1).
 SOUNDS = {
     "move": [(0.00, 880.0, 0.05, 0.16)],
@@ -50,12 +51,23 @@ def write(path, notes):
         out.writeframes(bytes(frames))
 
 
+def table():
+    """The rows of a C++ array of patterns and names."""
+    return "".join(f'{{FEEDBACK_PATTERN_{name.upper()}, "{name}"}},\n' for name in SOUNDS)
+
+
 def main():
-    if len(sys.argv) != 2:
-        sys.exit("usage: make-sounds.py FOLDER")
-    os.makedirs(sys.argv[1], exist_ok=True)
-    for name, notes in SOUNDS.items():
-        write(os.path.join(sys.argv[1], name + ".wav"), notes)
+    match sys.argv[1:]:
+        case ["--names"]:
+            print(";".join(SOUNDS))
+        case ["--table"]:
+            print(table(), end="")
+        case [folder]:
+            os.makedirs(folder, exist_ok=True)
+            for name, notes in SOUNDS.items():
+                write(os.path.join(folder, name + ".wav"), notes)
+        case _:
+            sys.exit("usage: make-sounds.py FOLDER | --names | --table")
 
 
 if __name__ == "__main__":
