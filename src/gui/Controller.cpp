@@ -69,6 +69,7 @@ void Controller::initialize() {
 void Controller::callbackManager(int event, int reason) {
     ZOLT_TRACE();
     ZOLT_DEBUG("Controller::callbackManager called (Event: %d; Reason: %d)", event, reason);
+    dropClosedScreens();
     try {
         if (event == EVENT_STEP_DONE) {
             if (!stepDone(reason)) {
@@ -189,6 +190,14 @@ Screen& Controller::currentScreen() const {
         throw Exception("No current screen", GENERIC_ERROR);
     }
     return *screen;
+}
+
+// The last one stays: without any the flow would have nothing to show its failures on.
+void Controller::dropClosedScreens() {
+    while (canGoBack() && !m_history.front()->isOpen()) {
+        delete m_history.front();
+        m_history.pop_front();
+    }
 }
 
 void Controller::present(std::unique_ptr<Screen> screen) {

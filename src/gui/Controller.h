@@ -131,6 +131,9 @@ class Controller {
     // Whether there is a screen below the current one.
     bool canGoBack() const;
     // Deletes the current screen and shows the one below it.
+    // Takes the screens off the front whose window was closed from outside: what is pressed on the
+    // screen that can be seen, and what the daemon reports, belongs there.
+    void dropClosedScreens();
     void goBack();
     // Takes the popup off the screen below the current one.
     void clearPopupBelow();

@@ -8,6 +8,7 @@
 #include "common/Exception.h"
 #include "common/Logger.h"
 #include "gui/Controller.h"
+#include "gui/EventHandler.h"
 #include "gui/FlowScreens.h"
 #include "gui/LoadingPopup.h"
 #include "gui/MainMenuRegisteredScreen.h"
@@ -146,8 +147,12 @@ void Controller::searchShops(const char* text) {
 }
 
 void Controller::registerShown(RegistrationInfoScreen& screen) {
-    screen.removeButtons();
-    blockConfirmation(screen, dynamic_cast<ShopListScreen*>(m_history.at(1)) != nullptr);
+    {
+        // The button that was pressed goes, and hands its focus on.
+        const FocusSilence silence;
+        screen.removeButtons();
+        blockConfirmation(screen, dynamic_cast<ShopListScreen*>(m_history.at(1)) != nullptr);
+    }
     registerShop(lastChosenShop());
     currentScreen().destroyPopup();
     showLoadingPopup(CONNECTING_TEXT);

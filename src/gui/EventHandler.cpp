@@ -108,6 +108,9 @@ void EventHandler::buttonClickedCb() {
 // the window that was on top then. They would make a second screen of the same kind, or send the
 // daemon a second request.
 bool EventHandler::isCovered(const Evas_Object* object) {
+    if (Controller::m_self != nullptr) {
+        Controller::m_self->dropClosedScreens();
+    }
     const Controller* const flow = Controller::m_self;
     const Screen* const screen = flow != nullptr ? flow->current() : nullptr;
     if (object == nullptr || isFrame(object) || screen == nullptr || !screen->covers(object)) {
@@ -370,7 +373,13 @@ void EventHandler::focusedItemCb(void* /*data*/, Evas_Object* /*object*/, void* 
 
 void EventHandler::unfocusedItemCb(void* /*data*/, Evas_Object* /*object*/, void* /*eventInfo*/) {
     ZOLT_TRACE();
-    m_keyUnfocused = m_keyUnfocused || focusSilences == 0;
+    if (focusSilences != 0) {
+        // The widget that takes the focus next may do so after the silence, as that of a screen
+        // does that is shown again. It is silent too.
+        m_focusState = FOCUS_STATE_NONE;
+        return;
+    }
+    m_keyUnfocused = true;
     m_focusState = FOCUS_STATE_UNFOCUSED;
 }
 
@@ -490,17 +499,15 @@ char* EventHandler::accessCallback(void* data, Evas_Object* /*object*/) {
         ZOLT_WARN("No input data");
         return nullptr;
     }
-    const std::string text = removeSpecialTags(static_cast<const char*>(data));
     Eina_Strbuf* const buffer = eina_strbuf_new();
     if (!Controller::m_wasLabelRead) {
         ZOLT_DEBUG("Label wasn't read yet");
         Controller::m_wasLabelRead = true;
-        eina_strbuf_append_printf(buffer, "%s, %s",
-                                  removeSpecialTags(Controller::m_currentLabelText).c_str(),
-                                  text.c_str());
-    } else {
-        eina_strbuf_append_printf(buffer, "%s", text.c_str());
+        const std::string label = removeSpecialTags(Controller::m_currentLabelText);
+        eina_strbuf_append_printf(buffer, "%s, ", label.c_str());
     }
+    const std::string text = removeSpecialTags(static_cast<const char*>(data));
+    eina_strbuf_append_printf(buffer, "%s", text.c_str());
     char* const spoken = eina_strbuf_string_steal(buffer);
     // Frees the buffer's text, which has been taken out, and not its header: a small, deliberate
     // leak for each speech.

@@ -23,7 +23,7 @@ int shareOf(int size, double share) {
 }  // namespace
 
 LoadingPopup::LoadingPopup(Evas_Object* parent, const char* style, int width, int height)
-    : Popup(parent, style, width, height), m_table(nullptr), m_progress(nullptr) {
+    : Popup(parent, style, width, height), m_table(nullptr) {
     ZOLT_TRACE();
     m_table = elm_table_add(m_popup);
     elm_table_homogeneous_set(m_table, EINA_FALSE);
@@ -75,7 +75,9 @@ void LoadingPopup::addButton(const char* text, Evas_Smart_Cb callback, void* dat
 
 void LoadingPopup::RemoveProgressBar() {
     ZOLT_TRACE();
-    elm_layout_signal_emit(m_progress, "stop_pulse", "elm");
+    if (m_progress != nullptr) {
+        elm_layout_signal_emit(m_progress, "stop_pulse", "elm");
+    }
 }
 
 }  // namespace ZOLT::GUI

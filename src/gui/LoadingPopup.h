@@ -2,6 +2,7 @@
 // A popup with a turning circle and a text, shown while the daemon works. No key dismisses it.
 #pragma once
 
+#include "gui/Handle.h"
 #include "gui/Popup.h"
 
 namespace ZOLT::GUI {
@@ -18,8 +19,8 @@ class LoadingPopup : public Popup {
     void RemoveProgressBar();
 
   protected:
-    Evas_Object* m_table;     // belongs to the popup widget
-    Evas_Object* m_progress;  // belongs to the table
+    Evas_Object* m_table;  // belongs to the popup widget
+    Handle m_progress;     // belongs to the table
 };
 
 }  // namespace ZOLT::GUI

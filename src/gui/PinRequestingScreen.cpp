@@ -17,7 +17,7 @@ constexpr char TEXT_2[] = "SID_PLEASE_WAIT_DOT_KR_DIFF";
 }  // namespace
 
 PinRequestingScreen::PinRequestingScreen(int width, int height)
-    : Screen("PinRequesting", m_layoutName, "WaitingWindow", width, height), m_progress(nullptr) {
+    : Screen("PinRequesting", m_layoutName, "WaitingWindow", width, height) {
     ZOLT_TRACE();
     setTranslatable(m_layout, "title", "COM_SID_ZOLT_CONTENT");
     m_progress = fillWaiting(TEXT_1, TEXT_2);
@@ -31,7 +31,9 @@ PinRequestingScreen::~PinRequestingScreen() {
 
 void PinRequestingScreen::RemoveProgressBar() {
     ZOLT_TRACE();
-    elm_layout_signal_emit(m_progress, "stop_pulse", "elm");
+    if (m_progress != nullptr) {
+        elm_layout_signal_emit(m_progress, "stop_pulse", "elm");
+    }
 }
 
 }  // namespace ZOLT::GUI

@@ -2,6 +2,7 @@
 // Waits while the daemon obtains a PIN.
 #pragma once
 
+#include "gui/Handle.h"
 #include "gui/Screen.h"
 
 namespace ZOLT::GUI {
@@ -16,7 +17,7 @@ class PinRequestingScreen : public Screen {
     void RemoveProgressBar();
 
   protected:
-    Evas_Object* m_progress;  // belongs to the layout
+    Handle m_progress;  // belongs to the layout
 };
 
 }  // namespace ZOLT::GUI

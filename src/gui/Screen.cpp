@@ -3,6 +3,7 @@
 #include "gui/Screen.h"
 
 #include <cstring>
+#include <memory>
 
 #include <Ecore_X.h>
 
@@ -125,8 +126,11 @@ Evas_Object* createWindow(const char* title, int width, int height) {
 // A window that the window manager closes takes its widgets along as a dying screen does: silently,
 // to the end of this turn of the main loop.
 void onWindowGone(void* /*data*/, Evas* /*canvas*/, Evas_Object* /*window*/, void* /*eventInfo*/) {
-    ecore_job_add([](void* silence) { delete static_cast<FocusSilence*>(silence); },
-                  new FocusSilence);
+    auto silence = std::make_unique<FocusSilence>();
+    const auto end = [](void* data) { delete static_cast<FocusSilence*>(data); };
+    if (ecore_job_add(end, silence.get()) != nullptr) {
+        static_cast<void>(silence.release());  // the job deletes it
+    }
 }
 
 // The group that stands for GROUP in the enlarged mode. The other screens with an enlarged group

@@ -58,6 +58,8 @@ class Screen {
 
     // Whether this screen's window, while it is open, lies over WIDGET, which stands in another.
     bool covers(const Evas_Object* widget) const;
+    // Whether the window is still there: it may be closed from outside.
+    bool isOpen() const { return m_window != nullptr; }
 
     // Takes the popup off the screen, if there is one.
     void destroyPopup();

@@ -44,8 +44,8 @@ inline void followLanguage(Evas_Object* label) {
 
 // Lets the part that holds BUTTON decide its size. A television's toolkit forgets an application's
 // minimum as soon as it has evaluated the button's own; newer ones keep it, and a part cannot be
-// smaller than what it holds: at 1280x720 the four buttons of a menu would be 1080x720 each, lie over
-// one another, and two of them could not be reached with the arrows.
+// smaller than what it holds: at 1280x720 the four buttons of a menu would be 1080x720 each, lie
+// over one another, and two of them could not be reached with the arrows.
 inline void leaveSizeToPart(Evas_Object* button) {
     evas_object_size_hint_min_set(button, 0, 0);
 }

@@ -7,6 +7,7 @@
 #include "common/Exception.h"
 #include "flow/FlowFixture.h"
 #include "gui/EventHandler.h"
+#include "gui/LoadingPopup.h"
 #include "gui/MainMenuRegisteredScreen.h"
 #include "gui/MessagePopup.h"
 #include "gui/PinDisplayingScreen.h"
@@ -17,6 +18,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using ZOLT::GUI::Controller;
 using ZOLT::GUI::EventHandler;
+using ZOLT::GUI::LoadingPopup;
 using ZOLT::GUI::Screen;
 using ZOLT::GUI::SelectionPopup;
 
@@ -220,12 +222,34 @@ TEST_F(EventHandlerTest, TheScreenBelowAClosedWindowCanBePressed) {
     settle();
     listen();
     clickOn(request);
-    EXPECT_EQ(3U, history().size());
+    EXPECT_EQ(2U, history().size());  // the closed screen is gone
     EXPECT_THAT(heard(), ElementsAre(SELECT));
     evas_object_del(windowOf(screen()));
     EXPECT_TRUE(
         endsMainLoop([cancel] { evas_object_smart_callback_call(cancel, "clicked", nullptr); }));
     EXPECT_FALSE(ignoredAPress());
+}
+
+TEST_F(EventHandlerTest, AButtonBelowAClosedWindowShowsItsPopupOnItsOwnScreen) {
+    start();
+    Screen& menu = screen();
+    Evas_Object* const existing = partOf(layoutOf(menu), "existRegBtn");
+    clickOn(partOf(layoutOf(menu), "newRegBtn"));
+    evas_object_del(windowOf(screen()));
+    settle();
+    clickOn(existing);
+    EXPECT_EQ(&menu, &screen());
+    EXPECT_NE(nullptr, dynamic_cast<LoadingPopup*>(popup()));
+}
+
+TEST_F(EventHandlerTest, AFailureAfterAWindowWasClosedIsShownOnTheScreenBelow) {
+    start();
+    Screen& menu = screen();
+    clickOn(partOf(layoutOf(menu), "newRegBtn"));
+    evas_object_del(windowOf(screen()));
+    m_flow->callbackManager(1, 6);
+    EXPECT_EQ(&menu, &screen());
+    EXPECT_NE(nullptr, popup());
 }
 
 TEST_F(EventHandlerTest, TheTimeoutOfAPopupCountsOnACoveredScreen) {

@@ -136,14 +136,14 @@ class Ways(FlowCase):
 
     def at_loading_on_confirmation(self):
         self.at_confirmation()
-        self.go("Return", SELECT, MOVE, MOVE, POPUP, popup=[CONNECTING], focus=None, buttons=[])
+        self.go("Return", SELECT, MOVE, POPUP, popup=[CONNECTING], focus=None, buttons=[])
         self.asks("requestRegistrationShopInfo")
 
     def at_completion(self):
         self.at_loading_on_confirmation()
         self.event("0 3")
         self.sees(title="RegistrationInfoScreen", focus="OK", buttons=["OK*!"])
-        self.hears(MOVE, MOVE, POPUP, MOVE)
+        self.hears(MOVE, POPUP, MOVE)
 
     def at_information(self):
         self.at_tied_menu()
@@ -178,7 +178,7 @@ class Ways(FlowCase):
         self.at_blocked_question()
         self.event("0 4")
         self.sees(popup=["This TV has been deregistered."], buttons=["OK*!"])
-        self.hears(MOVE, POPUP, MOVE)
+        self.hears(POPUP, MOVE)
 
     def at_new_menu(self):
         self.at_question()
@@ -336,7 +336,7 @@ class ReturnKeys(Ways):
                 self.press_idle_keys()
                 self.go("XF86Close", BACK, focus=before.focus, popup=before.popup.words)
                 self.press_idle_keys()
-                self.go("Escape", BACK, SELECT, MOVE, MOVE, popup=None, depth=1, focus=menu)
+                self.go("Escape", BACK, SELECT, popup=None, depth=1, focus=menu)
                 self.reads("just go to its popup OnKeyPress", "just go to its popup OnKeyPress",
                            "Called .*popupHideRequested")
                 self.asks()
@@ -349,7 +349,7 @@ class ReturnKeys(Ways):
         self.go("Return", buttons=["OK", "Cancel"], focus=None)
         self.go("XF86Close", BACK, buttons=["OK", "Cancel"], focus=None)
         self.go("Down", BLOCKED, buttons=["OK", "Cancel"], focus=None)
-        self.go("Escape", BACK, SELECT, MOVE, popup=None, depth=1, focus="Deregister")
+        self.go("Escape", BACK, SELECT, popup=None, depth=1, focus="Deregister")
         self.asks()
         # What was asked for is told all the same.
         self.event("0 4")
@@ -360,7 +360,7 @@ class ReturnKeys(Ways):
             with self.subTest(key):
                 self.at_rows()
                 self.press_idle_keys()
-                self.go(key, SELECT, MOVE, MOVE, popup=None, buttons=["Select*!", "Next"])
+                self.go(key, SELECT, popup=None, buttons=["Select*!", "Next"])
                 self.reads("popup hide called", "Called .*popupHideRequested")
                 self.asks()
                 self.ends_with("Escape", BACK, SELECT)
@@ -373,7 +373,7 @@ class ReturnKeys(Ways):
                 self.press_idle_keys()
                 self.go("XF86Close", BACK, focus=focus)
                 self.press_idle_keys()
-                self.go("Escape", BACK, SELECT, MOVE, MOVE, popup=None, buttons=["Select*!", "Next"])
+                self.go("Escape", BACK, SELECT, popup=None, buttons=["Select*!", "Next"])
                 self.asks()
                 self.ends_with("Escape", BACK, SELECT)
 
@@ -431,14 +431,14 @@ class Together(Ways):
         self.both("tied_menu", "Down+Down", MOVE, MOVE, focus="Registration information")
         self.both("menu", "Down+Return", MOVE, SELECT, POPUP, popup=[SEARCHING],
                   asked=["requestShopInfoList"])
-        self.both("deregistration", "Right+Return", MOVE, SELECT, MOVE, MOVE, popup=None,
+        self.both("deregistration", "Right+Return", MOVE, SELECT, popup=None,
                   focus="Deregister")
         # The question has the focus only once it is drawn, and its button makes no sound before.
-        self.both("tied_menu", "Return+Escape", SELECT, POPUP, SELECT, MOVE, MOVE, popup=None,
+        self.both("tied_menu", "Return+Escape", SELECT, POPUP, SELECT, popup=None,
                   focus="Change registration")
-        self.both("deregistration", "Return+Escape", SELECT, MOVE, BACK, SELECT, MOVE, popup=None,
+        self.both("deregistration", "Return+Escape", SELECT, MOVE, BACK, SELECT, popup=None,
                   focus="Deregister", asked=["unregister"])
-        self.both("list", "Return+Escape", SELECT, POPUP, SELECT, MOVE, MOVE, popup=None,
+        self.both("list", "Return+Escape", SELECT, POPUP, SELECT, popup=None,
                   buttons=["Select*!", "Next"])
 
     def test_what_was_pressed_twice_in_one_frame_happens_once(self):
@@ -446,10 +446,10 @@ class Together(Ways):
                   asked=["requestPincode"])
         self.both("deregistration", "Return+Return", SELECT, MOVE, buttons=["OK", "Cancel"],
                   focus=None, asked=["unregister"])
-        self.both("confirmation", "Return+Return", SELECT, MOVE, MOVE, POPUP, popup=[CONNECTING],
+        self.both("confirmation", "Return+Return", SELECT, MOVE, POPUP, popup=[CONNECTING],
                   asked=["requestRegistrationShopInfo"])
         self.both("list", "Return+Return", SELECT, POPUP, focus="Halden Electric")
-        self.both("information", "Return+Return", SELECT, MOVE, depth=1,
+        self.both("information", "Return+Return", SELECT, depth=1,
                   focus="Registration information")
 
     def hold(self, key, **seen):
@@ -490,7 +490,7 @@ class Together(Ways):
     def test_held_back_on_a_question_takes_away_only_that(self):
         self.at_deregistration()
         self.hold("Escape", buttons=["OK*!", "Cancel*"])
-        self.hears(BACK, SELECT, MOVE, MOVE)
+        self.hears(BACK, SELECT)
         self.sees(popup=None, focus="Deregister", depth=1)
         self.asks()
 
@@ -538,7 +538,7 @@ class Rows(Ways):
         self.at_list(getShopInfoList={"reply-file": path})
         self.go("Return", SELECT, POPUP, rows=[], buttons=["OK", "Cancel*"])
         self.go("Right", MOVE, focus="Cancel")
-        self.go("Return", SELECT, MOVE, MOVE, popup=None, buttons=["Select*!", "Next"])
+        self.go("Return", SELECT, popup=None, buttons=["Select*!", "Next"])
 
 
 if __name__ == "__main__":
