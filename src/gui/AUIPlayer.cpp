@@ -16,7 +16,7 @@ struct SoundPattern {
     int pattern;
 };
 
-// The numbers are the feedback service's; it has no sound for us at 44.
+// The numbers are those of the feedback service; 44 has no sound for us.
 constexpr SoundPattern SOUND_PATTERNS[] = {{AUI_SOUND_MOVE, 40},
                                            {AUI_SOUND_BACK, 41},
                                            {AUI_SOUND_BLOCKED, 42},

@@ -183,7 +183,7 @@ Screen* Controller::current() const {
     return m_history.empty() ? nullptr : m_history.front();
 }
 
-// The flow relies on a current screen. Where there is none the program ends in an orderly way.
+// The flow relies on a current screen. Without one the program ends with a log line.
 Screen& Controller::currentScreen() const {
     Screen* const screen = current();
     if (screen == nullptr) {

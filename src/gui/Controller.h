@@ -31,13 +31,13 @@ class Controller {
     // DEVICEINFO is not owned and must outlive the controller. Routes the daemon's events to this
     // object and makes it the one that getController gives.
     explicit Controller(DeviceInfo* deviceInfo);
-    // Deletes all screens. Clears m_self even if it is another controller's by now: after a second
-    // launch there is none to be found, which the callbacks rely on.
+    // Deletes all screens. Clears m_self even if it points at another controller by now: after a
+    // second launch m_self is null, which the callbacks rely on.
     ~Controller();
     Controller(const Controller&) = delete;
     Controller& operator=(const Controller&) = delete;
 
-    // The live controller, or null.
+    // The current controller, or null.
     static Controller* getController();
 
     // Loads the theme and shows the main menu that fits the registration file.
@@ -50,7 +50,8 @@ class Controller {
     // Ends the main loop.
     void terminate();
 
-    // Makes SCREEN, which is owned from here on, the current one. The oldest beyond the limit goes.
+    // Makes SCREEN the current one and takes ownership of it. Deletes the oldest screen beyond the
+    // limit.
     void historyAppend(Screen* screen);
     void hidePopups(Screen* screen);
 
@@ -77,28 +78,28 @@ class Controller {
     // --- the way down the shop list
     // Fetches and parses the list that the daemon holds.
     void prepareShopList();
-    // Descends through the levels that offer one entry only and returns the level to be answered.
-    // *HANDLED tells that nothing was left to choose and the confirmation is shown.
+    // Descends through the levels that offer one entry only and returns the first level that offers
+    // a choice. Sets *HANDLED to true if there is none and the confirmation is shown.
     unsigned getInitialShopListLevel(bool* handled);
     // Shows the current level. The argument has no effect: the level is that of m_currentLevel.
     void showShopListScreen(unsigned level);
     void showSelectionPopup();
-    // "NAME : CODE" of the shop to which the set is tied.
+    // "NAME : CODE" of the shop to which the TV is registered.
     std::string getRegisteredShopInfo();
-    // Name of that shop; "null" or empty, as the daemon says it, when there is none.
+    // Name of that shop; "null" or empty when there is none, as the daemon gives it.
     std::string getRegisteredShopName();
 
     static Controller* m_self;
     static constexpr unsigned m_historySizeLimit = 5;
-    // No code compares with it: the screen of a level gets all names and places one.
+    // No code uses it: the screen of a level gets all names and shows one.
     static constexpr unsigned m_chosenShopsDisplayLimit = 3;
     static std::string m_currentLabelText;  // last text of a popup or PIN label, for speech
     static bool m_wasLabelRead;             // that text has been spoken
     static int Enlarge;                     // the focus zoom setting, read by screens
 
   private:
-    friend class EventHandler;      // asks for what a button does
-    friend struct ControllerProbe;  // tests look at the state of the flow
+    friend class EventHandler;      // calls the operations behind the buttons
+    friend struct ControllerProbe;  // lets tests read the state of the flow
 
     static constexpr const char* CONNECTING_TEXT = "SID_CONNECTING_TO_NETWORK_SERVER";
 
@@ -106,14 +107,15 @@ class Controller {
     Screen* current() const;
     // The current screen; throws ZOLT::Exception when there is none.
     Screen& currentScreen() const;
-    // The shop chosen last, which is null when the way on was taken without a pick; throws
-    // std::out_of_range when none is chosen.
+    // The shop chosen last, which is null when the person went on without a pick; throws
+    // std::out_of_range when there is none.
     Shop* lastChosenShop() const;
     // Name of the shop chosen last; throws ZOLT::Exception when that is null.
     const std::string& lastChosenName() const;
     // The entry of the current level if it offers exactly one, otherwise null.
     Shop* onlyEntryOfLevel();
-    // SHOP, or where a chain of only children leads from it.
+    // The entry that is reached from SHOP by going down while there is exactly one child; SHOP
+    // itself if there is not.
     Shop* lastOfOnlyChildren(Shop* shop);
     // Shows a new screen and makes it the current one.
     void present(std::unique_ptr<Screen> screen);
@@ -121,13 +123,13 @@ class Controller {
     void presentNew();
     // Shows POPUP with its sound, and with the focus on PART unless that is null.
     void presentPopup(Popup* popup, const char* part);
-    // Whether REASON is one that its event may carry, and if so its effect.
+    // Handle an event. False, without an effect, if the event cannot have this REASON.
     bool stepDone(int reason);
     bool closeGui(int reason);
     void showShopList();
     void showUnstableConnection();
 
-    // --- what the callbacks of buttons and popups ask for
+    // --- the operations behind buttons and popups
     // Whether there is a screen below the current one.
     bool canGoBack() const;
     // Deletes the current screen and shows the one below it.
@@ -135,21 +137,23 @@ class Controller {
     // screen that can be seen, and what the daemon reports, belongs there.
     void dropClosedScreens();
     void goBack();
-    // Takes the popup off the screen below the current one.
+    // Destroys the popup of the screen below the current one.
     void clearPopupBelow();
-    // Takes the current screen's popup away. A selection popup with an earlier confirmation is
-    // hidden, and that confirmation is in force again.
+    // Destroys the current screen's popup. A selection popup with an earlier confirmation is only
+    // hidden, and returns to that confirmation.
     void dismissPopup();
     void showDeletionPopup();
-    // Asks the daemon to delete the registration. The question in POPUP cannot be answered again.
+    // Asks the daemon to delete the registration. Blocks the buttons of POPUP, which asked the
+    // person.
     void deleteRegistration(Popup& popup);
     // Shows TEXT in a loading popup and asks the daemon for the shop list.
     void searchShops(const char* text);
-    // Asks for the registration that SCREEN shows, whose buttons cannot be reached meanwhile.
+    // Asks the daemon for the registration that SCREEN shows. The buttons of SCREEN are out of
+    // reach meanwhile.
     void registerShown(RegistrationInfoScreen& screen);
     // Opens the drop-down of SCREEN: shows its popup again, or a new one.
     void openSelection(ShopListScreen& screen);
-    // Notes that SHOP, in the row that is selected, is picked in POPUP.
+    // Makes SHOP, whose row is selected, the pick in POPUP.
     void pick(SelectionPopup& popup, Shop* shop);
     // Makes the pick in POPUP the choice on SCREEN and hides the popup.
     void confirmPick(ShopListScreen& screen, SelectionPopup& popup);
@@ -163,10 +167,10 @@ class Controller {
     std::deque<Screen*> m_history;        // front: current, back: oldest. Deleted here
     std::deque<Shop*> m_chosenShops;      // front: chosen last. Owned by m_shopListParser
     uint32_t m_currentLevel = 0;          // of the parser's levels, the one on display
-    uint32_t m_initialLevel = 0;          // the first that has to be answered
+    uint32_t m_initialLevel = 0;          // the first that offers a choice
     DeviceInfo* m_deviceInfo;             // not owned
     std::mutex m_mutex;                   // guards nothing: all of the flow runs on one thread
-    std::condition_variable m_condition;  // nobody waits for it, for the same reason
+    std::condition_variable m_condition;  // nothing waits for it, for the same reason
 };
 
 }  // namespace ZOLT::GUI

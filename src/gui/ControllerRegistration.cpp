@@ -22,14 +22,14 @@ namespace ZOLT::GUI {
 
 namespace {
 
-// The levels of a registration document, whose shops belong to whoever parsed it.
+// Owns the levels of a parsed registration document, with their shops.
 struct RegistrationRecords {
     explicit RegistrationRecords(std::vector<ShopList> parsed) : lists(std::move(parsed)) {}
     RegistrationRecords(const RegistrationRecords&) = delete;
     RegistrationRecords& operator=(const RegistrationRecords&) = delete;
     ~RegistrationRecords() { clean(); }
 
-    // Deletes the shops; once more does no harm.
+    // Deletes the shops. May be called again.
     void clean() {
         for (ShopList& list : lists) {
             list.clean();
@@ -126,7 +126,7 @@ void Controller::unregister() {
     ZOLT_TRACE();
     Popup* const popup = currentScreen().getPopup();
     if (popup == nullptr) {
-        throw Exception("No popup", GENERIC_ERROR);  // only a popup's button leads here
+        throw Exception("No popup", GENERIC_ERROR);  // only a button of a popup calls this
     }
     popup->blockAllButtons();
     m_guiProxy.unregister();

@@ -16,8 +16,8 @@ namespace ZOLT::GUI {
 
 namespace {
 
-// The way on, taken without a pick, leaves a null among the chosen shops, of which a document can
-// be made but no screen.
+// Going on without a pick puts a null among the chosen shops. A document can be made of it, but no
+// screen.
 const std::string& nameOf(const Shop* shop) {
     if (shop == nullptr) {
         throw Exception("No shop chosen", GENERIC_ERROR);
@@ -35,7 +35,7 @@ const std::string& Controller::lastChosenName() const {
     return nameOf(lastChosenShop());
 }
 
-// Leaves m_chosenShops as it is, so its shops must outlive the list that they come from.
+// Does not clear m_chosenShops, so its shops must outlive the list that they come from.
 void Controller::prepareShopList() {
     ZOLT_TRACE();
     m_currentLevel = 0;
@@ -111,7 +111,7 @@ void Controller::showSelectionPopup() {
         ZOLT_WARN("Cannot show selection popup on current screen");
         return;
     }
-    // A copy: the screen takes the registered shop out of what it offers, and the list keeps it.
+    // A copy: the screen removes the registered shop from it, and the list must keep that shop.
     std::set<Shop*, Shop::ShopComp> shops =
         m_shopListParser.getSubs(m_currentLevel == 0 ? "Root" : lastChosenName());
     presentPopup(screen->addSelectionPopup(shops), nullptr);
@@ -154,8 +154,8 @@ void Controller::confirmPick(ShopListScreen& screen, SelectionPopup& popup) {
     popup.hide();
 }
 
-// Here and on the way to the confirmation the pick goes on as it is: these buttons come within
-// reach by a confirmed pick only, and without one the next step throws.
+// Here and before the confirmation the pick is not checked: a confirmed pick is what makes these
+// buttons reachable, and without one the next step throws.
 void Controller::goToNextLevel(const SelectionPopup& popup) {
     m_chosenShops.push_front(popup.m_selectedShop);
     currentScreen().destroyPopup();

@@ -24,10 +24,10 @@ namespace {
 
 constexpr const char* SEARCHING_TEXT = "TV_SID_SEARCHING_FOR_REGISTRATION_INFORMATION_WAIT";
 
-int focusSilences = 0;  // how many live
+int focusSilences = 0;  // how many FocusSilence objects exist
 
-// A second launch leaves a controller that nobody can find. A button that is pressed then ends the
-// program in an orderly way: the exception leaves the main loop and main puts everything back.
+// After a second launch m_self is null although a controller exists. Pressing a button then ends
+// the program: the exception leaves the main loop, and main logs it and cleans up.
 Controller& controller() {
     if (Controller::m_self == nullptr) {
         throw Exception("No controller", GENERIC_ERROR);
@@ -35,7 +35,8 @@ Controller& controller() {
     return *Controller::m_self;
 }
 
-// The popup of SCREEN as a PopupType, or null when either is missing or it is another.
+// The popup of SCREEN as a PopupType, or null if there is no SCREEN, no popup, or one of another
+// type.
 template <typename PopupType>
 PopupType* popupOf(Screen* screen) {
     return screen != nullptr ? dynamic_cast<PopupType*>(screen->getPopup()) : nullptr;
@@ -45,7 +46,7 @@ void play(AUISoundType sound) {
     AUIPlayer().play(sound);
 }
 
-// Events of a key that goes down and of one that comes up begin alike.
+// Key-down and key-up events have the same first members.
 std::string keyOf(void* eventInfo) {
     const char* key = static_cast<Evas_Event_Key_Up*>(eventInfo)->key;
     return key != nullptr ? key : "";
@@ -59,7 +60,7 @@ bool isArrowKey(const std::string& key) {
     return key == "Down" || key == "Up" || key == "Right" || key == "Left";
 }
 
-// A popup that asks something takes the return key as its own "no".
+// A popup with a question (two buttons) handles the back key itself, as "no".
 bool answersReturnKey(Popup* popup) {
     return popup != nullptr && popup->getVisible() && popup->getButtonCount() >= 2;
 }
@@ -81,8 +82,8 @@ bool moveUp(SelectionPopup& popup) {
     return true;
 }
 
-// Whether OBJECT calls back for a key of the way back or for a timeout, and not because it was
-// pressed itself.
+// Whether OBJECT is a window or popup. These call back for a back key or a timeout, not because
+// they were pressed.
 bool isFrame(const Evas_Object* object) {
     const char* const type = evas_object_type_get(object);
     return type != nullptr &&
@@ -104,9 +105,9 @@ void EventHandler::buttonClickedCb() {
     play(AUI_SOUND_SELECT);
 }
 
-// Keys of one frame, and those pressed while a call of the daemon blocked the program, all go to
-// the window that was on top then. They would make a second screen of the same kind, or send the
-// daemon a second request.
+// Several keys in one frame, and keys pressed while a call to the daemon blocks the program, all go
+// to the window that was on top at that time. Without this check they would create a second screen
+// of the same kind, or send the daemon a second request.
 bool EventHandler::isCovered(const Evas_Object* object) {
     if (Controller::m_self != nullptr) {
         Controller::m_self->dropClosedScreens();
@@ -362,7 +363,7 @@ void EventHandler::registrationConfirmationScreenRequested(void* /*data*/, Evas_
     controller().goToConfirmation(*popup);
 }
 
-// The first focus of a new screen follows no loss of focus, and so makes no sound.
+// The first focus of a new screen makes no sound, because no widget lost the focus before it.
 void EventHandler::focusedItemCb(void* /*data*/, Evas_Object* /*object*/, void* /*eventInfo*/) {
     ZOLT_TRACE();
     if (m_focusState == FOCUS_STATE_UNFOCUSED && focusSilences == 0) {
@@ -406,7 +407,7 @@ void EventHandler::languageChanged(void* data, Evas_Object* object, void* /*even
     }
 }
 
-// Relies on the order of events: the focus has moved before the key that moved it gets here.
+// Relies on the order of events: the focus moves before the key event that moved it arrives here.
 void EventHandler::onKeyPress(void* data, Evas* /*evas*/, Evas_Object* /*object*/,
                               void* eventInfo) {
     ZOLT_TRACE();
@@ -426,7 +427,7 @@ void EventHandler::onKeyPress(void* data, Evas* /*evas*/, Evas_Object* /*object*
             ZOLT_LOG(LOG_ID_MAIN, DLOG_DEBUG, "just go to its popup OnKeyPress");
         } else {
             ZOLT_LOG(LOG_ID_MAIN, DLOG_DEBUG, "quit is requested");
-            quitRequested(data, nullptr, eventInfo);  // a key presses nothing
+            quitRequested(data, nullptr, eventInfo);  // no button was pressed
         }
     } else if (isArrowKey(key) && !m_keyUnfocused) {
         ZOLT_DEBUG("No Focus Key Event pressed");
@@ -458,9 +459,9 @@ void EventHandler::selectionPopupListOnKeyPress(void* data, Evas* /*evas*/, Evas
     } else if (key == "Up") {
         play(moveUp(*popup) ? AUI_SOUND_MOVE : AUI_SOUND_BLOCKED);
     } else if (key == "Right") {
-        play(AUI_SOUND_MOVE);  // leads from the list to the buttons
+        play(AUI_SOUND_MOVE);  // moves from the list to the buttons
     } else if (key == "Left") {
-        play(AUI_SOUND_BLOCKED);  // deliberately unlike Right: Left never leads anywhere
+        play(AUI_SOUND_BLOCKED);  // deliberately unlike Right: Left never moves the focus
     } else if (isReturnKey(key)) {
         ZOLT_LOG(LOG_ID_MAIN, DLOG_DEBUG, "popup hide called");
         popupHideRequested(data, nullptr, eventInfo);
@@ -509,8 +510,8 @@ char* EventHandler::accessCallback(void* data, Evas_Object* /*object*/) {
     const std::string text = removeSpecialTags(static_cast<const char*>(data));
     eina_strbuf_append_printf(buffer, "%s", text.c_str());
     char* const spoken = eina_strbuf_string_steal(buffer);
-    // Frees the buffer's text, which has been taken out, and not its header: a small, deliberate
-    // leak for each speech.
+    // Only the text is released, not the buffer's header: a small, deliberate leak for each spoken
+    // text.
     eina_strbuf_string_free(buffer);
     ZOLT_DEBUG("%s", spoken);
     return spoken;

@@ -9,16 +9,16 @@
 
 namespace ZOLT::GUI {
 
-// Where the focus stands between two keys.
+// What happened to the focus since the last key.
 enum FocusState {
     FOCUS_STATE_NONE = 0,       // a key was handled
     FOCUS_STATE_UNFOCUSED = 1,  // an item lost the focus
     FOCUS_STATE_FOCUSED = 2     // an item took the focus
 };
 
-// A sound answers a person. While one of these lives, the moves of the focus have another cause,
-// the end of a screen or popup, whose widgets hand the focus on as they go: they make no sound, and
-// no key counts as having moved the focus.
+// Suppresses the sounds of focus changes while it exists. A deleted widget hands the focus to
+// another one; sounds are for what a person does, so the end of a screen or popup must be silent.
+// These changes also do not count as an effect of a key.
 class FocusSilence {
   public:
     FocusSilence();
@@ -27,16 +27,16 @@ class FocusSilence {
     FocusSilence& operator=(const FocusSilence&) = delete;
 };
 
-// The callbacks of all buttons, popups, keys and of speech. They find the flow through
-// Controller::m_self. Those that need a controller or a screen and find none throw
-// ZOLT::Exception, which leaves the main loop. No callback catches what the daemon's calls throw.
-// Main loop thread only.
+// The callbacks of all buttons, popups, keys and of speech. They use the flow that
+// Controller::m_self points at. Those that need a controller or a screen throw ZOLT::Exception
+// without one, which ends the main loop. No callback catches what the daemon's calls throw. Main
+// loop thread only.
 class EventHandler {
   public:
     EventHandler() = delete;
 
     // --- buttons and popups, in the form of a smart callback
-    // Each ignores the press of an OBJECT that a newer screen covers.
+    // Each does nothing if a newer screen covers OBJECT.
     static void quitRequested(void* data, Evas_Object* object, void* eventInfo);
     // Deletes the current screen: nothing may touch it after the call.
     static void goBackRequested(void* data, Evas_Object* object, void* eventInfo);
@@ -65,7 +65,7 @@ class EventHandler {
     // --- focus and language, in the same form
     static void focusedItemCb(void* data, Evas_Object* object, void* eventInfo);
     static void unfocusedItemCb(void* data, Evas_Object* object, void* eventInfo);
-    // DATA is the translation id of a text that OBJECT cannot translate by itself.
+    // DATA is the translation id of a text that OBJECT cannot translate itself.
     static void languageChanged(void* data, Evas_Object* object, void* eventInfo);
 
     // --- keys: EVENTINFO is that of a key-up or of a key-down event
@@ -76,20 +76,21 @@ class EventHandler {
     // --- speech
     // What the screen reader says of OBJECT, with DATA its text. To be released with free.
     static char* accessCallback(void* data, Evas_Object* object);
-    // TEXT with a blank in place of each colour, line break and tabulator tag.
+    // TEXT with a blank in place of each colour, line break and tab tag.
     static std::string removeSpecialTags(const std::string& text);
 
-    // The click of a button.
+    // The click sound of a button.
     static void buttonClickedCb();
 
     static bool m_keyUnfocused;  // an item lost the focus since the last key was handled
     static int m_focusState;     // a FocusState
 
   private:
-    // Whether OBJECT, which was pressed, lies under the living window of a newer screen. Keys and
-    // timeouts, for which windows and popups call back, or nobody does, count everywhere.
+    // Whether OBJECT was pressed but the open window of a newer screen covers it. False if OBJECT
+    // is a window, a popup or null: those call back for keys and timeouts, which are always
+    // handled.
     static bool isCovered(const Evas_Object* object);
-    // Makes the click of OBJECT; false if it is covered.
+    // Plays the click sound; false, without a sound, if OBJECT is covered.
     static bool click(const Evas_Object* object);
 };
 

@@ -8,28 +8,28 @@ namespace ZOLT::GUI {
 
 namespace {
 
-// The button that leads on.
-struct WayOn {
-    const char* part;  // where it stands beside a button that leads back; alone it has its own part
+// The button that goes on to the next step.
+struct NextButton {
+    const char* part;  // beside a previous button; a single button has its own part
     const char* text;
     Evas_Smart_Cb callback;
 };
 
-constexpr WayOn REGISTER = {"regBtn", "SID_REGISTER", EventHandler::shopRegistrationRequested};
-constexpr WayOn NEXT = {"nextBtn", "SID_NEXT", EventHandler::nextSelectionScreenRequested};
-constexpr WayOn CONFIRM = {"nextBtn", "SID_REGISTER",
-                           EventHandler::registrationConfirmationScreenRequested};
-constexpr WayOn CLOSE = {nullptr, "SID_OK", EventHandler::goBackRequested};
+constexpr NextButton REGISTER = {"regBtn", "SID_REGISTER", EventHandler::shopRegistrationRequested};
+constexpr NextButton NEXT = {"nextBtn", "SID_NEXT", EventHandler::nextSelectionScreenRequested};
+constexpr NextButton CONFIRM = {"nextBtn", "SID_REGISTER",
+                                EventHandler::registrationConfirmationScreenRequested};
+constexpr NextButton CLOSE = {nullptr, "SID_OK", EventHandler::goBackRequested};
 
-void addSingle(Screen& screen, const WayOn& on, bool reachable) {
-    screen.addButton("singleBtn", on.text, on.callback, nullptr, reachable, reachable);
+void addSingle(Screen& screen, const NextButton& next, bool reachable) {
+    screen.addButton("singleBtn", next.text, next.callback, nullptr, reachable, reachable);
 }
 
-// ON within reach takes the focus.
-void addPair(Screen& screen, const WayOn& on, bool backReachable, bool onReachable) {
+// A reachable next button gets the focus.
+void addPair(Screen& screen, const NextButton& next, bool backReachable, bool nextReachable) {
     screen.addButton("prevBtn", "SID_PREVIOUS", EventHandler::prevSelectionScreenRequested, nullptr,
                      backReachable, false);
-    screen.addButton(on.part, on.text, on.callback, nullptr, onReachable, onReachable);
+    screen.addButton(next.part, next.text, next.callback, nullptr, nextReachable, nextReachable);
 }
 
 }  // namespace
@@ -52,11 +52,11 @@ std::unique_ptr<ShopListScreen> makeShopListScreen(std::string& name,
 void showChoice(ShopListScreen& screen, const Shop& shop, bool first) {
     screen.modifyButtonText("selectBtn", shop.name.c_str());
     screen.removeButtons();
-    const WayOn& on = shop.hasSubs ? NEXT : CONFIRM;
+    const NextButton& next = shop.hasSubs ? NEXT : CONFIRM;
     if (first) {
-        addSingle(screen, on, true);
+        addSingle(screen, next, true);
     } else {
-        addPair(screen, on, true, true);
+        addPair(screen, next, true, true);
     }
 }
 

@@ -13,24 +13,24 @@
 
 namespace ZOLT::GUI {
 
-// A level with the name NAME, for the rest see ShopListScreen. FIRST tells that no level leads back
-// from it. The way on takes no focus before a shop has been chosen.
+// A level with the name NAME, for the rest see ShopListScreen. If FIRST, it has no previous button.
+// The next button takes no focus before a shop has been chosen.
 std::unique_ptr<ShopListScreen> makeShopListScreen(std::string& name,
                                                    std::queue<std::string>& chosenValues, int width,
                                                    int height,
                                                    const std::string& registeredShopName,
                                                    bool first);
-// Makes SHOP the choice on SCREEN, which opens the way on.
+// Makes SHOP the choice on SCREEN, which makes the next button reachable.
 void showChoice(ShopListScreen& screen, const Shop& shop, bool first);
 
-// The present registration. Keeps nothing of LEVELS; neither does the next.
+// The present registration. Like the next function, it keeps no pointer into LEVELS.
 std::unique_ptr<RegistrationInfoScreen> makeInformationScreen(std::vector<ShopList>& levels,
                                                               int width, int height);
-// The registration to be confirmed. FROMSHOPLIST tells that a level leads back from it.
+// The registration to be confirmed. With FROMSHOPLIST its previous button goes back to a level.
 std::unique_ptr<RegistrationInfoScreen> makeConfirmationScreen(std::vector<ShopList>& levels,
                                                                int width, int height,
                                                                bool fromShopList);
-// Puts the buttons of SCREEN, which have been removed, back out of the focus's reach, while the
+// Puts the buttons of SCREEN back after they were removed, but unable to take the focus while the
 // request runs.
 void blockConfirmation(RegistrationInfoScreen& screen, bool fromShopList);
 

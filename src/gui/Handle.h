@@ -6,16 +6,17 @@
 
 namespace ZOLT::GUI {
 
-// Whether an exception has left the main loop through the toolkit's own functions. Their records of
-// what they were doing then point into a stack that is gone, and touching a widget can crash the
-// process before main has logged what went wrong. The process ends at once, widgets included.
+// Whether an exception has left the main loop through the toolkit's own functions. The toolkit may
+// then hold pointers into stack frames that no longer exist, and any call on a widget can crash the
+// process before main has logged the exception. So no widget is touched any more; the process ends
+// at once and takes them with it.
 bool toolkitLost();
 void setToolkitLost(bool lost);
 
-// Names one widget, which its parent may delete at any time: all widgets of a window go when the
-// window manager closes it. Reads as null from then on, and also when the toolkit is lost, so that
-// nothing reaches for a widget that may not be touched. The widget outlives the handle unless
-// destroy is called. Main loop thread only.
+// A pointer to a widget that becomes null when the widget is deleted. Its parent may delete it at
+// any time: when the window manager closes a window, all of its widgets are deleted. The pointer
+// also reads as null once the toolkit is lost, so that no widget is used any more. The widget
+// outlives the handle unless destroy is called. Main loop thread only.
 class Handle {
   public:
     Handle() = default;
@@ -23,14 +24,14 @@ class Handle {
     Handle& operator=(const Handle&) = delete;
     ~Handle();
 
-    // Names WIDGET, which may be null, instead of the one before.
+    // Points at WIDGET from now on, which may be null.
     Handle& operator=(Evas_Object* widget);
 
     // The widget, or null.
     operator Evas_Object*() const;
 
-    // Deletes the widget, if it is still there. The toolkit may put the deletion off while it is
-    // inside one of the widget's callbacks: the handle is null at once all the same.
+    // Deletes the widget, if it still exists. The handle is null at once, even if the toolkit
+    // delays the deletion because it is inside one of the widget's callbacks.
     void destroy();
 
   private:

@@ -11,7 +11,7 @@ namespace ZOLT::GUI {
 
 namespace {
 
-// Shares of the screen's size; a product is cut toward zero.
+// Fractions of the screen's size; products are rounded down.
 constexpr double CELL_WIDTH_SHARE = 0.044791;
 constexpr double TEXT_WIDTH_SHARE = 0.332812;
 constexpr double HEIGHT_SHARE = 0.079629;
@@ -57,7 +57,7 @@ void LoadingPopup::setText(const char* text, const char* style) {
     modes::announce(translated(text));
     elm_object_style_set(label, style);
     setTranslatable(label, nullptr, text);
-    // A table has no content part, so this places nothing. Deliberate: packing places the label.
+    // Has no effect, because a table has no content part. Deliberate: packing places the label.
     elm_object_part_content_set(m_table, nullptr, label);
     evas_object_size_hint_min_set(label, shareOf(m_width, TEXT_WIDTH_SHARE),
                                   shareOf(m_height, HEIGHT_SHARE));

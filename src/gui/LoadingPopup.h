@@ -15,7 +15,7 @@ class LoadingPopup : public Popup {
     void setText(const char* text, const char* style) override;
     void addButton(const char* text, Evas_Smart_Cb callback, void* data, char* icon) override;
 
-    // Stops the circle; it stays where it is.
+    // Stops the circle, which stays visible.
     void RemoveProgressBar();
 
   protected:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The first screen of a set that is tied to a shop.
+// The first screen of a TV that is registered to a shop.
 #pragma once
 
 #include "gui/Screen.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The first screen of a set that is tied to no shop.
+// The first screen of a TV that is not registered.
 #pragma once
 
 #include "gui/Screen.h"

@@ -28,12 +28,12 @@ void MessagePopup::setText(const char* text, const char* style) {
     evas_object_size_hint_align_set(label, 0.5, 0.5);
     evas_object_size_hint_weight_set(label, 1.0, 1.0);
 
-    // The limit is one below the buffer's size, and counts bytes: a longer text loses its end, the
-    // closing tag with it.
+    // The limit is one below the buffer's size, in bytes: a longer text loses its end, including
+    // the closing tag.
     char centred[512] = {};
     std::snprintf(centred, sizeof(centred) - 1, "<align=center>%s</align>", words.c_str());
-    // Newer toolkits keep an id beside a plain text: the next change of language would bring the
-    // text back, without markup and limit.
+    // Newer toolkits keep the translation id when a plain text is set: at the next change of
+    // language they would set the translated text, without the markup and the limit.
     setTranslatable(label, nullptr, nullptr);
     elm_object_text_set(label, centred);
     elm_object_content_set(m_popup, label);

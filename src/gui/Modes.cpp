@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// How the person at the television sees and hears it. The only source below the flow that knows it.
+// Enlarged texts, high contrast, mirrored layout and speech. The only source of screens and popups
+// that includes the flow.
 #include "gui/Modes.h"
 
 #include "gui/Controller.h"

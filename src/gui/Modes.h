@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-// How the person at the television sees and hears it. Screens and popups ask here and never the
-// flow, which makes them.
+// Enlarged texts, high contrast, mirrored layout and speech. Screens and popups ask these functions
+// and never the flow, which makes them.
 #pragma once
 
 #include <string>
 
 namespace ZOLT::GUI::modes {
 
-// The scale of what is enlarged.
+// The scale of widgets in enlarged mode.
 constexpr double ENLARGED_SCALE = 1.2;
 
 // Whether texts are enlarged, as the flow found the setting when it started.
@@ -17,8 +17,8 @@ bool highContrast();
 // Whether the user interface runs right to left now.
 bool mirrored();
 
-// Makes TEXT what the screen reader says ahead of the next widget that takes the focus. TEXT is in
-// the language of the person already.
+// Makes the screen reader say TEXT, which is already translated, before the next widget that takes
+// the focus.
 void announce(const std::string& text);
 
 }  // namespace ZOLT::GUI::modes

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Shows the PIN with which the set is tied to a shop.
+// Shows the PIN with which the TV is registered to a shop.
 #include "gui/PinDisplayingScreen.h"
 
 #include <memory>
@@ -38,12 +38,12 @@ void appendLabel(Evas_Object* layout, const char* text, const char* style) {
     evas_object_show(label);
 }
 
-// PIN is shown as it was sent, also where a label would read it as markup.
+// PIN is shown as it was sent, even if a label would read it as markup.
 void fillPinBox(Evas_Object* layout, const std::string& pin) {
     const std::string shown = Utils::htmlEncode(pin);
     constexpr char SEPARATOR[] = " :  ";
     if (modes::mirrored()) {
-        // The mark keeps the label's own direction left to right.
+        // The mark makes the label's text run left to right.
         const std::string marked = std::string("&#x200e;") + translated(PIN_CODE_ID);
         appendLabel(layout, shown.c_str(), VALUE_STYLE);
         appendLabel(layout, SEPARATOR, KEY_STYLE);

@@ -13,7 +13,7 @@ class PinRequestingScreen : public Screen {
     PinRequestingScreen(int width, int height);
     ~PinRequestingScreen() override;
 
-    // Stops the circle; it stays where it is.
+    // Stops the circle, which stays visible.
     void RemoveProgressBar();
 
   protected:

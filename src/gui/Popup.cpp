@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Base of the dialogs that lie over a screen.
+// Base of the popups that are shown above a screen.
 #include "gui/Popup.h"
 
 #include "common/Exception.h"
@@ -18,8 +18,8 @@ Evas_Object* createBackground(Evas_Object* parent, int width, int height) {
     return background;
 }
 
-// The toolkit places the popup at any other size. The theme draws the card in the middle of the
-// screen all the same, so it is told of the move.
+// At any other size the toolkit places the popup. The theme draws the card in the middle of the
+// screen, so it needs to know that the popup was moved.
 void placePopup(Evas_Object* popup, int width, int height) {
     if (width == 1920 && height == 1080) {
         evas_object_move(popup, 0, 0);
@@ -37,7 +37,7 @@ Popup::Popup(Evas_Object* parent, const char* style, int width, int height)
     m_background = createBackground(parent, width, height);
     m_popup = elm_popup_add(parent);
     if (m_popup == nullptr) {
-        // The rectangle stays behind, hidden, until its canvas goes.
+        // The rectangle remains, hidden, until its canvas is deleted.
         throw Exception("Cannot allocate memory for popup instance", GENERIC_ERROR);
     }
     evas_object_resize(m_popup, width, height);
@@ -67,9 +67,9 @@ void Popup::show() {
 void Popup::hide() {
     ZOLT_TRACE();
     m_visible = false;
-    // The toolkit hands the focus back to the widget that had it before the popup, also when
-    // another one has been given it since, as the button for the next step has. Who may not take it
-    // is left out.
+    // The toolkit gives the focus back to the widget that had it before the popup, even if another
+    // one has been given it since, such as the button for the next step. It skips a widget that may
+    // not take the focus.
     Evas_Object* const focused = focusedOutside();
     const bool movedOn = focused != nullptr && m_focusBefore != nullptr && focused != m_focusBefore;
     if (movedOn) {
@@ -80,8 +80,8 @@ void Popup::hide() {
     if (movedOn) {
         elm_object_focus_allow_set(m_focusBefore, EINA_TRUE);
     }
-    // It forgets to do so when a widget of the popup was given the focus out of sight, as the list
-    // is that is opened again.
+    // The toolkit does not give it back if a widget of the popup was given the focus while hidden,
+    // as happens to a list that is opened again.
     if (Evas_Object* const heir = movedOn ? focused : m_focusBefore) {
         elm_object_focus_set(heir, EINA_TRUE);
     }
@@ -108,7 +108,7 @@ void Popup::destroy() {
     ZOLT_TRACE();
     const FocusSilence silence;
     if (m_popup != nullptr) {
-        // A deletion that the toolkit puts off must find no way back to this object.
+        // If the toolkit delays the deletion, no callback may reach this object.
         evas_object_event_callback_del_full(m_popup, EVAS_CALLBACK_KEY_UP, onKeyPress, this);
     }
     m_popup.destroy();
@@ -128,8 +128,8 @@ void Popup::deactivateButton(std::string part) {
     elm_object_focus_allow_set(button, EINA_FALSE);
     elm_object_focus_set(button, EINA_FALSE);
     if (button != nullptr) {
-        // A widget that may not have the focus is not told that it has lost it, and would go on
-        // looking as if it had it.
+        // A widget that may not have the focus gets no signal when it loses it, and would still be
+        // drawn as focused.
         elm_layout_signal_emit(button, "elm,action,unfocus", "elm");
         showBlocked(button);
     }

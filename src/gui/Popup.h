@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Base of the dialogs that lie over a screen.
+// Base of the popups that are shown above a screen.
 #pragma once
 
 #include <string>
@@ -10,8 +10,8 @@
 
 namespace ZOLT::GUI {
 
-// A popup widget at the full size of the screen above a rectangle that dims what lies beneath.
-// Made hidden. Main loop thread only.
+// A popup widget at the full size of the screen, above a rectangle that dims the screen. Created
+// hidden. Main loop thread only.
 class Popup {
   public:
     // PARENT is the layout on which the popup lies and must outlive it. STYLE is the widget style;
@@ -23,9 +23,9 @@ class Popup {
 
     virtual ~Popup();
     virtual void show();
-    // Takes the popup out of sight; show brings it back as it was.
+    // Hides the popup; show shows it again unchanged.
     virtual void hide();
-    // Deletes the widgets. The object stays and may still be deleted.
+    // Deletes the widgets, not this object.
     virtual void destroy();
     // Lets the widget in PART take the focus and gives it the focus.
     virtual void focusButton(std::string part);
@@ -42,16 +42,16 @@ class Popup {
     // Adds the next button: TEXT is a translation id, DATA is handed to CALLBACK, ICON may be null.
     virtual void addButton(const char* text, Evas_Smart_Cb callback, void* data, char* icon) = 0;
 
-    // Lets CALLBACK, with this popup as data, be called once when SECONDS have passed.
+    // Calls CALLBACK once after SECONDS, with this popup as data.
     void setTimeout(double seconds, Evas_Smart_Cb callback);
 
     // Key event on the popup widget; DATA is the Popup.
     static void onKeyPress(void* data, Evas* canvas, Evas_Object* object, void* eventInfo);
 
   protected:
-    // Counts BUTTON and puts it in the part of its number, which owns it from then on.
+    // Counts BUTTON and puts it into the part of its number, which then owns it.
     void appendButton(Evas_Object* button);
-    // Notes who has the focus, before the popup takes it.
+    // Remembers which widget has the focus, before the popup takes it.
     void rememberFocus();
 
     Handle m_popup;       // deleted by destroy, or with its window
@@ -62,7 +62,8 @@ class Popup {
     bool m_visible;
 
   private:
-    // The widget of the window that has the focus; null if there is none, or it is of this popup.
+    // The widget of the window that has the focus; null if there is none, or if it belongs to this
+    // popup.
     Evas_Object* focusedOutside() const;
 
     Handle m_focusBefore;  // not owned

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// What a key does to a popup, by the popup's class: the base itself knows none of its classes.
+// What a key does to each class of popup. Apart from the base class, which must not know its
+// derived classes.
 #define ZOLT_LOG_FILE "Popup.cpp"
 #include "common/Logger.h"
 #include "gui/EventHandler.h"

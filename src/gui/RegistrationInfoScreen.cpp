@@ -39,7 +39,7 @@ Evas_Object* createRow(Evas_Object* box) {
     return row;
 }
 
-// LEFTTEXTRTL takes the place of LEFTTEXT when the user interface runs right to left.
+// In a right-to-left user interface LEFTTEXTRTL is used instead of LEFTTEXT.
 void setRowTexts(Evas_Object* row, const std::string& leftText, const std::string& leftTextRtl,
                  const std::string& rightText) {
     if (modes::mirrored()) {
@@ -51,7 +51,7 @@ void setRowTexts(Evas_Object* row, const std::string& leftText, const std::strin
     elm_object_part_text_set(row, rightPart, rightText.c_str());
 }
 
-// A record without a shop has no place in a registration document; it gets a row without a value.
+// A record without a shop, which no registration document has, gets a row without a value.
 const Shop* shopOf(const ShopList& record) {
     return record.shops.empty() ? nullptr : record.shops.front();
 }
@@ -66,8 +66,8 @@ Evas_Object* createLevelRow(Evas_Object* box, const ShopList& record) {
 }
 
 Evas_Object* createShopCodeRow(Evas_Object* box, const Shop& shop) {
-    // Neither the colon changes its side with the direction nor is the code encoded: both
-    // deliberate, the document carries the code as it is shown.
+    // Deliberately, the colon does not change its side with the reading direction, and the code is
+    // not encoded: the document holds the code as it is shown.
     const std::string leftText = RegistrationInfoScreen::shopCodeLabel();
     Evas_Object* row = createRow(box);
     setRowTexts(row, leftText, leftText, shop.code);
@@ -78,7 +78,7 @@ Evas_Object* createShopCodeRow(Evas_Object* box, const Shop& shop) {
 
 void packRow(Evas_Object* box, Evas_Object* row) {
     elm_box_pack_end(box, row);
-    // A new scale, which it may have got, makes a widget begin anew with its look.
+    // A widget loads its theme group anew when its scale changes, and then needs this again.
     followContrast(row);
     evas_object_show(row);
 }
@@ -113,10 +113,11 @@ RegistrationInfoScreen::RegistrationInfoScreen(std::vector<ShopList>& records, i
     }
     elm_object_content_set(scroller, box);
     elm_object_part_content_set(m_layout, "scroller", scroller);
-    followContrast(scroller);  // which has the scale of the layout from here on
+    followContrast(scroller);  // only now, because the layout has set its scale
     evas_object_smart_callback_add(scroller, "unfocused", EventHandler::unfocusedItemCb, nullptr);
     evas_object_smart_callback_add(scroller, "focused", EventHandler::focusedItemCb, nullptr);
-    // Key-down, where buttons take key-up: the scroller moves its content before the key is up.
+    // Key-down, while buttons use key-up: the scroller moves its content before the key is
+    // released.
     evas_object_event_callback_add(scroller, EVAS_CALLBACK_KEY_DOWN, EventHandler::onKeyPress,
                                    nullptr);
 }

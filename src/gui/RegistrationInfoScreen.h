@@ -12,17 +12,17 @@ namespace ZOLT::GUI {
 
 class RegistrationInfoScreen : public Screen {
   public:
-    // RECORDS holds one level each, from the top down, with the chosen shop as its first; nothing
-    // of it is kept. WIDTH and HEIGHT are the screen's size in pixels.
+    // Each of RECORDS is one level, from the top down, with the chosen shop first. No pointer into
+    // RECORDS is kept. WIDTH and HEIGHT are the screen's size in pixels.
     RegistrationInfoScreen(std::vector<ShopList>& records, int width, int height);
     ~RegistrationInfoScreen() override;
 
     static constexpr char SHOP_CODE_ID[] = "TV_SID_SHOP_CODE";
-    // What stands before the shop's code, in the language of this moment. No widget can translate
-    // it, since it is composed: it is asked for again when the language changes.
+    // The text before the shop's code, in the current language. No widget can translate it, because
+    // it is composed: call this again when the language changes.
     static std::string shopCodeLabel();
 
-    // Deletes the two buttons of the lower edge; a single button stays.
+    // Deletes the previous and next buttons; a single button stays.
     void removeButtons();
 };
 

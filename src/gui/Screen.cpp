@@ -23,7 +23,7 @@ namespace {
 
 constexpr char BUTTON_STYLE[] = "c_button_icontext";
 
-// No navigation key and no key of the way back: those reach the program in the ordinary way.
+// Without the arrow and back keys: those reach the program as ordinary key events.
 constexpr const char* GRABBED_KEYS[] = {"XF86Display",
                                         "XF86Hdmi",
                                         "1",
@@ -106,7 +106,8 @@ std::string layoutPath(const std::string& layoutFile) {
     throw Exception(message, GENERIC_ERROR);
 }
 
-// WIDGET, which the toolkit makes null when it has no more memory, or an exception with MESSAGE.
+// Returns WIDGET, or throws with MESSAGE if it is null, which means that the toolkit is out of
+// memory.
 Evas_Object* required(Evas_Object* widget, const char* message) {
     if (widget == nullptr) {
         failAllocation(message);
@@ -123,8 +124,8 @@ Evas_Object* createWindow(const char* title, int width, int height) {
     return window;
 }
 
-// A window that the window manager closes takes its widgets along as a dying screen does: silently,
-// to the end of this turn of the main loop.
+// The window manager has closed the window, whose widgets are deleted with it. No focus sounds
+// until this iteration of the main loop ends, as when a screen is deleted.
 void onWindowGone(void* /*data*/, Evas* /*canvas*/, Evas_Object* /*window*/, void* /*eventInfo*/) {
     auto silence = std::make_unique<FocusSilence>();
     const auto end = [](void* data) { delete static_cast<FocusSilence*>(data); };
@@ -133,13 +134,13 @@ void onWindowGone(void* /*data*/, Evas* /*canvas*/, Evas_Object* /*window*/, voi
     }
 }
 
-// The group that stands for GROUP in the enlarged mode. The other screens with an enlarged group
-// name it themselves.
+// The group to use for GROUP in enlarged mode. Other screens that have an enlarged group choose it
+// themselves.
 const char* enlargedGroup(const char* group) {
     return std::strcmp(group, "WaitingWindow") == 0 ? "WaitingWindow_Enlarge" : group;
 }
 
-// Whether the user interface runs right to left. The toolkit's own setting follows, for all
+// Whether the user interface runs right to left. Sets the toolkit's direction to match, for all
 // screens of the process.
 bool applyDirection() {
     const bool mirrored = modes::mirrored();
@@ -173,7 +174,7 @@ Screen::Screen(const char* windowTitle, std::string layoutFile, const char* layo
         elm_object_scale_set(m_layout, modes::ENLARGED_SCALE);
         layoutGroup = enlargedGroup(layoutGroup);
     }
-    // Without the file or the group the layout stays empty, which is no error.
+    // If the file or the group is missing the layout stays empty, which is not an error.
     elm_layout_file_set(m_layout, path.c_str(), layoutGroup);
     evas_object_size_hint_weight_set(m_layout, 1.0, 1.0);
     elm_win_resize_object_add(m_window, m_layout);
@@ -196,7 +197,7 @@ Screen::~Screen() {
     delete m_popup;
     m_popup = nullptr;
     if (m_window != nullptr) {
-        // A deletion that the toolkit puts off must find no way back to this object.
+        // If the toolkit delays the deletion, no callback may reach this object.
         evas_object_event_callback_del_full(m_window, EVAS_CALLBACK_KEY_DOWN, onKeyPress, this);
         evas_object_event_callback_del(m_window, EVAS_CALLBACK_DEL, onWindowGone);
     }
@@ -228,8 +229,8 @@ void Screen::destroyPopup() {
     if (m_popup == nullptr) {
         return;
     }
-    // The object itself is left alone on purpose: the callback that asks for this may be one of
-    // the popup's own, and whoever is still inside it may look at the popup afterwards.
+    // Deliberately does not delete the object: one of the popup's own callbacks may have called
+    // this, and may use the popup afterwards.
     m_popup->destroy();
     m_popup = nullptr;
 }
@@ -304,8 +305,7 @@ Evas_Object* Screen::createButton(Evas_Object* parent, const char* text, Evas_Sm
     elm_object_style_set(button, style);
     evas_object_size_hint_weight_set(button, 1.0, 1.0);
     evas_object_size_hint_align_set(button, -1.0, -1.0);
-    // The second hint holds until a part takes the button. Both calls are deliberate, in this
-    // order.
+    // Deliberately two calls, in this order. The second hint counts until a part takes the button.
     evas_object_size_hint_min_set(button, 1, 1);
     evas_object_size_hint_min_set(button, 1080, 720);
     setTranslatable(button, nullptr, text);
@@ -350,7 +350,7 @@ void Screen::addButton(const char* part, const char* text, Evas_Smart_Cb callbac
     Evas_Object* button = createButton(m_layout, text, callback, data, nullptr, BUTTON_STYLE);
     elm_object_part_content_set(m_layout, part, button);
     leaveSizeToPart(button);
-    // A text without an icon of its own gets one without a name.
+    // A text that has no icon gets one with an empty name.
     elm_object_part_content_set(button, "icon", createIcon(button, iconOfButton(text, m_mirrored)));
     evas_object_show(button);
     elm_object_focus_allow_set(button, focusable ? EINA_TRUE : EINA_FALSE);

@@ -15,7 +15,7 @@ namespace ZOLT::GUI {
 class Popup;
 class MessagePopup;
 
-// Whether the set's high contrast look is on: the setting's value, 0 when it cannot be read.
+// Whether the TV's high contrast setting is on: its value, or 0 if it cannot be read.
 int IsHighContrastMode();
 
 // The factories take the name of an icon as char*, yet never write to it.
@@ -44,8 +44,8 @@ class Screen {
                            bool focusable, bool focused);
     virtual void modifyButtonText(const char* part, const char* text);
 
-    // Each makes a popup, hidden, and keeps it as the screen's. A popup that the screen already
-    // has is forgotten, not destroyed: call destroyPopup first.
+    // Each makes a popup, hidden, and keeps it as the screen's. An earlier popup of the screen is
+    // not destroyed, only no longer referenced: call destroyPopup first.
     virtual Popup* addMessagePopup(const char* text);
     virtual Popup* addNetworkFailurePopup(ZOLTEventsType event, ZOLTEventsReasonType reason);
     virtual Popup* addLoadingPopup(const char* text);
@@ -56,22 +56,22 @@ class Screen {
     // Whether the user interface ran right to left when this screen was made.
     bool getIfMirrored() const;
 
-    // Whether this screen's window, while it is open, lies over WIDGET, which stands in another.
+    // Whether this screen's window is open and WIDGET is in another window, which it covers.
     bool covers(const Evas_Object* widget) const;
     // Whether the window is still there: it may be closed from outside.
     bool isOpen() const { return m_window != nullptr; }
 
-    // Takes the popup off the screen, if there is one.
+    // Destroys the popup, if there is one.
     void destroyPopup();
 
-    // Takes the keys that must not reach the rest of the set.
+    // Grabs the keys that must not reach the rest of the TV.
     void enableKeysGrabbing();
 
-    // Makes the theme's widget styles known to the whole process. Called once, before any screen.
+    // Loads the theme's widget styles for the whole process. Called once, before any screen.
     static void loadLayouts();
 
-    // The factories return a widget that is not shown and belongs to PARENT, and throw
-    // ZOLT::Exception when the toolkit gives none; createIcon returns null then.
+    // The factories return a hidden widget that belongs to PARENT. If the toolkit creates none they
+    // throw ZOLT::Exception, except createIcon, which returns null.
     static Evas_Object* createLabel(Evas_Object* parent, const char* text, const char* style);
     static Evas_Object* createIcon(Evas_Object* parent, const char* name);
     // DATA is handed to CALLBACK. ICON may be null.
@@ -82,7 +82,7 @@ class Screen {
 
     // Key event on the window; DATA is the Screen.
     static void onKeyPress(void* data, Evas* canvas, Evas_Object* object, void* eventInfo);
-    // Signal of the layout; logs how small the layout can be.
+    // Signal of the layout; logs the layout's minimum size.
     static void onSizeChanged(void* data, Evas_Object* object, const char* emission,
                               const char* source);
 
@@ -93,7 +93,7 @@ class Screen {
                                           Evas_Smart_Cb timeoutCallback,
                                           Evas_Smart_Cb buttonCallback);
 
-    // A button of a menu: where it stands, its text, its icon and what it does.
+    // A button of a menu: its part, text, icon and callback.
     struct MenuButton {
         const char* part;
         const char* text;
@@ -106,7 +106,7 @@ class Screen {
     // the layout.
     Evas_Object* fillWaiting(const char* text1, const char* text2);
 
-    // Every derived class hands a copy of it to the constructor.
+    // Every derived class passes a copy of it to the constructor.
     static const std::string m_layoutName;
 
     int m_width;
@@ -114,7 +114,7 @@ class Screen {
     bool m_mirrored;
     Handle m_window;  // deleted by the destructor, or by the window manager's close request
     Handle m_layout;  // deleted by the destructor, or with the window
-    Popup* m_popup;   // deleted by the destructor; destroyPopup lets go of it
+    Popup* m_popup;   // deleted by the destructor, but not by destroyPopup
 
   private:
     // A popup of two buttons, OK with CONFIRMED and the popup as data, and Cancel.

@@ -11,7 +11,7 @@ SearchRegInfoScreen::SearchRegInfoScreen(int width, int height)
     : Screen("SearchRegInfoRequesting", m_layoutName, "WaitingWindow", width, height) {
     ZOLT_TRACE();
     setTranslatable(m_layout, "title", "COM_SID_ZOLT_CONTENT");
-    // Nothing is spoken here, other than by the screen that waits for a PIN.
+    // Nothing is spoken here, unlike on the screen that waits for a PIN.
     fillWaiting("SID_CONTENT_SEARCH_REG_INFO", "SID_PLEASE_WAIT_DOT_KR_DIFF");
 }
 

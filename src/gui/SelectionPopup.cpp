@@ -15,7 +15,8 @@ namespace ZOLT::GUI {
 
 namespace {
 
-// Keeps EVENT from the toolkit's own handlers, next to what others have said of it.
+// Marks EVENT as handled, so that the toolkit's own handlers skip it. Keeps flags that are already
+// set.
 void hold(Evas_Event_Key_Down& event) {
     event.event_flags = static_cast<Evas_Event_Flags>(event.event_flags | EVAS_EVENT_FLAG_ON_HOLD);
 }
@@ -25,7 +26,7 @@ void fill(Evas_Object* object) {
     evas_object_size_hint_align_set(object, -1.0, -1.0);
 }
 
-// Keeps the table, and with it the popup, at least this wide; it is never seen.
+// A hidden spacer that sets the minimum width of the table, and so of the popup.
 void packSpacer(Evas_Object* table) {
     Evas_Object* spacer = Screen::createLabel(table, "ZOLT_CONTENT_SPACER", "default");
     fill(spacer);
@@ -163,7 +164,8 @@ void SelectionPopup::addButton(const char* text, Evas_Smart_Cb callback, void* d
     evas_object_event_callback_add(button, EVAS_CALLBACK_KEY_DOWN, onButtonKeyDown, nullptr);
 }
 
-// Nothing is below the buttons. The toolkit at times goes round and leads to the list.
+// Nothing is below the buttons, but the toolkit sometimes wraps around and moves the focus to the
+// list.
 void SelectionPopup::onButtonKeyDown(void* /*data*/, Evas* /*evas*/, Evas_Object* /*button*/,
                                      void* eventInfo) {
     auto* const event = static_cast<Evas_Event_Key_Down*>(eventInfo);
@@ -188,8 +190,8 @@ void SelectionPopup::focusFirstRow(void* data) {
     }
 }
 
-// The arrows lead where the sounds of the list say: Right to the buttons, and Down no further than
-// the last row.
+// Makes the arrows do what the sounds of the list say: Right moves to the buttons, and Down stops
+// at the last row.
 void SelectionPopup::onListKeyDown(void* data, Evas* /*evas*/, Evas_Object* list, void* eventInfo) {
     auto* const popup = static_cast<SelectionPopup*>(data);
     auto* const event = static_cast<Evas_Event_Key_Down*>(eventInfo);
@@ -207,9 +209,9 @@ void SelectionPopup::onListKeyDown(void* data, Evas* /*evas*/, Evas_Object* list
     }
 }
 
-// The sound of an arrow comes when it is let go and takes it for one step. A held one has gone
-// many, and one that led here from the buttons none: the position is put where one step ends on the
-// row.
+// The sound is chosen when an arrow key is released, assuming that it moved by one row. A held key
+// has moved by many, and one that moved here from the buttons by none. So the position is set to
+// the row from which one step ends on the current row.
 void SelectionPopup::onListKeyUp(void* data, Evas* /*evas*/, Evas_Object* /*list*/,
                                  void* eventInfo) {
     auto* const popup = static_cast<SelectionPopup*>(data);

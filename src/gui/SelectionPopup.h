@@ -9,8 +9,8 @@
 
 namespace ZOLT::GUI {
 
-// Remembers what was picked and what was confirmed, so that a popup opened again after a hide
-// stands where it was left, and keeps OK out of reach until something is picked.
+// Remembers the picked and the confirmed row, so that a popup opened again after hide looks as it
+// did before. OK cannot be reached until a row is picked.
 class SelectionPopup : public Popup {
   public:
     SelectionPopup(Evas_Object* parent, const char* style, int width, int height);
@@ -28,17 +28,17 @@ class SelectionPopup : public Popup {
     void setText(const char* text, const char* style) override;
     void addButton(const char* text, Evas_Smart_Cb callback, void* data, char* icon) override;
 
-    // Text of a row: DATA is its Shop. The name is cut at 63 bytes; parts other than the two text
+    // Text of a row: DATA is its Shop. The name is cut at 63 bytes. Parts other than the two text
     // parts get an empty text. The caller frees the result.
     static char* itemGetLabel(void* data, Evas_Object* object, const char* part);
 
-    // Takes back a pick that was not confirmed. Called before a popup is shown again.
+    // Undoes a pick that was not confirmed. Called before a popup is shown again.
     void restoreSelectedItemSetting();
 
-    // Remembers SHOP as the confirmed one, with the place at which the list stands.
+    // Remembers SHOP as the confirmed one, and the scroll position of the list.
     void setPreviouslySelectedShop(Shop* shop);
 
-    // The state is open to the button and key callbacks, which drive it.
+    // Public for the button and key callbacks, which change it.
     unsigned int m_itemsCount;
     unsigned int m_position;          // index of the row that has the focus
     Elm_Object_Item* m_selectedItem;  // belongs to the list
@@ -50,21 +50,21 @@ class SelectionPopup : public Popup {
     bool m_shopSelected;              // whether a row was ever picked
     struct {
         int x, y, width, height;
-    } m_region;  // where the list stood at the confirmation
+    } m_region;  // the list's scroll position at the confirmation
 
   private:
-    // A list that has the focus shows it on its first row. The toolkit draws rows, and settles the
-    // focus among the popup's widgets, only after the popup has been shown, and a row that is not
-    // drawn cannot take it: so the first row gets it as soon as it is there.
+    // Gives the focus to the first row if the list has the focus. This must wait: the toolkit draws
+    // the rows, and decides which widget of the popup has the focus, only after the popup has been
+    // shown, and a row that is not drawn cannot take the focus.
     static void onRowDrawn(void* data, Evas_Object* list, void* item);
     static void focusFirstRow(void* data);
 
-    // Newer toolkits give a popup that comes into sight a focus of their own choice, and the list
-    // follows to the row that they choose: puts both back to the picked row.
+    // Newer toolkits choose a focus themselves when a popup is shown, and the list scrolls to the
+    // row that they choose. Moves the focus and the list back to the picked row.
     void returnToSelection();
 
-    // Takes this object's callbacks off the list, which may go later than this object does, and
-    // lets go of it.
+    // Removes this object's callbacks from the list, which may be deleted after this object, and
+    // forgets the list.
     void leaveList();
 
     static constexpr int NO_ROW = -1;
@@ -77,8 +77,8 @@ class SelectionPopup : public Popup {
     // The index of the row that has the focus, or NO_ROW.
     int focusedRow() const;
 
-    Ecore_Job* m_focusJob;  // deleted here, or by itself once it has run
-    int m_rowAtKeyDown;     // the row from which a key that is still down has led; or NO_ROW
+    Ecore_Job* m_focusJob;  // deleted here, or by the toolkit once it has run
+    int m_rowAtKeyDown;     // the focused row at the last key-down, or NO_ROW
 };
 
 }  // namespace ZOLT::GUI

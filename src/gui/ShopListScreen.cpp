@@ -24,8 +24,8 @@ Evas_Object* appendHeading(Evas_Object* layout, const char* text) {
     return label;
 }
 
-// Every value goes to the one part that there is, so the last, which was chosen first, stays on
-// the screen. Deliberate.
+// Deliberately writes all values to the same part, so only the last one remains, which was chosen
+// first.
 void showChosenValues(Evas_Object* layout, std::queue<std::string>& values) {
     while (!values.empty()) {
         const char* part = modes::mirrored() ? "shopname" : "shop1";
@@ -54,8 +54,8 @@ void addDropDown(Evas_Object* layout) {
     elm_object_focus_set(dropDown, EINA_TRUE);
 }
 
-// Takes the shops named NAME out of SHOPS. The one that follows such a shop is not looked at: of
-// two neighbours of one name the second deliberately stays.
+// Removes the shops named NAME from SHOPS. Deliberately skips the shop after a removed one: of two
+// neighbours with that name the second stays.
 void removeNamed(std::set<Shop*, Shop::ShopComp>& shops, const std::string& name) {
     auto place = shops.begin();
     while (place != shops.end()) {

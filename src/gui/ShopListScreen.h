@@ -15,13 +15,13 @@ class ShopListScreen : public Screen {
   public:
     // LISTNAME is the name of the level. CHOSENVALUES holds what was chosen at the earlier levels
     // and is emptied. WIDTH and HEIGHT are the screen's size in pixels. REGISTEREDSHOPNAME is the
-    // shop that the set is tied to now, or empty.
+    // shop that the TV is registered to now, or empty.
     ShopListScreen(std::string& listName, std::queue<std::string>& chosenValues, int width,
                    int height, std::string registeredShopName);
     ~ShopListScreen() override;
 
-    // Makes the popup that offers SHOPS, hidden, and takes the registered shop out of SHOPS. A
-    // popup that the screen already has is forgotten, not destroyed. The screen owns the result.
+    // Makes the popup that offers SHOPS, hidden, and removes the registered shop from SHOPS. An
+    // earlier popup is not destroyed, only no longer referenced. The screen owns the result.
     Popup* addSelectionPopup(std::set<Shop*, Shop::ShopComp>& shops);
 
     // Deletes the navigation buttons.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Entry of the process, and its life as the application framework drives it.
+// Entry of the process, and the life cycle callbacks of the application framework.
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -26,8 +26,8 @@
 static const std::string configFilePath = ZOLT_CONFIG_FILE;
 static const std::string daemonActivationFlagPath = ZOLT_FLAG_FILE;
 
-// The application's one context. Released from the last member to the first, so that the
-// controller's screens go while everything that they may ask is still there.
+// The application's context, of which there is one. Members are destroyed from last to first, so
+// the screens of the controller are deleted before the objects that they use.
 struct _appdata {
     const char* name = "ZOLT_GUI";
     std::unique_ptr<ZOLT::DeviceInfo> deviceInfo;       // made in _create
@@ -35,7 +35,8 @@ struct _appdata {
     std::unique_ptr<ZOLT::GUI::Controller> controller;  // made in _app_control
 };
 
-// Notes an exception that leaves the main loop, before the screens are deleted on its way.
+// Calls setToolkitLost when an exception leaves the main loop, before stack unwinding deletes
+// the screens.
 struct LoopGuard {
     LoopGuard() = default;
     LoopGuard(const LoopGuard&) = delete;
@@ -43,11 +44,11 @@ struct LoopGuard {
     ~LoopGuard() { ZOLT::GUI::setToolkitLost(std::uncaught_exceptions() > 0); }
 };
 
-// Whether this process has added its one unit to the counter that keeps the screensaver off.
+// Whether this process has added 1 to the counter that keeps the screensaver off.
 static bool s_vconfRaised = false;
 
-// Adds this process's unit to the counter, or takes it away. Other processes count too, so no
-// absolute value is written; a change between the read and the write would be lost, which is
+// Adds 1 to the counter or subtracts it. Other processes change the counter too, so no absolute
+// value is written. A change by another process between our read and our write is lost, which is
 // accepted.
 static void zolt_set_vconf(bool raise) {
     ZOLT_TRACE();
@@ -61,8 +62,7 @@ static void zolt_set_vconf(bool raise) {
     ZOLT_DEBUG("%s", raise ? "increasing Vconf" : "Decreasing Vconf");
     vconf_get_int(KEY, &value);
     ZOLT_DEBUG("current vconf is: %d", value);
-    // Wraps at the largest and the smallest integer, so that adding a unit and taking it away
-    // leaves any value as it was.
+    // Wraps around at the integer limits, so that adding and subtracting restores any value.
     const unsigned unit = raise ? 1U : ~0U;
     vconf_set_int(KEY, static_cast<int>(static_cast<unsigned>(value) + unit));
     s_vconfRaised = raise;
@@ -111,7 +111,8 @@ static bool _create(void* data) {
 }
 
 // Each launch request builds a new flow. The new one is created before the old one is destroyed,
-// and the old destructor then clears Controller::m_self. Deliberate: the callbacks know this state.
+// and the old destructor then clears Controller::m_self. Deliberate: the callbacks handle this
+// state.
 static void _app_control(app_control_h /*appControl*/, void* data) {
     ZOLT_TRACE();
     if (data == nullptr) {
@@ -145,7 +146,7 @@ static void _terminate(void* data) {
     zolt_set_vconf(false);
     _appdata& context = contextOf(data);
     if (!context.controller) {
-        return;  // ended before the first launch request: there is no flow to destroy
+        return;  // terminated before the first launch request: there is no flow to destroy
     }
     context.controller->cancel();
     context.controller->terminate();
@@ -153,15 +154,15 @@ static void _terminate(void* data) {
 }
 
 // Deliberately reads its first argument as the context, which is right only on a platform that
-// passes the registered data there for this event, as the virtual set does. By the callback's type
-// the first argument is the event's information and the data comes second: a platform that keeps to
-// that needs languageChangedHandler to pass on its second argument.
+// passes the registered data there for this event, as the virtual set does. According to the
+// callback's type the first argument is the event's information and the second is the data: on a
+// platform that follows the type, languageChangedHandler must pass on its second argument instead.
 static void _lang_changed(void* data) {
     ZOLT_TRACE();
     setUILocales(contextOf(data).deviceInfo.get());
 }
 
-// _lang_changed takes one argument only, and calling it through the platform's type of two would be
+// _lang_changed has one parameter, so calling it through the platform's two-parameter type would be
 // undefined.
 static void languageChangedHandler(app_event_info_h information, void* /*data*/) {
     _lang_changed(information);
