@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Asks a running set what virtual-set-control would ask it. A test asks hundreds of times, and to start a
-program for each takes longer than the answers."""
+"""Sends control verbs to a running set, as virtual-set-control does, but without starting a program for each:
+a test sends hundreds, and starting a program takes longer than the answer."""
 
 import os
 import re
@@ -13,7 +13,8 @@ _ESCAPES = {b"n": b"\n", b"t": b"\t", b"r": b"\r", b"b": b"\b", b"f": b"\f", b"v
 
 
 def ask(folder, *words):
-    """What the set in FOLDER answers to a verb and its arguments; SetError when it refuses or is gone."""
+    """Returns the answer of the set in FOLDER to a verb and its arguments; SetError if it refuses or has
+    ended."""
     try:
         line = _exchange(folder, b"\t".join(_escaped(word) for word in words) + b"\n")
     except OSError as error:
@@ -28,7 +29,7 @@ def ask(folder, *words):
 
 
 def _exchange(folder, request):
-    # A socket's path has few characters, and the folder's may have many.
+    # The folder's path may be longer than a socket's path can be.
     directory = os.open(folder, os.O_PATH | os.O_DIRECTORY)
     try:
         with socket.socket(socket.AF_UNIX) as connection:
@@ -46,7 +47,7 @@ def _exchange(folder, request):
 
 
 def _escaped(word):
-    """WORD as the set reads it: as in a string of C, so that it has neither tabs nor ends of lines."""
+    """WORD with the escapes of a C string, so that it contains neither tabs nor line ends."""
     return re.sub(rb"[\\\x00-\x1f\x7f]", lambda found: b"\\%03o" % found[0][0], os.fsencode(word))
 
 

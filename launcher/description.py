@@ -1,19 +1,20 @@
 # SPDX-License-Identifier: Apache-2.0
-"""What the description of a set says, by the rules of the set itself: its control program reads the file."""
+"""Reads and changes the description file of a set, through the set's control program, which knows its
+rules."""
 
 import os
 import subprocess
 
 from processes import ChoiceError
 
-# The bounds of the set, known here as well, since a size is refused before the control program is built.
+# The limits of the virtual set, repeated here because a size is checked before the control program is built.
 SMALLEST_SIDE = 1
 LARGEST_SIDE = 16384
 
 
 class Description:
-    """The description in the file PATH; where there is none, each value has its default. BUILD is the folder
-    of the build whose set it is."""
+    """The description in the file PATH; if there is no such file, each value has its default. BUILD is the
+    build folder whose control program is used."""
 
     def __init__(self, build, path):
         self._program = os.path.join(build, "platform", "host", "virtual-set-control")
@@ -29,7 +30,7 @@ class Description:
         return self._values["Language Language"]
 
     def change(self, group, key, value):
-        """Changes a value in the file, and leaves the rest of it as it is."""
+        """Changes one value in the file."""
         self._ask("set", group, key, value)
         self._values[f"{group} {key}"] = value
 

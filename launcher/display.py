@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
-"""One connection to an X display, for as long as a set is on: to start a program for each key and each
-picture takes longer than all else that a walk does."""
+"""One connection to an X display, kept while a set runs: starting a program for each key and each picture
+would take longer than the rest of a walk."""
 
 import ctypes
 import functools
@@ -20,8 +20,8 @@ class _Image(ctypes.Structure):
                 ("bytes_per_line", ctypes.c_int), ("bits_per_pixel", ctypes.c_int)]
 
 
-# Without handlers of ours Xlib ends the process when a server dies or refuses something. The calls
-# themselves tell of it then.
+# Without these handlers Xlib ends the process when a server dies or refuses a request. With them the calls
+# return an error.
 _ON_ERROR = ctypes.CFUNCTYPE(ctypes.c_int, ctypes.c_void_p, ctypes.c_void_p)(lambda *_: 0)
 _LOST_HANDLER = ctypes.CFUNCTYPE(None, ctypes.c_void_p, ctypes.c_void_p)
 
@@ -73,7 +73,7 @@ def _xdo():
 
 
 class Display:
-    """The display NAME, such as ":1". Every method raises SetError once the server is gone."""
+    """The display NAME, such as ":1". Every method raises SetError once the server has ended."""
 
     def __init__(self, name):
         self.name = name
@@ -104,7 +104,7 @@ class Display:
         return self._display
 
     def send_keys(self, way, keys):
-        """Sends the key events that WAY says: "" for down and up, "_down", "_up"."""
+        """Sends the key events chosen by WAY: "" for down and up, "_down", "_up"."""
         if not self._xdo:
             self._xdo = _xdo().xdo_new_with_opened_display(self._open, self.name.encode(), 0)
         for key in keys:
@@ -114,18 +114,18 @@ class Display:
         self._finish()
 
     def repeat_keys(self, on):
-        """Whether a key that is held comes again and again."""
+        """Turns auto-repeat of held keys on or off."""
         (self._x11.XAutoRepeatOn if on else self._x11.XAutoRepeatOff)(self._open)
         self._finish()
 
     def _finish(self):
-        """Waits until the server has done all that it was told."""
+        """Waits until the server has handled all requests."""
         self._x11.XSync(self._open, 0)
         if self._lost:
             raise SetError(f"the display {self.name} does not answer any more")
 
     def pixels(self, width, height):
-        """What the display shows at this moment: blue, green, red and nothing of each pixel, row by row."""
+        """What the display shows now: blue, green, red and an unused byte of each pixel, row by row."""
         image = self._x11.XGetImage(self._open, self._root, 0, 0, width, height, _ALL_PLANES,
                                     _Z_PIXMAP)
         if not image:
@@ -139,8 +139,8 @@ class Display:
             self._x11.XDestroyImage(image)
 
     def wait_for_window_manager(self, seconds=60):
-        """Waits until the window manager has dealt with all that it was asked for before: it takes requests
-        in their order, and one to resize a window that is not shown changes nothing on the screen."""
+        """Waits until the window manager has handled all earlier requests: it handles them in order, so this
+        waits for one more, to resize a hidden window, which changes nothing on the screen."""
         window = self._x11.XCreateSimpleWindow(self._open, self._root, 0, 0, 1, 1, 0, 0, 0)
         try:
             self._x11.XResizeWindow(self._open, window, 2, 1)

@@ -10,8 +10,8 @@ import subprocess
 from description import Description
 from processes import ChoiceError, SetError
 
-# The languages that every set has built from its start, so that it can be switched while it runs; others
-# are built when a set is started in one or is told to change to one.
+# The locales that are built for every set, so that its language can be changed while it runs. Others are
+# built when a set is started in that language or changed to it.
 LOCALES = {"ar": "ar_EG.utf8", "en": "en_US.utf8", "ko": "ko_KR.utf8"}
 _LAID_OUT = {"config.xml", "data", "etc", "home"}
 
@@ -26,20 +26,20 @@ def locale_source(locale):
 
 
 class SetFolder:
-    """Makes and describes the folder PATH for the program of the build folder BUILD."""
+    """The folder PATH of a set that runs the program of the build folder BUILD."""
 
     def __init__(self, path, build):
         self.path = os.path.abspath(path)
         self.build = os.path.abspath(build)
-        self._description = None  # known once the folder is laid out
+        self._description = None  # known once make() was called
         self._claim = None  # the open folder, locked; closed with the process
 
     def file(self, *names):
         return os.path.join(self.path, *names)
 
     def claim(self):
-        """Makes the folder this process's own, for as long as it lives: two sets in one folder would
-        take each other's registration, log and control socket."""
+        """Locks the folder until this process ends: two sets in one folder would overwrite each other's
+        registration, log and control socket."""
         os.makedirs(self.path, exist_ok=True)
         claim = os.open(self.path, os.O_RDONLY | os.O_DIRECTORY)
         try:
@@ -51,14 +51,14 @@ class SetFolder:
 
     @property
     def is_ours(self):
-        """Whether a set lives here, or nobody does. Anything else is not for us to clear."""
+        """Whether the folder is empty or holds a set. Any other folder must not be cleared."""
         names = set(os.listdir(self.path)) if os.path.isdir(self.path) else set()
         return names <= _LAID_OUT or names >= _LAID_OUT
 
     def make(self, fresh=False, description=None, size=None, language=None):
-        """Lays the folder out. FRESH forgets what an earlier run left. The file DESCRIPTION replaces
-        that of the folder; SIZE and LANGUAGE then override what it says. What is wrong with any of
-        them is told before anything is changed."""
+        """Creates the content of the folder. FRESH removes the files of an earlier run. The file DESCRIPTION
+        replaces the folder's own; SIZE and LANGUAGE then override its values. Reports errors in any of them
+        before anything is changed."""
         own = self.file("set.ini")
         given = description or (None if fresh else own)
         described = given and Description(self.build, given).language
@@ -74,7 +74,7 @@ class SetFolder:
             os.makedirs(self.file(name), exist_ok=True)
         shutil.copyfile(os.path.join(self.build, "config", "config.xml"), self.file("config.xml"))
         if description:
-            # The description that stood here may be a link to a file elsewhere, which stays as it is.
+            # The old description may be a link to a file elsewhere, which must not be changed.
             if os.path.lexists(own):
                 os.remove(own)
             with open(own, "wb") as file:
@@ -87,9 +87,9 @@ class SetFolder:
             self._description.change("Language", "Language", language + ".utf8")
 
     def _clear(self):
-        """Empties the folder. The folder itself stays, since the claim is on it."""
+        """Empties the folder, but keeps the folder itself, because the lock is on it."""
         if not self.is_ours:
-            raise ChoiceError(f"{self.path} is no set's folder, and is left alone")
+            raise ChoiceError(f"{self.path} is not the folder of a set; nothing was changed")
         for name in os.listdir(self.path) if os.path.isdir(self.path) else ():
             path = self.file(name)
             if os.path.isdir(path) and not os.path.islink(path):
@@ -109,7 +109,7 @@ class SetFolder:
         return self._description or Description(self.build, self.file("set.ini"))
 
     def make_locales(self, path):
-        """Builds the locales that the set may speak into PATH, whatever the machine itself has."""
+        """Builds the locales that the set may use into PATH, independent of those of the machine."""
         for locale in sorted({*LOCALES.values(), self.language}):
             self.make_locale(path, locale)
 
@@ -123,7 +123,7 @@ class SetFolder:
             if os.path.isdir(target):
                 return
             draft = target + ".new"
-            # One that was interrupted is not whole.
+            # An interrupted build leaves an incomplete folder.
             if os.path.lexists(draft):
                 shutil.rmtree(draft)
             made = subprocess.run(["localedef", "--no-archive", "-i", source, "-f", "UTF-8", draft],

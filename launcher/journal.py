@@ -1,12 +1,12 @@
 # SPDX-License-Identifier: Apache-2.0
-"""A log that grows while somebody reads it."""
+"""Reads a log file while it is being written."""
 
 import os
 import re
 
 
 class Journal:
-    """Reads the lines of a file as they come. The file may not exist yet."""
+    """Reads the lines of a file as they are written. The file may not exist yet."""
 
     def __init__(self, path):
         self.path = path
@@ -15,7 +15,7 @@ class Journal:
         self._rest = b""
 
     def read(self):
-        """Takes in what has come since the last call, and returns all whole lines so far."""
+        """Reads what was written since the last call, and returns all complete lines so far."""
         if os.path.exists(self.path):
             with open(self.path, "rb") as file:
                 file.seek(self._offset)
@@ -26,11 +26,11 @@ class Journal:
         return self.lines
 
     def mark(self):
-        """The place after the last line so far: what comes later is new."""
+        """The index after the last line so far: later lines start there."""
         return len(self.read())
 
     def find(self, pattern, after=0):
-        """The first line from the place AFTER on that holds PATTERN, as a match, or None."""
+        """The first match of PATTERN in the lines from index AFTER on, or None."""
         expression = re.compile(pattern)
         for line in self.read()[after:]:
             found = expression.search(line)
@@ -39,7 +39,7 @@ class Journal:
         return None
 
     def last(self, pattern):
-        """The last line that holds PATTERN, as a match, or None."""
+        """The match of PATTERN in the last line that contains it, or None."""
         expression = re.compile(pattern)
         found = [expression.search(line) for line in self.read()]
         return next((match for match in reversed(found) if match), None)

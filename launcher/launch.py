@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: Apache-2.0
-"""Runs the virtual set: in a window, headless, or walked through. Called by ./run, which has checked
-the options, installed what is needed and built everything."""
+"""Runs the virtual set: in a window, headless, or through a walk. Called by ./run, which has checked the
+options, installed what is needed and built everything."""
 
 import argparse
 import contextlib
@@ -39,10 +39,10 @@ def options(arguments=None):
     parser.add_argument("--patience", type=float, default=120, help="seconds to wait for a step")
     parser.add_argument("--log", action="store_true")
     parser.add_argument("--locale", help="only build this locale, for a set that runs")
-    parser.add_argument("--check", action="store_true", help="only tell whether the options are good")
+    parser.add_argument("--check", action="store_true", help="only check the options")
     choice = parser.parse_args(arguments)
     choice.locales = choice.locales or os.path.join(choice.state, "locales")
-    # The program's working folder is the set's.
+    # The program runs in the set's folder, so relative paths would not work.
     for name in ("build", "state", "locales", "out", "scenario", "set"):
         if getattr(choice, name):
             setattr(choice, name, os.path.abspath(getattr(choice, name)))
@@ -55,7 +55,7 @@ def say(text):
 
 @contextlib.contextmanager
 def shown_log(path):
-    """Prints the log as it grows, and at the end what has come last."""
+    """Prints the log as it is written, including its last lines."""
     journal = Journal(path)
     over = threading.Event()
 
@@ -79,18 +79,18 @@ def shown_log(path):
 
 
 def check_options(choice):
-    """Refuses what could only be ignored, and what could only fail later."""
+    """Refuses options that would be ignored or would fail later."""
     if choice.walk and choice.walk not in (*WALKS, "all"):
-        raise ChoiceError(f"there is no walk {choice.walk}; --walk list names them")
+        raise ChoiceError(f"there is no walk {choice.walk}; --walk list prints all names")
     if choice.walk == "all" and choice.scenario:
-        raise ChoiceError("--walk all goes without --scenario: each walk has its own")
+        raise ChoiceError("--walk all cannot be used with --scenario: each walk has its own")
     if choice.walk and choice.hold:
-        raise ChoiceError("--walk and --hold exclude each other: a set that is held is not walked")
+        raise ChoiceError("--walk cannot be used with --hold, which runs no walk")
     if choice.out and choice.hold:
-        raise ChoiceError("--out is for the pictures of a walk, and with --hold there is none")
+        raise ChoiceError("--out is for the pictures of a walk, and --hold runs none")
     if choice.size and not all(SMALLEST_SIDE <= side <= LARGEST_SIDE for side in size_of(choice)):
         raise ChoiceError(f"--size {choice.size} is no size from {SMALLEST_SIDE} to {LARGEST_SIDE}")
-    # Without the means to ask it is asked again when they have been installed.
+    # Without xdpyinfo this is checked again once it has been installed.
     if (choice.out and wants_window(choice) and shutil.which("xdpyinfo")
             and not missing_display()):
         raise ChoiceError("--out is for the pictures of a walk, which needs --headless or --walk here")
@@ -104,7 +104,7 @@ def list_walks(choice):
     given = [name for name in ("headless", "hold", "out", "size", "language", "scenario", "set", "log")
              if getattr(choice, name)]
     if given:
-        raise ChoiceError(f"--walk list goes without --{given[0]}")
+        raise ChoiceError(f"--walk list cannot be used with --{given[0]}")
     for known, plan in WALKS.items():
         say(f"{known:<12} {plan.meaning}")
     say(f"{'all':<12} Each of them, in a folder of its own.")
@@ -114,15 +114,15 @@ OWN_FILES = ("zolt.log", "registration.xml")
 
 
 def refuse_to_overwrite(out):
-    """In a folder in which no walk has been, such a file is somebody's own."""
+    """Where no walk has run, a file with such a name belongs to the user."""
     for name in OWN_FILES:
         path = os.path.join(out, name)
         if os.path.lexists(path):
-            raise ChoiceError(f"{path} was left by no walk, and is left alone")
+            raise ChoiceError(f"{path} is not from a walk; nothing was changed")
 
 
 def clear(out):
-    """Takes away what an earlier walk left in OUT, and nothing else."""
+    """Removes the files of an earlier walk from OUT, and nothing else."""
     leftovers = glob.glob(os.path.join(glob.escape(out), "[0-9][0-9]-*.png"))
     for path in leftovers + [os.path.join(out, name) for name in OWN_FILES]:
         if os.path.exists(path):
@@ -134,7 +134,7 @@ def claim_folder(choice, path):
     try:
         folder.claim()
     except OSError as error:
-        raise ChoiceError(f"nothing can be kept in {path}: {error.strerror}") from error
+        raise ChoiceError(f"{path} cannot be used: {error.strerror}") from error
     return folder
 
 
@@ -144,7 +144,8 @@ def make_folder(choice, folder, fresh):
 
 
 def check_scenario(choice, scenario):
-    """Asks the daemon whether it can play it; started by the bus, it could tell nobody."""
+    """Lets the daemon check the scenario now: later the bus starts the daemon, and nobody would see its
+    error."""
     daemon = os.path.join(choice.build, "daemon", "zolt-daemon")
     checked = subprocess.run(
         [daemon, "--set", os.path.join(choice.build, "config"), "--scenario", scenario, "--check"],
@@ -154,8 +155,8 @@ def check_scenario(choice, scenario):
         raise ChoiceError(reason or f"the scenario {scenario} cannot be played")
 
 
-def lay_out_course(plan, folder):
-    """What the walk PLAN begins with: the daemon's course, and the shop that the set is tied to."""
+def prepare_walk(plan, folder):
+    """Writes what the walk PLAN starts with: the daemon's scenario, and the registration if there is one."""
     with open(folder.file("scenario.ini"), "w", encoding="utf-8") as file:
         file.write(plan.scenario_text())
     if plan.registered:
@@ -184,7 +185,7 @@ def walk(choice, name, out):
     if left_by_a_walk:
         clear(out)
     if not choice.scenario:
-        lay_out_course(plan, folder)
+        prepare_walk(plan, folder)
     log = os.path.join(out, "zolt.log")
     width, height = folder.size
     say(f"Walking {name!r} on a set of {width}x{height} in {folder.language}")
@@ -233,7 +234,7 @@ def live(choice, nested):
 
 
 def missing_display():
-    """Why there is no display to open a window on; None where there is one."""
+    """Why no window can be opened; None if there is a display."""
     display = os.environ.get("DISPLAY")
     if not display:
         return "There is no display"
@@ -245,7 +246,7 @@ def wants_window(choice):
 
 
 def end_orderly(number, _frame):
-    # A second signal must not tear down the tidying up that the first one began.
+    # A second signal must not interrupt the cleanup that the first one started.
     for name in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
         signal.signal(name, signal.SIG_IGN)
     raise SystemExit(128 + number)

@@ -1,16 +1,16 @@
 # SPDX-License-Identifier: Apache-2.0
-"""A folder with a short and plain path, for sockets, that goes with the process that asked for it."""
+"""A folder with a short, plain path for sockets, which is removed when the process that made it ends."""
 
 import os
 import subprocess
 
 
 class PrivateFolder:
-    """Exists from here to close(), or to the end of this process, however that ends, and to the end of
-    those that were given HOLD: a process of its own session makes the folder and removes it, as soon as
-    nobody is left at the other end of its pipe."""
+    """Exists until close() was called or this process has ended in any way, and all processes that inherited
+    HOLD have ended. A helper process in a session of its own makes the folder, and removes it as soon as all
+    write ends of its pipe are closed."""
 
-    # What is being ended may still write there, so that a first attempt can fail.
+    # Processes that are ending may still write there, so the first attempt can fail.
     _KEEPER = """
         trap '' HUP INT TERM PIPE
         folder=$(mktemp -d /tmp/zolt-XXXXXXXX) || exit 1
@@ -34,11 +34,11 @@ class PrivateFolder:
 
     @property
     def hold(self):
-        """The descriptor that a process inherits which makes files and folders there. Removed before
-        that process has ended, the folder would come back."""
+        """A descriptor for processes that make files in the folder to inherit. If the folder were removed
+        before such a process ends, the process would create it again."""
         return self._keeper.stdin.fileno()
 
     def close(self):
-        """Waits for all that hold the folder."""
+        """Waits until no process holds the folder."""
         self._keeper.stdin.close()
         self._keeper.wait()

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Processes that belong to one set: each is started here, and none outlives the launcher."""
+"""Starts and ends the processes of a set. None outlives the launcher."""
 
 import os
 import select
@@ -16,7 +16,7 @@ class SetError(Exception):
 
 
 class ChoiceError(SetError):
-    """What is wrong with what somebody asked for, in one line."""
+    """What is wrong with the user's options or files, in one line."""
 
 
 def wait_until(condition, seconds, what, pause=0.01):
@@ -27,19 +27,19 @@ def wait_until(condition, seconds, what, pause=0.01):
         if answer:
             return answer
         if time.monotonic() > deadline:
-            raise SetError(f"waited {seconds:.0f} s in vain for {what}")
+            raise SetError(f"{what} did not come within {seconds:.0f} s")
         time.sleep(pause)
 
 
 def require(programs):
-    """Names those of PROGRAMS that this machine lacks, before one of them is missed in the middle."""
+    """Raises SetError with the names of missing PROGRAMS, before one of them is needed."""
     missing = [name for name in programs if not shutil.which(name)]
     if missing:
         raise SetError(f"these programs are missing: {', '.join(missing)}")
 
 
 def display_answers(display, seconds=10):
-    """Whether an X server stands behind DISPLAY, and not just its name."""
+    """Whether an X server answers on DISPLAY."""
     try:
         asked = subprocess.run(["xdpyinfo", "-display", display], stdout=subprocess.DEVNULL,
                                stderr=subprocess.DEVNULL, timeout=seconds, check=False)
@@ -59,7 +59,7 @@ class Child:
             raise SetError(f"{name} could not be started: there is no program {arguments[0]}")
         output = open(log, "ab") if log else subprocess.DEVNULL
         try:
-            # Also a launcher that is killed outright takes its servers along.
+            # The server ends too if the launcher is killed.
             self.process = subprocess.Popen(
                 ["setpriv", "--pdeathsig", "TERM", *arguments], stdin=subprocess.DEVNULL,
                 stdout=output, stderr=output, start_new_session=True, **options)
@@ -75,7 +75,7 @@ class Child:
         return self.process.poll()
 
     def stop(self, grace=10):
-        """Ends it and all that it started, also what is stopped or does not listen."""
+        """Ends the process and all that it started, even processes that are stopped or ignore signals."""
         deadline = time.monotonic() + grace
         for number in (signal.SIGTERM, signal.SIGCONT):
             self._signal_group(number)
@@ -95,8 +95,7 @@ class Child:
         return self.status is None or bool(self._group())
 
     def _group(self):
-        """The processes of its session that have not ended. Those that nobody has asked for their
-        status do not count: where the first process of a machine asks nobody, they stay for good."""
+        """The processes of its session that have not ended. Zombies are ignored: PID 1 may not reap them."""
         found = []
         for name in os.listdir("/proc"):
             try:
@@ -116,11 +115,11 @@ def _answer_of(child, descriptor, what, seconds=60):
     try:
         while b"\n" not in text:
             if not select.select([descriptor], [], [], max(0, deadline - time.monotonic()))[0]:
-                raise SetError(f"waited {seconds:.0f} s in vain for {what}")
+                raise SetError(f"{what} did not come within {seconds:.0f} s")
             received = os.read(descriptor, 4096)
             if not received:
-                raise SetError(f"{child.name} ended with status {child.process.wait()} before it was up; "
-                               f"what it said stands in {child.log}")
+                raise SetError(f"{child.name} ended with status {child.process.wait()} before it was ready; "
+                               f"see {child.log}")
             text += received
     finally:
         os.close(descriptor)
@@ -147,7 +146,8 @@ class Bus(Child):
 """
 
     def __init__(self, folder, services, environment, log):
-        """FOLDER is private and short: a socket's path has few characters. SERVICES: file name to text."""
+        """FOLDER must be private and have a short path, since a socket's path is limited. SERVICES: file name
+        to text."""
         os.makedirs(f"{folder}/services", exist_ok=True)
         for name, text in services.items():
             with open(f"{folder}/services/{name}", "w", encoding="utf-8") as file:
@@ -183,12 +183,12 @@ class XServer(Child):
         self.display = ":" + _answer_of(self, reading, "the X server")
 
     def answers(self):
-        """Whether it still serves: a display's name that it gave up may be another server's at once."""
+        """Whether it still serves. If it has ended, another server may already use the same display name."""
         return display_answers(self.display) and _listener_of(self.display) == self.process.pid
 
 
 def _listener_of(display):
-    """The number of the process behind a display ":N"; None when there is none."""
+    """The process ID of the server of a display ":N"; None if there is none."""
     with socket.socket(socket.AF_UNIX) as asked:
         try:
             asked.connect("/tmp/.X11-unix/X" + display.removeprefix(":"))
@@ -199,7 +199,7 @@ def _listener_of(display):
 
 
 class WindowManager(Child):
-    """Makes each window of the program full-screen, the newest on top, as a set does."""
+    """Makes each window of the program full-screen, the newest on top, as a television does."""
 
     def __init__(self, display, log):
         environment = dict(os.environ, DISPLAY=display)
@@ -210,14 +210,14 @@ class WindowManager(Child):
 
     def _is_up(self, environment):
         if self.status is not None:
-            raise SetError(f"{self.name} ended with status {self.status} before it was up")
+            raise SetError(f"{self.name} ended with status {self.status} before it was ready")
         found = subprocess.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], env=environment,
                                capture_output=True, text=True, check=False)
         return "window id" in found.stdout
 
 
 class Monitor:
-    """An X server and its window manager: the screen of one set, or of several, one after the other."""
+    """An X server and its window manager. Several sets may use it one after the other."""
 
     def __init__(self, width, height, log=None, nested=False):
         self._manager = None

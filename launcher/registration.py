@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""The registration that a set holds, laid down without a walk."""
+"""Creates the registration files of a set without a walk."""
 
 import os
 import xml.etree.ElementTree as ElementTree
@@ -7,8 +7,8 @@ from xml.sax.saxutils import quoteattr
 
 
 def document_of(shop_list):
-    """The registration document of the first shop of the list in the file SHOP_LIST: of each level the
-    first entry that stands below the one chosen before."""
+    """The registration document of the first shop in the file SHOP_LIST: on each level the first entry below
+    the entry of the level before."""
     levels = []
     code = ""
     for level in ElementTree.parse(shop_list).getroot().iter("list"):
@@ -28,7 +28,7 @@ def document_of(shop_list):
 
 
 def register(folder, document):
-    """Ties the set of FOLDER to a shop, as the daemon would have."""
+    """Registers the set in FOLDER, writing the same files as the daemon."""
     data = folder.file("data")
     os.makedirs(data, exist_ok=True)
     with open(os.path.join(data, "registered.xml"), "w", encoding="utf-8") as file:

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""The remote control and the camera in front of a set: keys in, pictures out."""
+"""The remote control and the screenshots of a set."""
 
 import struct
 import zlib
@@ -31,21 +31,21 @@ class Remote:
         self._display.send_keys("_up", [key])
 
     def repeat(self, on):
-        """Whether a key that is held comes again and again."""
+        """Turns auto-repeat of held keys on or off."""
         self._display.repeat_keys(on)
 
     def wait_for_window_manager(self):
-        """Waits until the windows that were opened or closed before have got or lost the keyboard."""
+        """Waits until windows opened or closed so far have got or lost the keyboard focus."""
         self._display.wait_for_window_manager()
 
     def close(self):
-        """Leaves the keyboard as it was for the next set on this display."""
+        """Restores the keyboard for the next set on this display."""
         try:
             for key in self._held:
                 self._display.send_keys("_up", [key])
             self._display.repeat_keys(True)
         except SetError:
-            pass  # there is no next set on a display that is gone
+            pass  # the display has ended, so there is no next set
         self._display.close()
 
 
@@ -58,7 +58,7 @@ class Camera:
         self.height = height
 
     def look(self):
-        """What the screen shows at this moment: red, green and blue of each pixel, row by row."""
+        """What the screen shows now: red, green and blue of each pixel, row by row."""
         pixels = self._display.pixels(self.width, self.height)
         picture = bytearray(len(pixels) // 4 * 3)
         for place in range(3):
@@ -66,7 +66,7 @@ class Camera:
         return bytes(picture)
 
     def save(self, picture, path):
-        """Keeps PICTURE as a PNG file."""
+        """Writes PICTURE as a PNG file."""
         row = 3 * self.width
         rows = b"".join(b"\0" + picture[start:start + row] for start in range(0, len(picture), row))
         with open(path, "wb") as file:

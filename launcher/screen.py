@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""What a running set tells of its screen: windows, widgets, rows and texts."""
+"""Parses a running set's report of its screen: windows, widgets, rows and texts."""
 
 import re
 
@@ -9,7 +9,7 @@ _PRESSED = ("button", "hoversel")
 
 
 class Piece:
-    """A window, a widget, a row of a list or a drawn text, with the pieces that stand in it."""
+    """A window, a widget, a row of a list or a drawn text, with the pieces in it."""
 
     def __init__(self, found):
         self.kind = found["kind"]
@@ -21,7 +21,7 @@ class Piece:
         self.pieces = []
 
     def all(self, kind=None):
-        """Itself and all that stands in it, in the order in which it is drawn."""
+        """Itself and all pieces in it, of KIND if given, in drawing order."""
         if kind in (None, self.kind):
             yield self
         for piece in self.pieces:
@@ -42,11 +42,11 @@ class Piece:
 
 
 class Screen:
-    """The report of one moment, as virtual-set-control's "look" gives it."""
+    """One report, as printed by "virtual-set-control look"."""
 
     def __init__(self, report):
         self.windows = []
-        above = []  # the line before and what it stands in, from the outside
+        above = []  # the previous piece and those around it, outermost first
         for line in report.splitlines():
             found = _LINE.match(line)
             if not found:
@@ -59,16 +59,16 @@ class Screen:
 
     @property
     def window(self):
-        """The one that has the keyboard, or the first."""
+        """The window that has the keyboard, or the first."""
         return self.windows[0]
 
     @property
     def popup(self):
-        """The popup that lies on the current window, or None."""
+        """The popup of the current window, or None."""
         return self.popup_of(0)
 
     def popup_of(self, window):
-        """The popup that lies on the window with this number, or None."""
+        """The popup of the window with this index, or None."""
         found = list(self.windows[window].all("popup"))
         return found[-1] if found else None
 
@@ -78,16 +78,16 @@ class Screen:
         return self.popup or self.window
 
     def buttons(self, piece=None):
-        """The text of each button and drop-down of PIECE, or of what a key reaches, by place: "*"
-        behind one that can take the focus, "!" behind the one that has it."""
+        """The texts of the buttons and drop-downs of PIECE, by default of top, sorted by position. "*"
+        follows the text of one that can take the focus, "!" that of the one that has it."""
         found = [each for kind in _PRESSED for each in (piece or self.top).all(kind)]
         return [" ".join(each.words) + ("*" if each.focusable else "") + ("!" if each.focused else "")
                 for each in sorted(found, key=lambda each: (each.y, each.x))]
 
     @property
     def focus(self):
-        """The text of what has the focus: of a list that of its row. None when nothing has it that a
-        person could press."""
+        """The text of what has the focus; for a list, of its focused row. None if nothing that can be pressed
+        has it."""
         for each in self.window.all("genlist"):
             if each.focused:
                 return next((row.text for row in each.all("row") if row.focused), None)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""One whole set: bus, daemon, screen, window manager and program, in one folder."""
+"""A whole virtual set: bus, daemon, screen, window manager and program, in one folder."""
 
 import contextlib
 import os
@@ -18,10 +18,9 @@ RESTART_WINDOW = 60.0
 
 
 class VirtualSet:
-    """A set that runs between __enter__ and __exit__. FOLDER has been made; LOCALES is a folder that sets
-    share. SCENARIO is what the daemon plays, in the place of the folder's own. MONITOR is a screen of the
-    set's size that other sets use before and after it; without one the set has its own. Whoever holds the
-    set may end its bus to see what follows."""
+    """A set that runs between __enter__ and __exit__. FOLDER is complete; LOCALES is a folder that sets
+    share. SCENARIO replaces the folder's own. MONITOR is a screen of the set's size that other sets use
+    before and after it; without it the set starts its own. A test may end the bus."""
 
     _PASSED = ("PATH", "TERM", "USER", "LOGNAME", "PULSE_SERVER", "LD_LIBRARY_PATH", "ELM_MODULES",
                "CANBERRA_DRIVER", "VIRTUAL_SET_STALL_SECONDS", "VIRTUAL_SET_SOUNDS")
@@ -52,12 +51,12 @@ class VirtualSet:
         self.close()
 
     def _start(self):
-        # A log elsewhere is for whoever named it to clear.
+        # A log outside the folder is the caller's to clear.
         for path in (self.folder.file("zolt.log"), self.folder.file("daemon.log")):
             if os.path.exists(path):
                 os.remove(path)
         self.folder.make_locales(self._locales)
-        # Sockets need short and plain names, which neither a build folder nor TMPDIR may have.
+        # Sockets need short, plain paths; those of the build folder and TMPDIR may be neither.
         self._private = PrivateFolder()
         os.symlink(self._locales, self._locales_link)
         self.start_bus()
@@ -69,12 +68,12 @@ class VirtualSet:
 
     @property
     def _locales_link(self):
-        # A colon parts the folders of LOCPATH from one another, and the path of a tree may have one.
+        # A colon separates the folders in LOCPATH, so the path in it must have none.
         return os.path.join(self.private, "locales")
 
     @property
     def private(self):
-        """The folder of the sockets, for as long as the set is on."""
+        """The folder of the sockets; None when the set does not run."""
         return self._private and self._private.path
 
     def start_bus(self):
@@ -92,13 +91,13 @@ class VirtualSet:
 
     @staticmethod
     def _quoted(word):
-        """WORD as the bus reads it from the command line of a service: quoted as for a shell, and
-        then with its backslashes doubled, as in any value of a service file."""
+        """WORD for the command line in a service file of the bus: quoted as for a shell, then with its
+        backslashes doubled, as in any value of such a file."""
         return ("'" + word.replace("'", "'\"'\"'") + "'").replace("\\", "\\\\")
 
     def environment(self):
-        """What the set's processes see. A person's own settings reach a set only through its
-        description and what the virtual set's page offers."""
+        """The environment of the set's processes. Settings of the user affect a set only through its
+        description and the variables in platform/host/README.md."""
         environment = {name: value for name, value in os.environ.items()
                        if name in self._PASSED
                        or name.startswith(("ASAN_", "UBSAN_", "LSAN_", "TSAN_", "GCOV_"))}
@@ -113,7 +112,7 @@ class VirtualSet:
             "FONTCONFIG_FILE": os.path.join(_ROOT, "platform", "host", "fonts.conf"),
             "EINA_LOG_LEVEL": "1",
             "EINA_LOG_BACKTRACE": "-1",
-            # What is drawn on request (rest) must not wait for a thread that draws already.
+            # rest() forces a redraw, which must not wait for a drawing thread.
             "ECORE_EVAS_FORCE_SYNC_RENDER": "1",
             "ELM_DISPLAY": "x11",
             "ELM_ENGINE": "x11",
@@ -127,7 +126,7 @@ class VirtualSet:
         return environment
 
     def _runtime_folder(self):
-        # The sound server of a person who plays is found there.
+        # The user's sound server is found there.
         if self._nested and os.environ.get("XDG_RUNTIME_DIR"):
             return os.environ["XDG_RUNTIME_DIR"]
         return self.private
@@ -142,14 +141,14 @@ class VirtualSet:
                              pass_fds=[self._private.hold])
 
     def supervise(self, stay=lambda: True):
-        """Runs the program, or goes on with the one that was started, until it ends in an orderly way,
-        and starts it again after any other end, at most three times in a minute. Returns its exit
-        status; None when its screen was closed or STAY no longer holds."""
+        """Runs the program, unless it runs already, until it ends with status 0. Restarts it after any other
+        end, at most three times in a minute. Returns its exit status; None if its screen was closed or STAY
+        returned false."""
         if not self.program:
             self.start_program()
         while True:
             status = self._wait_for_end(stay)
-            # A program whose screen is closed may notice first, and end in one way or another.
+            # A program whose screen is closed may end before we notice, with any status.
             if status is None or not self.monitor.answers():
                 return None
             if status == 0:
@@ -173,25 +172,26 @@ class VirtualSet:
         return self.program.status
 
     def control(self, *words):
-        """Sends a control verb to the running set; returns what it answers."""
+        """Sends a control verb to the running set and returns the answer."""
         return control.ask(self.folder.path, *words)
 
     def rest(self):
-        """Waits until the program has done and drawn all that it was told so far, and its newest window has
-        the keyboard. Drawing puts off work for the next turn of the main loop, which may draw again."""
+        """Waits until the program has handled and drawn everything so far, and its newest window has the
+        keyboard. Repeats, because drawing can schedule work for the next iteration of the main loop, which
+        may draw again."""
         for wait in (self.remote.wait_for_window_manager, lambda: None):
             for _ in range(3):
                 self.control("draw")
             wait()
 
     def wait_for_log(self, pattern, after=0, seconds=120, journal=None):
-        """Waits for a line of the log, and fails at once when the program ends without it."""
+        """Waits for a line of the log. Fails at once if the program ends without it."""
         journal = journal or self.log
         return self.wait_while_running(lambda: journal.find(pattern, after), seconds,
                                        f"{pattern!r} in {os.path.basename(journal.path)}")
 
     def wait_while_running(self, condition, seconds, what):
-        """Waits for CONDITION, and fails at once when the program ends without it."""
+        """Waits for CONDITION. Fails at once if the program ends without it."""
         def seen():
             found = condition()
             if not found and self.program.status is not None:
@@ -207,7 +207,7 @@ class VirtualSet:
         return self.program.status
 
     def close(self):
-        # One after the other, the last first, and all of them also when a signal comes in between.
+        # In reverse order, and all of them even if a signal interrupts one.
         with contextlib.ExitStack() as steps:
             if self._private:
                 steps.callback(self._private.close)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Walks: the flows of the program, gone through with real keys, a picture for each step."""
+"""Walks: scripted runs of the program's flows with real keys and a screenshot of each step."""
 
 import os
 import re
@@ -15,7 +15,7 @@ SOUND_MOVE = r"Playing AUI sound \[AUISoundType: 0\]"
 
 
 class Walk:
-    """One person in front of one running set, who presses keys, looks, and keeps the pictures."""
+    """Operates one running set as a person would, and keeps screenshots."""
 
     def __init__(self, running_set, out, say=print, patience=120):
         self.set = running_set
@@ -23,13 +23,13 @@ class Walk:
         self.patience = patience
         self.pictures = []
         self._say = say
-        self._events = 0  # of the daemon, awaited so far
+        self._events = 0  # events of the daemon so far
         self._released = 0
         self._started = time.monotonic()
 
     def press(self, key, *expected):
-        """Presses KEY once the program waits for one, as a person would, and waits until the log holds all
-        EXPECTED lines, in any order. Returns the match of the last one."""
+        """Presses KEY once the program is idle, and waits until the log contains all EXPECTED lines, in any
+        order. Returns the match of the last one."""
         self.set.rest()
         mark = self.set.log.mark()
         self.set.remote.press(key)
@@ -39,7 +39,7 @@ class Walk:
         return found
 
     def look(self, name, text):
-        """Takes the picture of a step, once the screen has come to rest."""
+        """Takes the screenshot of a step, once nothing is drawn any more."""
         number = len(self.pictures) + 1
         path = os.path.join(self.out, f"{number:02d}-{name}.png")
         self.set.rest()
@@ -58,8 +58,8 @@ class Walk:
         return screen
 
     def await_event(self):
-        """Waits for the next event of the daemon. One that the daemon holds back is released: a course that
-        holds its events shows each waiting screen for as long as its picture takes."""
+        """Waits for the next event of the daemon, and releases it if the daemon holds it back. Scenarios of
+        walks hold all events, so that each waiting screen is shown until its screenshot is taken."""
         journal = self.set.daemon_log
 
         def held_or_sent():
@@ -75,7 +75,7 @@ class Walk:
         self._events += 1
 
     def wait_for(self, pattern, after=0):
-        """Waits for a line of the log after the place AFTER."""
+        """Waits for a line of the log from index AFTER on."""
         return self.set.wait_for_log(pattern, after, self.patience)
 
     def wait_for_screen(self, after):
@@ -96,7 +96,7 @@ def received_document(running_set):
 
 
 def _unescaped(text):
-    """TEXT of the daemon's journal as it was before it went on one line."""
+    """TEXT without the escapes with which the daemon writes it on one line."""
     plain = {"n": "\n", "r": "\r", "\\": "\\"}
     return re.sub(r"\\([nr\\])", lambda found: plain[found.group(1)], text)
 
@@ -112,7 +112,7 @@ def _pick_entry(walk, level):
 
 
 def _walk_down(walk, screen):
-    """From the first screen after the list arrived to the confirmation."""
+    """From SCREEN, the first after the list arrived, to the confirmation."""
     level = 1
     while screen == "ShopListScreen":
         walk.look(f"level-{level}", f"level {level}: the set asks for an entry")
@@ -126,7 +126,7 @@ def _walk_down(walk, screen):
 
 
 def _first_menu(walk, expected="MainMenuUnregisteredScreen"):
-    """Starts the program and looks at its first menu."""
+    """Starts the program and takes a screenshot of its first menu."""
     screen = walk.start()
     if screen != expected:
         raise SetError(f"the first screen is {screen}, where {expected} should be")
@@ -135,7 +135,8 @@ def _first_menu(walk, expected="MainMenuUnregisteredScreen"):
 
 
 def _search(walk):
-    """From the first menu to the search in the local network. Returns the place in the log."""
+    """From the first menu to the search in the local network. Returns the index in the log before the
+    search."""
     walk.press("Down", SOUND_MOVE)
     walk.look("menu-existing", "the existing registration has the focus")
     mark = walk.set.log.mark()
@@ -146,7 +147,8 @@ def _search(walk):
 
 
 def _request_pin(walk):
-    """From the first menu to the answer to the request of a PIN. Returns the place in the log."""
+    """From the first menu to the daemon's answer to the PIN request. Returns the index in the log before
+    it."""
     mark = walk.set.log.mark()
     walk.press("Return", r"Called .*pinRequestingScreenRequested", r"Called .*requestPincode\(")
     walk.look("pin-requested", "the set asks for a PIN")
@@ -155,7 +157,8 @@ def _request_pin(walk):
 
 
 def _show_pin(walk):
-    """From the first menu to the PIN. Returns the place in the log."""
+    """From the first menu to the result of the PIN's verification. Returns the index in the log before the
+    request."""
     mark = _request_pin(walk)
     walk.wait_for(r"Called .*requestPincodeVerification", mark)
     walk.look("pin", "the set shows the PIN and waits for its verification")
@@ -181,7 +184,7 @@ def _quit(walk):
 
 
 def _fail(walk, mark, text):
-    """The failure popup that comes after the place MARK, and its button."""
+    """Waits for the failure popup after index MARK, and presses its button."""
     walk.wait_for(r"Called .*showNetworkFailurePopup", mark)
     walk.look("failed", text)
     _quit(walk)
@@ -207,7 +210,7 @@ def new(walk):
 
 
 def information(walk):
-    """The registration looked at, and back to the menu."""
+    """The registration information, and back to the menu."""
     _first_menu(walk, "MainMenuRegisteredScreen")
     for name, text in (("menu-deregister", "the deregistration has the focus"),
                        ("menu-information", "the registration information has the focus")):
@@ -222,7 +225,7 @@ def information(walk):
 
 
 def change(walk):
-    """A change: the registration is deleted, and the menu of a new one lies above the old menu."""
+    """A change: the registration is deleted, and the menu for a new one is shown above the old menu."""
     _first_menu(walk, "MainMenuRegisteredScreen")
     walk.press("Return", r"Called .*RegistrationInfoDeletionPopup")
     walk.look("question", "the set asks whether to delete the registration")
@@ -237,7 +240,7 @@ def change(walk):
 
 
 def deregister(walk):
-    """A deregistration, asked for and carried out."""
+    """A deregistration."""
     _first_menu(walk, "MainMenuRegisteredScreen")
     walk.press("Down", SOUND_MOVE)
     walk.press("Return", r"Called .*showDeregistrationPopup")
@@ -252,7 +255,7 @@ def deregister(walk):
 
 
 def declined(walk):
-    """Both questions of the menu, declined with Back."""
+    """Both questions of the menu, answered "no" with Back."""
     _first_menu(walk, "MainMenuRegisteredScreen")
     for steps, popup, name in ((0, "RegistrationInfoDeletionPopup", "change"),
                                (1, "showDeregistrationPopup", "deregister")):
@@ -282,7 +285,7 @@ def not_found(walk):
 
 
 def pin_expired(walk):
-    """A PIN that nobody verifies in time."""
+    """A PIN that is not verified in time."""
     _first_menu(walk)
     _fail(walk, _show_pin(walk), "the time for the PIN has run out")
 
@@ -317,7 +320,7 @@ def unstable(walk):
 
 
 def unanswered(walk):
-    """A failure that nobody answers: the program ends after a minute, which the set's clock is put forward."""
+    """A failure popup that nobody closes: the program ends after a minute on the set's clock."""
     _first_menu(walk)
     mark = _request_pin(walk)
     walk.wait_for(r"Called .*showNetworkFailurePopup", mark)
@@ -335,12 +338,12 @@ def closed(walk):
 
 
 class Plan:
-    """A walk, the course that the daemon plays for it, and whether the set begins tied to a shop."""
+    """A walk, the daemon's scenario for it, and whether the set starts with a registration."""
 
     def __init__(self, function, registered=False, **scenario):
         self.function = function
         self.registered = registered
-        # Events wait for the pictures of the screens that wait for them.
+        # Holds each event until the screenshot of its waiting screen is taken.
         self.scenario = {**scenario, "daemon": {"hold": "true", **scenario.get("daemon", {})}}
 
     @property
@@ -348,7 +351,7 @@ class Plan:
         return self.function.__doc__
 
     def scenario_text(self):
-        """The key file of the daemon's course."""
+        """The scenario as a key file."""
         return "".join(f"[{group}]\n" + "".join(f"{key}={value}\n" for key, value in values.items())
                        for group, values in self.scenario.items())
 
