@@ -15,7 +15,7 @@ class AUIPlayerTest : public support::GuiFixture {
     AUIPlayer m_player;
 };
 
-TEST_F(AUIPlayerTest, EachSoundPlaysItsPatternAndFourtyFourStaysUnused) {
+TEST_F(AUIPlayerTest, EachSoundPlaysItsPatternAndPattern44IsUnused) {
     for (AUISoundType type :
          {AUI_SOUND_MOVE, AUI_SOUND_BACK, AUI_SOUND_BLOCKED, AUI_SOUND_SELECT, AUI_SOUND_POPUP}) {
         EXPECT_EQ(0, m_player.play(type));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Verbs for tests of screens: real widgets on the toolkit's buffer engine, and keys fed to them.
+// Base of the tests of screens: real widgets on the toolkit's buffer engine, and keys fed to them.
 #include "gui/GuiFixture.h"
 
 #include <algorithm>
@@ -127,7 +127,7 @@ void GuiFixture::translate(const std::vector<std::pair<std::string, std::string>
     const std::string input = m_folder.write("ZOLT.po", source);
     const std::string output = m_folder.write("xx/LC_MESSAGES/ZOLT.mo", "");
     ASSERT_EQ(0, runProgram({"msgfmt", "-o", output, input}).status);
-    // Any locale but the plain C one lets the variable choose the catalogue.
+    // The variable chooses the catalogue in any locale but "C".
     m_translated = true;
     setenv("LANGUAGE", "xx", 1);
     ASSERT_NE(nullptr, std::setlocale(LC_ALL, "C.UTF-8"));
@@ -184,7 +184,7 @@ std::string GuiFixture::iconOf(Evas_Object* button) {
 }
 
 std::vector<Evas_Object*> GuiFixture::childrenOf(Evas_Object* layout, const char* part) {
-    // The constant is the toolkit's own way to give a part that is not to be changed.
+    // This constant of the toolkit means that the part is not changed.
     auto* box =
         const_cast<Evas_Object*>(edje_object_part_object_get(elm_layout_edje_get(layout), part));
     std::vector<Evas_Object*> children;
@@ -211,7 +211,7 @@ void GuiFixture::noteEvent(Evas_Object* object, Evas_Callback_Type event, const 
         std::string name;
         std::vector<std::string>& order;
     };
-    // Kept to the end of the process: what is deleted may tell of more than its deletion.
+    // Kept to the end of the process: a deleted object may still send events.
     static std::vector<std::unique_ptr<Note>> notes;
     notes.push_back(std::make_unique<Note>(Note{name, order}));
     evas_object_event_callback_add(
@@ -297,7 +297,7 @@ bool GuiFixture::endsMainLoop(const std::function<void()>& action) {
         bool ranOn = false;
     } run{action};
     ecore_job_add([](void* data) { static_cast<Run*>(data)->action(); }, &run);
-    // A loop that was told to end does not come to its timers any more.
+    // A loop that is about to end runs no more timers.
     Ecore_Timer* timer = ecore_timer_add(
         0.01,
         [](void* data) -> Eina_Bool {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Verbs for tests of screens: real widgets on the toolkit's buffer engine, and keys fed to them.
+// Base of the tests of screens: real widgets on the toolkit's buffer engine, and keys fed to them.
 #pragma once
 
 #include <functional>
@@ -17,7 +17,7 @@
 
 namespace support {
 
-// Where an object stands and how large it is, in pixels.
+// Position and size of an object, in pixels.
 struct Box {
     int x = 0;
     int y = 0;
@@ -25,8 +25,8 @@ struct Box {
     int height = 0;
 };
 
-// Each test gets a good set, a configuration of its own and clean state in the program's classes.
-// A line at warning priority that the test did not announce fails the test.
+// Each test gets a working television, its own configuration and clean state in the program's
+// classes. A line at warning priority that the test did not announce fails the test.
 class GuiFixture : public ::testing::Test {
   protected:
     void SetUp() override;
@@ -39,19 +39,18 @@ class GuiFixture : public ::testing::Test {
     void announceWarning(const std::string& message, int count = 1);
     // Whether the program logged MESSAGE at debug priority in its ordinary buffer.
     static bool logged(const std::string& message);
-    // How often a function of the program was entered, by its bare name; of all that bear the name,
-    // or of one source file's only.
+    // How often functions of the program with this unqualified name were entered; with FILE only
+    // those of that source.
     static int entered(const std::string& function, const std::string& file = "");
 
     // --- the configuration
     // Replaces the value of a key and reads the configuration anew.
     void configure(const std::string& key, const std::string& value);
     static std::string themeFolder();
-    // Makes these the texts behind the ids, to the end of the test. Without it every id stands for
-    // itself.
+    // Uses these texts for the ids until the test ends. Without it every id is its own text.
     void translate(const std::vector<std::pair<std::string, std::string>>& catalogue);
 
-    // --- the parts of a screen, which its class keeps to itself
+    // --- the protected parts of a screen
     static Evas_Object* windowOf(const ZOLT::GUI::Screen& screen);
     static Evas_Object* layoutOf(const ZOLT::GUI::Screen& screen);
     static Evas_Object* widgetOf(const ZOLT::GUI::Popup& popup);
@@ -71,7 +70,7 @@ class GuiFixture : public ::testing::Test {
     static bool looksFocused(Evas_Object* button);
     // The widget that has the focus in the window of OBJECT.
     static Evas_Object* focusedIn(Evas_Object* object);
-    // Adds NAME to ORDER, which outlives OBJECT, whenever EVENT comes to OBJECT.
+    // Adds NAME to ORDER, which must outlive OBJECT, whenever OBJECT gets EVENT.
     static void noteEvent(Evas_Object* object, Evas_Callback_Type event, const std::string& name,
                           std::vector<std::string>& order);
     static Box geometryOf(const Evas_Object* object);
@@ -79,24 +78,25 @@ class GuiFixture : public ::testing::Test {
     static Box maximumOf(const Evas_Object* object);
 
     // --- doing
-    // Gives the window of SCREEN, which is shown, the keyboard.
+    // Gives the keyboard to the window of SCREEN, which must be shown.
     static void activate(const ZOLT::GUI::Screen& screen);
     // Presses and releases a key on the canvas of OBJECT and lets the main loop settle.
     static void press(Evas_Object* object, const std::string& key);
     static void keyDown(Evas_Object* object, const std::string& key);
     static void keyUp(Evas_Object* object, const std::string& key);
-    // Turns the main loop until nothing is left to do at once.
+    // Runs the main loop until no work is pending.
     static void settle();
-    // Lets the canvas of OBJECT draw two frames: a list makes its rows only for a frame.
+    // Lets the canvas of OBJECT draw two frames: a list makes its rows only when it is drawn.
     static void draw(Evas_Object* object);
-    // Turns the main loop until PREDICATE holds; false when the deadline came first.
+    // Runs the main loop until PREDICATE is true; false at the deadline.
     static bool turnUntil(const std::function<bool()>& predicate);
-    // Whether ACTION, called inside a running main loop, ends that loop. ACTION turns no loop.
+    // Whether ACTION, called inside a running main loop, ends that loop. ACTION must not run the
+    // loop.
     static bool endsMainLoop(const std::function<void()>& action);
-    // Feeds a key to the canvas of OBJECT and turns no loop.
+    // Feeds a key to the canvas of OBJECT without running the main loop.
     static void feedKeyDown(Evas_Object* object, const std::string& key);
     static void feedKeyUp(Evas_Object* object, const std::string& key);
-    // Tries whether WIDGET takes the focus; the toolkit's own answer counts a button's icon in.
+    // Tries whether WIDGET takes the focus. The toolkit's own query also counts a button's icon.
     static bool takesFocus(Evas_Object* widget);
 
   private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Handles of widgets that the toolkit deletes on its own.
+// Handles of widgets that are deleted by the toolkit.
 #include "gui/GuiFixture.h"
 #include "gui/Handle.h"
 
@@ -82,7 +82,7 @@ TEST_F(HandleTest, ReadsAsNullAndDeletesNothingOnceTheToolkitIsLost) {
     setToolkitLost(false);
     EXPECT_EQ(nullptr, handle);
     EXPECT_EQ(widget, other);
-    evas_object_del(widget);  // while both are there: the lost toolkit could not be told to forget
+    evas_object_del(widget);  // while the handle exists: it cannot unregister from a lost toolkit
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The popup that waits: its table, its sizes, its text and its circle.
+// The loading popup: its table, its sizes, its text and its circle.
 #include <memory>
 #include <utility>
 
@@ -13,7 +13,7 @@ namespace {
 
 using namespace ZOLT::GUI;
 
-// Lets the tests at what the popup keeps to its family.
+// Gives the tests access to protected members.
 class OpenLoadingPopup : public LoadingPopup {
   public:
     using LoadingPopup::LoadingPopup;
@@ -61,7 +61,7 @@ TEST_F(LoadingPopupTest, ATableWithAMarginAndTheCircleIsItsContent) {
     EXPECT_EQ("c_progress_circle_normal", styleOf(m_popup->progress()));
 }
 
-TEST_F(LoadingPopupTest, SizesAreSharesOfTheScreenCutTowardZero) {
+TEST_F(LoadingPopupTest, SizesAreFractionsOfTheScreenRoundedDown) {
     struct Row {
         int width;
         int height;
@@ -82,7 +82,7 @@ TEST_F(LoadingPopupTest, SizesAreSharesOfTheScreenCutTowardZero) {
     }
 }
 
-TEST_F(LoadingPopupTest, ItsTextStandsBesideTheCircleWithoutALimitOrMarkup) {
+TEST_F(LoadingPopupTest, ItsTextIsBesideTheCircleWithoutALimitOrMarkup) {
     const std::string text(700, 'a');
     m_popup->setText(text.c_str(), "popup/LoadingPopup");
     EXPECT_EQ(text, textOf(cell(2)));
@@ -105,7 +105,7 @@ TEST_F(LoadingPopupTest, ItsTextFollowsALaterChangeOfLanguage) {
     EXPECT_EQ("Some words", textOf(cell(2)));
 }
 
-TEST_F(LoadingPopupTest, ItsTextIsHandedToSpeechAsNewAndUnread) {
+TEST_F(LoadingPopupTest, ItsTextIsAnnouncedToTheScreenReader) {
     translate({{"SID_ANY", "Some words"}});
     Controller::m_wasLabelRead = true;
     m_popup->setText("SID_ANY", "popup/LoadingPopup");
@@ -120,7 +120,7 @@ TEST_F(LoadingPopupTest, ItsCircleIsStartedOnce) {
               toolkit.callsOf("elm_progressbar_pulse"));
 }
 
-TEST_F(LoadingPopupTest, ItsButtonsHaveTheirStyleAndNoGreatestSize) {
+TEST_F(LoadingPopupTest, ItsButtonsHaveTheirStyleAndNoMaximumSize) {
     m_popup->addButton(
         "SID_OK", [](void*, Evas_Object*, void*) {}, nullptr, nullptr);
     Evas_Object* button = partOf(widgetOf(*m_popup), "button1");
@@ -131,7 +131,7 @@ TEST_F(LoadingPopupTest, ItsButtonsHaveTheirStyleAndNoGreatestSize) {
     EXPECT_EQ(1, m_popup->getButtonCount());
 }
 
-TEST_F(LoadingPopupTest, StoppingTheCircleSignalsItAndLeavesItInItsPlace) {
+TEST_F(LoadingPopupTest, StoppingTheCircleSignalsItAndKeepsItInItsPart) {
     int heard = 0;
     elm_layout_signal_callback_add(
         m_popup->progress(), "stop_pulse", "elm",

@@ -24,7 +24,7 @@ struct Button {
     const char* text;
     const char* icon;
     const char* mirroredIcon;
-    const char* callback;  // the bare name of the function that a click enters
+    const char* callback;  // the unqualified name of the function that a click calls
 };
 
 struct Menu {
@@ -150,8 +150,8 @@ TEST_P(MenuTest, DownLeadsThroughAllButtonsAndUpBackAgain) {
     }
 }
 
-// Most callbacks throw without a flow, and the toolkit does not outlive that: each is called in a
-// process of its own, which tells by its status whether it was entered.
+// Most callbacks throw without a flow, which makes the toolkit unusable: each is called in its own
+// process, whose exit status says whether it was entered.
 TEST_P(MenuTest, EachButtonCallsBack) {
     const auto screen = GetParam().make();
     for (const Button& row : buttons()) {

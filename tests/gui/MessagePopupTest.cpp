@@ -48,7 +48,7 @@ TEST_F(MessagePopupTest, ItsTextIsCentredAndShown) {
     EXPECT_TRUE(evas_object_visible_get(label()));
 }
 
-TEST_F(MessagePopupTest, ItsTextIsTranslatedForTheEyeAndForTheEar) {
+TEST_F(MessagePopupTest, ItsTextIsTranslatedOnTheScreenAndForSpeech) {
     translate({{"SID_ANY", "Some words"}});
     Controller::m_wasLabelRead = true;
     EXPECT_EQ("<align=center>Some words</align>", shown("SID_ANY"));
@@ -78,7 +78,7 @@ TEST_F(MessagePopupTest, ALongerTextIsCutAndLosesItsClosingTag) {
 }
 
 TEST_F(MessagePopupTest, ACutInTheMiddleOfACharacterDoesNoHarm) {
-    std::string text = "x";  // so that the cut falls between the bytes of a character
+    std::string text = "x";  // so that the text is cut inside a character
     for (int count = 0; count < 300; ++count) {
         text += "\xED\x95\x9C";
     }

@@ -55,7 +55,7 @@ TEST_F(PinDisplayingScreenTest, ItsButtonQuits) {
         endsMainLoop([button] { evas_object_smart_callback_call(button, "clicked", nullptr); }));
 }
 
-TEST_F(PinDisplayingScreenTest, TheVersionStandsBehindABlankAColonAndABlank) {
+TEST_F(PinDisplayingScreenTest, TheVersionFollowsABlankAColonAndABlank) {
     translate({{"SID_SOFTWARE_VERSION", "Software"}});
     const PinDisplayingScreen screen("12345678", "", 1920, 1080);
     EXPECT_EQ("Software : 1.2.3", textOf(layoutOf(screen), "SoftwareVersion"));
@@ -82,7 +82,7 @@ TEST_F(PinDisplayingScreenTest, AChangeOfLanguageCallsBackWithTheIdOfTheVersion)
     EXPECT_EQ("Software : 1.2.3", textOf(layoutOf(*screen), "SoftwareVersion"));
 }
 
-TEST_F(PinDisplayingScreenTest, WithoutARegistrationItSaysSoInTheSetsLanguage) {
+TEST_F(PinDisplayingScreenTest, WithoutARegistrationItSaysSoInTheLanguageOfTheTV) {
     const PinDisplayingScreen screen("12345678", "", 1920, 1080);
     EXPECT_EQ("TV_SID_UNREGISTERED", textOf(layoutOf(screen), "RegistrationInfo"));
     translate({{"TV_SID_UNREGISTERED", "Not registered"}});
@@ -90,7 +90,7 @@ TEST_F(PinDisplayingScreenTest, WithoutARegistrationItSaysSoInTheSetsLanguage) {
     EXPECT_EQ("Not registered", textOf(layoutOf(translatedScreen), "RegistrationInfo"));
 }
 
-TEST_F(PinDisplayingScreenTest, ARegistrationStandsAsItIs) {
+TEST_F(PinDisplayingScreenTest, ARegistrationIsShownUnchanged) {
     translate({{"TV_SID_UNREGISTERED", "Not registered"}});
     const PinDisplayingScreen screen("12345678", "TV_SID_UNREGISTERED", 1920, 1080);
     EXPECT_EQ("TV_SID_UNREGISTERED", textOf(layoutOf(screen), "RegistrationInfo"));
@@ -107,7 +107,7 @@ TEST_F(PinDisplayingScreenTest, LeftToRightTheNameOfThePinComesFirst) {
     }
 }
 
-TEST_F(PinDisplayingScreenTest, APinWithSignsOfMarkupIsShownAndSpokenAsItWasSent) {
+TEST_F(PinDisplayingScreenTest, APinWithMarkupIsShownAndSpokenAsItWasSent) {
     translate({{"TV_SID_PIN_CODE", "PIN"}});
     for (const auto& [orientation, place] : {std::pair(0, 2), std::pair(1, 0)}) {
         platform().setOrientation(orientation);
@@ -140,7 +140,7 @@ TEST_F(PinDisplayingScreenTest, ThePinIsSpokenCharacterByCharacter) {
     EXPECT_FALSE(Controller::m_wasLabelRead);
 }
 
-TEST_F(PinDisplayingScreenTest, OfNineCharactersAllAreShownAndEightAreSpoken) {
+TEST_F(PinDisplayingScreenTest, AllOfNineCharactersAreShownAndEightAreSpoken) {
     const PinDisplayingScreen screen("123456789", "", 1920, 1080);
     EXPECT_EQ("123456789", textsOf(screen).at(2));
     EXPECT_EQ("TV_SID_PIN_CODE, 1, 2, 3, 4, 5, 6, 7, 8", Controller::m_currentLabelText);

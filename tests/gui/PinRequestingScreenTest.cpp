@@ -60,7 +60,7 @@ TEST_F(PinRequestingScreenTest, ItsTwoLinesAreSpokenAsOne) {
     EXPECT_EQ("Connecting.Please wait.", support::spoken());
 }
 
-TEST_F(PinRequestingScreenTest, StoppingTheCircleSignalsItAndLeavesItInItsPlace) {
+TEST_F(PinRequestingScreenTest, StoppingTheCircleSignalsItAndKeepsItInItsPart) {
     PinRequestingScreen screen(1920, 1080);
     Evas_Object* circle = childrenOf(layoutOf(screen), "animationBox").front();
     int heard = 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What all popups share: showing, hiding, going, buttons, keys and the timeout.
+// What all popups share: show, hide, destroy, buttons, keys and the timeout.
 #include <memory>
 
 #include <gmock/gmock.h>
@@ -56,7 +56,7 @@ class PopupTest : public support::GuiFixture {
     std::unique_ptr<Screen> m_screen;
 };
 
-TEST_F(PopupTest, AKeyWithoutInformationIsRefusedBeforeAnybodyLooksAtThePopup) {
+TEST_F(PopupTest, AKeyWithoutInformationIsRefusedBeforeThePopupIsUsed) {
     announceWarning("Incorrect callback call - no event info", 2);
     LoadingPopup loading(layoutOf(*m_screen), "c_popup_bottom", 1920, 1080);
     Popup::onKeyPress(static_cast<Popup*>(&loading), nullptr, nullptr, nullptr);
@@ -80,7 +80,7 @@ TEST_F(PopupTest, HasTheProgramsTitleUntilItGetsAnother) {
     EXPECT_EQ("Pick one", textOf(widgetOf(*popup), "title,text"));
 }
 
-TEST_F(PopupTest, ARectangleOfTheScreensSizeDimsWhatLiesBeneath) {
+TEST_F(PopupTest, ARectangleOfTheScreensSizeDimsTheScreen) {
     const auto popup = popupOf(1280, 720);
     int red = -1;
     int green = -1;
@@ -92,7 +92,7 @@ TEST_F(PopupTest, ARectangleOfTheScreensSizeDimsWhatLiesBeneath) {
     EXPECT_EQ(720, geometryOf(backgroundOf(*popup)).height);
 }
 
-TEST_F(PopupTest, StandsAtAPlaceOfItsOwnAtTwoSizesOfScreenOnly) {
+TEST_F(PopupTest, HasAPositionOfItsOwnAtTwoScreenSizesOnly) {
     EXPECT_EQ(0, geometryOf(widgetOf(*popupOf(1920, 1080))).x);
     EXPECT_EQ(0, geometryOf(widgetOf(*popupOf(1920, 1080))).y);
     EXPECT_EQ(334, geometryOf(widgetOf(*popupOf(1280, 720))).x);
@@ -106,7 +106,7 @@ TEST_F(PopupTest, StandsAtAPlaceOfItsOwnAtTwoSizesOfScreenOnly) {
     }
 }
 
-TEST_F(PopupTest, ShowAndHideTurnItAndItsRectangleOnAndOffWithoutLoss) {
+TEST_F(PopupTest, CanBeShownAndHiddenAgainWithItsRectangleAndButtons) {
     const auto popup = popupOf(1920, 1080);
     addOk(*popup);
     Evas_Object* widget = widgetOf(*popup);
@@ -124,7 +124,7 @@ TEST_F(PopupTest, ShowAndHideTurnItAndItsRectangleOnAndOffWithoutLoss) {
     EXPECT_EQ("SID_OK", textOf(buttonOf(*popup, 1)));
 }
 
-TEST_F(PopupTest, ItsRectangleComesAndGoesAheadOfItAndIsDeletedAfterIt) {
+TEST_F(PopupTest, ItsRectangleIsShownAndHiddenBeforeItAndDeletedAfterIt) {
     const auto popup = popupOf(1920, 1080);
     std::vector<std::string> order;
     for (const auto& [event, name] :
@@ -143,7 +143,7 @@ TEST_F(PopupTest, ItsRectangleComesAndGoesAheadOfItAndIsDeletedAfterIt) {
     EXPECT_THAT(order, ElementsAre("popup deleted", "rectangle deleted"));
 }
 
-TEST_F(PopupTest, DestroyRemovesTheWidgetsAndMayBeFollowedByAnything) {
+TEST_F(PopupTest, DestroyRemovesTheWidgetsAndLaterCallsAreSafe) {
     const auto popup = popupOf(1920, 1080);
     popup->show();
     popup->destroy();
@@ -163,7 +163,7 @@ TEST_F(PopupTest, WithoutAParentItThrows) {
     }
 }
 
-// The rectangles on the canvas of OBJECT that dim what lies beneath, from the lowest up.
+// The dimming rectangles on the canvas of OBJECT, lowest first.
 std::vector<Evas_Object*> dimmingRectangles(Evas_Object* object) {
     std::vector<Evas_Object*> found;
     for (Evas_Object* each = evas_object_bottom_get(evas_object_evas_get(object)); each != nullptr;
@@ -177,7 +177,7 @@ std::vector<Evas_Object*> dimmingRectangles(Evas_Object* object) {
     return found;
 }
 
-TEST_F(PopupTest, WithoutAPopupWidgetItThrowsAndItsRectangleStaysBehindUnseen) {
+TEST_F(PopupTest, WithoutAPopupWidgetItThrowsAndItsRectangleRemainsHidden) {
     ASSERT_THAT(dimmingRectangles(layoutOf(*m_screen)), IsEmpty());
     support::ToolkitWatch toolkit;
     toolkit.refuse("elm_popup_add");
@@ -227,7 +227,7 @@ TEST_F(PopupTest, AButtonCanBeGivenTheFocusAndDeniedIt) {
     EXPECT_EQ(buttonOf(*popup, 2), focusedIn(widgetOf(*popup)));
 }
 
-TEST_F(PopupTest, BlockingTakesAllButtonsOutOfReach) {
+TEST_F(PopupTest, BlockingMakesAllButtonsUnreachable) {
     const auto popup = shownWithTwoButtons();
     popup->focusButton("button1");
     EXPECT_TRUE(turnUntil([&] { return looksFocused(buttonOf(*popup, 1)); }));
@@ -240,7 +240,7 @@ TEST_F(PopupTest, BlockingTakesAllButtonsOutOfReach) {
     EXPECT_EQ(2, entered("deactivateButton"));
 }
 
-TEST_F(PopupTest, AButtonOutOfReachLooksSoUntilItHasTheFocusAgain) {
+TEST_F(PopupTest, AnUnreachableButtonLooksSoUntilItHasTheFocusAgain) {
     const auto popup = shownWithTwoButtons();
     const auto look = [&](int number) {
         return std::string(edje_object_part_state_get(elm_layout_edje_get(buttonOf(*popup, number)),
@@ -304,7 +304,7 @@ TEST_F(PopupTest, TheTimeoutCallsBackWithThePopup) {
     EXPECT_EQ(static_cast<Popup*>(popup.get()), timeoutSeen.data);
 }
 
-TEST_F(PopupTest, AShortTimeoutRunsOutByItself) {
+TEST_F(PopupTest, AShortTimeoutExpires) {
     timeoutSeen = {};
     const auto popup = popupOf(1920, 1080);
     m_screen->show();
@@ -315,7 +315,7 @@ TEST_F(PopupTest, AShortTimeoutRunsOutByItself) {
     EXPECT_TRUE(turnUntil([] { return timeoutSeen.calls == 1; }));
 }
 
-TEST_F(PopupTest, ATimeoutOfNothingIsHandedOnAsItIs) {
+TEST_F(PopupTest, ATimeoutOfZeroOrLessIsPassedOnUnchanged) {
     const auto popup = popupOf(1920, 1080);
     for (double seconds : {0.0, -1.0}) {
         popup->setTimeout(60.0, ignore);
@@ -347,7 +347,7 @@ TEST_F(PopupTest, TheReturnKeyOnALoadingPopupIsLoggedAndThePopupStays) {
     EXPECT_TRUE(evas_object_visible_get(widgetOf(*popup)));
 }
 
-TEST_F(PopupTest, TheReturnKeyOnAMessagePopupHidesItOnceWhenTheKeyComesUp) {
+TEST_F(PopupTest, TheReturnKeyOnAMessagePopupHidesItOnceWhenReleased) {
     auto* screen = m_screen.release();
     const support::ShownScreen flow(screen);
     activate(*screen);
@@ -389,7 +389,7 @@ TEST_F(PopupTest, AKeyWithoutItsEventIsLoggedAndHasNoOtherEffect) {
     EXPECT_FALSE(logged("Return on Key Press for Loading Popup"));
 }
 
-// --- the focus, which the toolkit would give back
+// --- the focus after hide
 
 TEST_F(PopupTest, AHiddenPopupGivesTheFocusBackToWhatHadIt) {
     m_screen->show();

@@ -36,9 +36,9 @@ class RegistrationInfoScreenTest : public support::GuiFixture {
             records.back().shops.push_back(shops.back().get());
         }
         m_screen = std::make_unique<RegistrationInfoScreen>(records, 1920, 1080);
-        // The shops go here, before anything is drawn.
+        // The shops are deleted here, before anything is drawn.
     }
-    // The share of spare room that a widget asks for, across and down.
+    // The weight hints of a widget, horizontal and vertical.
     static std::pair<double, double> weightOf(const Evas_Object* widget) {
         std::pair<double, double> weight;
         evas_object_size_hint_weight_get(widget, &weight.first, &weight.second);
@@ -113,12 +113,12 @@ TEST_F(RegistrationInfoScreenTest, NamesAreEncodedAndTheCodeIsNot) {
     EXPECT_EQ("<br>", textOf(rows()[1], "rightText").substr(0, 4));
 }
 
-TEST_F(RegistrationInfoScreenTest, InEnlargedModeItsGroupIsAnotherAndEveryRowIsLarger) {
+TEST_F(RegistrationInfoScreenTest, InEnlargedModeItHasAnotherGroupAndLargerRows) {
     Controller::Enlarge = 1;
     show({{"Country", "Freedonia", "01"}, {"City", "Fredville", "0102"}});
     EXPECT_EQ("RegistrationInfoWindowEnlarge", groupOf(layoutOf(*m_screen)));
     EXPECT_DOUBLE_EQ(1.2, elm_object_scale_get(layoutOf(*m_screen)));
-    // A row without a scale of its own would have that of the layout.
+    // A row without its own scale would inherit the layout's.
     elm_object_scale_set(layoutOf(*m_screen), 3.0);
     ASSERT_EQ(3U, rows().size());
     for (Evas_Object* row : rows()) {
@@ -159,7 +159,7 @@ TEST_F(RegistrationInfoScreenTest, TheScrollerIsMadeOnTheWindowAndFillsItsPart) 
     EXPECT_EQ(std::pair(1.0, 1.0), weightOf(scroller()));
 }
 
-TEST_F(RegistrationInfoScreenTest, ItsRowsStandCloseTogetherAtTheTop) {
+TEST_F(RegistrationInfoScreenTest, ItsRowsArePackedAtTheTop) {
     show({{"City", "Fredville", "0102"}});
     Evas_Object* box = partOf(scroller());
     int across = -1;
@@ -169,8 +169,9 @@ TEST_F(RegistrationInfoScreenTest, ItsRowsStandCloseTogetherAtTheTop) {
     EXPECT_EQ(std::pair(0.5, 0.0), weightOf(box));
 }
 
-// The toolkit's own calls come also from what the scroller holds.
-TEST_F(RegistrationInfoScreenTest, TheScrollerTellsWhenItGetsAndLosesTheFocus) {
+// The events are sent directly, because the toolkit also sends them for the content of the
+// scroller.
+TEST_F(RegistrationInfoScreenTest, TheScrollerCallsBackWhenItGetsAndLosesTheFocus) {
     show({{"City", "Fredville", "0102"}});
     evas_object_smart_callback_call(scroller(), "unfocused", nullptr);
     EXPECT_EQ(1, entered("unfocusedItemCb"));
@@ -180,7 +181,7 @@ TEST_F(RegistrationInfoScreenTest, TheScrollerTellsWhenItGetsAndLosesTheFocus) {
     EXPECT_EQ(1, entered("unfocusedItemCb"));
 }
 
-TEST_F(RegistrationInfoScreenTest, TheScrollerTellsOfItsKeysWhenTheyArePressed) {
+TEST_F(RegistrationInfoScreenTest, TheScrollerCallsBackForKeysWhenTheyArePressed) {
     show({{"City", "Fredville", "0102"}});
     m_screen->show();
     activate(*m_screen);
@@ -207,7 +208,7 @@ TEST_F(RegistrationInfoScreenTest, AChangeOfLanguageCallsBackWithTheIdOfTheCode)
     EXPECT_EQ("Code :", textOf(code, "leftText"));
 }
 
-TEST_F(RegistrationInfoScreenTest, TheTwoButtonsOfTheEdgeCanBeTakenAwayAndASingleOneStays) {
+TEST_F(RegistrationInfoScreenTest, ThePreviousAndNextButtonsCanBeRemovedAndASingleOneStays) {
     show({{"City", "Fredville", "0102"}});
     for (const char* part : {"prevBtn", "regBtn", "singleBtn"}) {
         m_screen->addButton(

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the program asks of the toolkit where no widget tells of it afterwards, because this toolkit
-// does the same by itself, or does nothing: a television's toolkit is another.
+// Calls to the toolkit whose effect no widget shows here, because this toolkit does the same
+// without the call, or ignores it. A television's toolkit may need them.
 #include <memory>
 #include <set>
 
@@ -36,7 +36,7 @@ class RequestsTest : public support::GuiFixture {
                (part != nullptr ? "\"" + std::string(part) + "\"" : "null") + ", " +
                ToolkitWatch::pointer(widget) + ")";
     }
-    // Of the requests for OBJECT those that begin with BEGINNING.
+    // The requests for OBJECT that begin with BEGINNING.
     static std::vector<std::string> of(const ToolkitWatch& watch, const void* object,
                                        const std::string& beginning) {
         std::vector<std::string> calls;
@@ -68,7 +68,7 @@ class RequestsTest : public support::GuiFixture {
 
 // --- screens
 
-TEST_F(RequestsTest, ALayoutIsToFillItsWindow) {
+TEST_F(RequestsTest, ALayoutIsMadeToFillItsWindow) {
     const ToolkitWatch watch;
     const MainMenuRegisteredScreen screen(1920, 1080);
     EXPECT_THAT(watch.requestsFor(layoutOf(screen)),
@@ -78,7 +78,7 @@ TEST_F(RequestsTest, ALayoutIsToFillItsWindow) {
         Contains("elm_win_resize_object_add(" + ToolkitWatch::pointer(layoutOf(screen)) + ")"));
 }
 
-TEST_F(RequestsTest, AChangeOfItsSizeHasTheLayoutMeasuredAnew) {
+TEST_F(RequestsTest, AChangeOfSizeMeasuresTheLayoutAnew) {
     const MainMenuRegisteredScreen screen(1920, 1080);
     const ToolkitWatch watch;
     Screen::onSizeChanged(nullptr, layoutOf(screen), "size,changed", "");
@@ -103,7 +103,7 @@ TEST_F(RequestsTest, AButtonIsPutBackWithItsNewText) {
     EXPECT_THAT(watch.requestsFor(layoutOf(*screen)), ElementsAre(content("selectBtn", button)));
 }
 
-TEST_F(RequestsTest, ATextWithoutAnIconGetsOneWithoutAName) {
+TEST_F(RequestsTest, ATextWithoutAnIconGetsAnIconWithAnEmptyName) {
     MainMenuRegisteredScreen screen(1920, 1080);
     const ToolkitWatch watch;
     screen.addButton("cancelBtn", "SID_ANY", EventHandler::quitRequested, nullptr, true, false);
@@ -129,7 +129,7 @@ TEST_F(RequestsTest, OneButtonOfAScreenIsAllowedTheFocusAndGivenIt) {
     EXPECT_THAT(focusOf(watch, partOf(layoutOf(registered), "deregBtn")), ElementsAre());
 }
 
-TEST_F(RequestsTest, TheDropDownTellsOfAKeyThatComesUp) {
+TEST_F(RequestsTest, TheDropDownCallsBackForAReleasedKey) {
     const ToolkitWatch watch;
     const auto screen = level();
     const Evas_Object* const dropDown = partOf(layoutOf(*screen), "selectBtn");
@@ -146,7 +146,7 @@ TEST_F(RequestsTest, APopupIsResizedToTheScreen) {
     EXPECT_THAT(watch.requestsFor(widgetOf(*popup)), Contains("evas_object_resize(1366, 768)"));
 }
 
-TEST_F(RequestsTest, OkOfAQuestionHandsThePopupToItsCallback) {
+TEST_F(RequestsTest, OkOfAQuestionPassesThePopupToItsCallback) {
     MainMenuRegisteredScreen screen(1920, 1080);
     const ToolkitWatch watch;
     for (Popup* const popup :
@@ -162,7 +162,7 @@ TEST_F(RequestsTest, OkOfAQuestionHandsThePopupToItsCallback) {
     }
 }
 
-TEST_F(RequestsTest, ADeactivatedButtonIsDeniedTheFocusAndHasItTaken) {
+TEST_F(RequestsTest, ADeactivatedButtonLosesTheFocusAndMayNotHaveIt) {
     MainMenuRegisteredScreen screen(1920, 1080);
     Popup* const popup = screen.addCompletionPopup();
     const ToolkitWatch watch;
@@ -171,7 +171,7 @@ TEST_F(RequestsTest, ADeactivatedButtonIsDeniedTheFocusAndHasItTaken) {
                 ElementsAre("elm_object_focus_allow_set(false)", "elm_object_focus_set(false)"));
 }
 
-TEST_F(RequestsTest, EveryPieceOfALoadingPopupIsShown) {
+TEST_F(RequestsTest, EveryWidgetOfALoadingPopupIsShown) {
     MainMenuRegisteredScreen screen(1920, 1080);
     const ToolkitWatch watch;
     const Popup* const popup = screen.addLoadingPopup("SID_ANY");
@@ -210,7 +210,7 @@ TEST_F(RequestsTest, AListPopupMarksTheFocusInTheDefaultStyle) {
                 Contains("elm_win_focus_highlight_style_set(\"default\")"));
 }
 
-TEST_F(RequestsTest, TheBoxAndTheListOfAListPopupAreToFillIt) {
+TEST_F(RequestsTest, TheBoxAndTheListOfAListPopupAreMadeToFillIt) {
     const auto screen = level();
     const ToolkitWatch watch;
     const SelectionPopup& popup = selection(*screen);
@@ -247,13 +247,13 @@ TEST_F(RequestsTest, AListPopupWithAPickGivesItsRowTheFocusBeforeItIsShown) {
             order.emplace_back("show");
         }
     }
-    // The last is for newer toolkits, which give a popup that comes into sight their own choice.
+    // The last is for newer toolkits, which choose a focus themselves when a popup is shown.
     EXPECT_THAT(order, ElementsAre("focus", "show", "show", "focus"));
 }
 
 TEST_F(RequestsTest, ReopeningRestoresFocusRegionAndRowInThisOrder) {
     ShopListScreen* const screen = level().release();
-    const support::ShownScreen flow(screen);  // a row that is selected calls back
+    const support::ShownScreen flow(screen);  // selecting a row calls back into the flow
     SelectionPopup& popup = selection(*screen);
     popup.m_previousItem = elm_genlist_first_item_get(popup.m_list);
     popup.m_region = {1, 2, 3, 4};

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The widgets of a screen and of a popup, which their classes keep to themselves.
+// The protected widgets of screens and popups.
 #include "gui/ScreenParts.h"
 
 namespace support {
@@ -9,7 +9,7 @@ namespace {
 using ZOLT::GUI::Popup;
 using ZOLT::GUI::Screen;
 
-// A derived class may name the members that its base keeps to its family.
+// A derived class may name the protected members of its base.
 struct ScreenFamily : Screen {
     static constexpr ZOLT::GUI::Handle Screen::*window = &ScreenFamily::m_window;
     static constexpr ZOLT::GUI::Handle Screen::*layout = &ScreenFamily::m_layout;

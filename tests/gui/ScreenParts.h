@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The widgets of a screen and of a popup, which their classes keep to themselves.
+// The protected widgets of screens and popups.
 #pragma once
 
 #include <Elementary.h>

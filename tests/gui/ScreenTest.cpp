@@ -27,7 +27,7 @@ using ::testing::IsEmpty;
 
 constexpr char highContrast[] = "db/menu/system/accessibility/highcontrast";
 
-// A screen of a given group, with its factories and its base's own popup maker within reach.
+// A screen of a given group that makes its factories and the base's popup factory public.
 class PlainScreen : public Screen {
   public:
     explicit PlainScreen(const char* group = "ShopListWindow", int width = 1920, int height = 1080,
@@ -43,7 +43,7 @@ class ScreenTest : public support::GuiFixture {
     static std::string windowTitle(const Screen& screen) {
         return elm_win_title_get(windowOf(screen));
     }
-    // How many windows the toolkit has.
+    // The number of windows of the toolkit.
     static unsigned windows() {
         settle();
         Eina_List* all = ecore_evas_ecore_evas_list_get();
@@ -66,7 +66,7 @@ void watch(Evas_Object* object, int* count) {
     evas_object_event_callback_add(object, EVAS_CALLBACK_DEL, noteGone, count);
 }
 
-// What went wrong in ACTION, which must throw the program's own exception.
+// The text of the exception that ACTION must throw.
 template <typename Action>
 std::string failureOf(Action action) {
     try {
@@ -143,12 +143,12 @@ TEST_F(ScreenTest, AMissingGroupGivesAWindowWithAnEmptyLayout) {
     EXPECT_EQ("", textOf(layoutOf(screen), "title"));
 }
 
-TEST_F(ScreenTest, AMissingLayoutPathPassesOn) {
+TEST_F(ScreenTest, AMissingLayoutPathThrows) {
     ZoltConfig::deinitialize();
     EXPECT_THROW(PlainScreen(), std::out_of_range);
 }
 
-TEST_F(ScreenTest, TheEndDeletesLayoutAndWindow) {
+TEST_F(ScreenTest, TheDestructorDeletesLayoutAndWindow) {
     int gone = 0;
     {
         const PlainScreen screen;
@@ -158,7 +158,7 @@ TEST_F(ScreenTest, TheEndDeletesLayoutAndWindow) {
     EXPECT_EQ(2, gone);
 }
 
-TEST_F(ScreenTest, TheEndDeletesThePopupThenTheLayoutThenTheWindow) {
+TEST_F(ScreenTest, TheDestructorDeletesThePopupThenTheLayoutThenTheWindow) {
     std::vector<std::string> order;
     {
         PlainScreen screen;
@@ -172,7 +172,7 @@ TEST_F(ScreenTest, TheEndDeletesThePopupThenTheLayoutThenTheWindow) {
     EXPECT_EQ(1, entered("~MessagePopup"));
 }
 
-TEST_F(ScreenTest, AWindowThatIsClosedFromOutsideTakesItsHandlesAlong) {
+TEST_F(ScreenTest, AWindowThatIsClosedFromOutsideClearsItsHandles) {
     PlainScreen screen;
     Popup* popup = screen.addMessagePopup("SID_OK");
     screen.show();
@@ -212,7 +212,7 @@ TEST_F(ScreenTest, WithoutEnlargedModeTheWaitingGroupIsTheOrdinaryOne) {
     EXPECT_FALSE(logged("Enlarge Mode ON"));
 }
 
-TEST_F(ScreenTest, HighContrastIsTheSettingsValueAndNothingWhenItCannotBeRead) {
+TEST_F(ScreenTest, HighContrastIsTheSettingsValueAndZeroWhenItCannotBeRead) {
     platform().setVconf(highContrast, 1);
     EXPECT_EQ(1, IsHighContrastMode());
     platform().setVconf(highContrast, 0);
@@ -241,7 +241,7 @@ TEST_F(ScreenTest, HighContrastIsSignalledToTheLayoutInTwoSteps) {
     EXPECT_TRUE(logged("High Contrast Mode ON"));
 }
 
-TEST_F(ScreenTest, WithoutHighContrastTheLayoutHearsNothing) {
+TEST_F(ScreenTest, WithoutHighContrastTheLayoutGetsNoSignal) {
     platform().setVconf(highContrast, 0);
     const PlainScreen screen;
     EXPECT_THAT(contrastSignals(layoutOf(screen)), IsEmpty());
@@ -275,7 +275,7 @@ TEST_F(ScreenTest, OnlyAnOrientationOfOneRunsRightToLeft) {
 
 // --- keys
 
-TEST_F(ScreenTest, FiftyTwoKeysAreGrabbedInOrderAndNoneOfTheWayBack) {
+TEST_F(ScreenTest, FiftyTwoKeysAreGrabbedInOrderAndNoBackKey) {
     const PlainScreen screen;
     const std::vector<std::string> expected = {"XF86Display",
                                                "XF86Hdmi",
@@ -375,7 +375,7 @@ TEST_F(ScreenTest, AKeyWithoutItsEventIsLoggedAndIgnored) {
 
 // --- the size report
 
-TEST_F(ScreenTest, AChangeOfSizeReportsHowSmallTheLayoutCanBe) {
+TEST_F(ScreenTest, AChangeOfSizeLogsTheMinimumSizeOfTheLayout) {
     const PlainScreen screen;
     platform().clearLog();
     Screen::onSizeChanged(layoutOf(screen), layoutOf(screen), "size,changed", "");
@@ -386,7 +386,7 @@ TEST_F(ScreenTest, AChangeOfSizeReportsHowSmallTheLayoutCanBe) {
                        std::to_string(height)));
 }
 
-TEST_F(ScreenTest, TheLayoutTellsOfAChangeOfItsSize) {
+TEST_F(ScreenTest, TheLayoutCallsBackForAChangeOfItsSize) {
     const PlainScreen screen;
     elm_layout_signal_emit(layoutOf(screen), "size,changed", "");
     edje_object_message_signal_process(elm_layout_edje_get(layoutOf(screen)));
@@ -422,11 +422,11 @@ TEST_F(ScreenTest, AnIconHasItsName) {
     EXPECT_EQ("i_next", iconOf(button));
 }
 
-TEST_F(ScreenTest, AnIconOnNothingIsNullAndNoException) {
+TEST_F(ScreenTest, AnIconWithoutAParentIsNull) {
     EXPECT_EQ(nullptr, Screen::createIcon(nullptr, "i_next"));
 }
 
-TEST_F(ScreenTest, EveryOtherWidgetOnNothingThrows) {
+TEST_F(ScreenTest, EveryOtherWidgetWithoutAParentThrows) {
     EXPECT_EQ("Cannot allocate memory for label instance",
               failureOf([] { Screen::createLabel(nullptr, "SID_OK", "default"); }));
     EXPECT_EQ("Cannot allocate memory for button instance", failureOf([] {
@@ -473,7 +473,7 @@ TEST_F(ScreenTest, AButtonCallsBackWithItsData) {
     EXPECT_EQ("i_next", iconOf(button));
 }
 
-TEST_F(ScreenTest, AButtonTellsOfItsFocusAndOfItsKeysWhenTheyAreReleased) {
+TEST_F(ScreenTest, AButtonCallsBackForItsFocusAndForReleasedKeys) {
     PlainScreen screen;
     screen.addButton("singleBtn", "SID_OK", noteCall, nullptr, true, false);
     screen.addButton("prevBtn", "SID_OK", noteCall, nullptr, true, false);
@@ -496,7 +496,7 @@ TEST_F(ScreenTest, AButtonTellsOfItsFocusAndOfItsKeysWhenTheyAreReleased) {
     EXPECT_EQ(1, entered("onKeyPress", "Controller.cpp"));
 }
 
-TEST_F(ScreenTest, AButtonTellsTheScreenReaderItsTranslatedText) {
+TEST_F(ScreenTest, TheScreenReaderGetsTheTranslatedTextOfAButton) {
     translate({{"SID_OK", "Fine"}});
     const PlainScreen screen;
     Evas_Object* button = Screen::createButton(layoutOf(screen), "SID_OK", noteCall, nullptr,
@@ -587,7 +587,7 @@ TEST_F(ScreenTest, AButtonInAPartCallsBackWithItsData) {
     EXPECT_EQ(1, calls);
 }
 
-TEST_F(ScreenTest, AButtonOfAnotherTextGetsAnIconWithoutAName) {
+TEST_F(ScreenTest, AButtonOfAnotherTextGetsAnIconWithAnEmptyName) {
     PlainScreen screen;
     screen.addButton("singleBtn", "SID_SOMETHING_ELSE", noteCall, nullptr, true, false);
     EXPECT_EQ("", iconOf(partOf(layoutOf(screen), "singleBtn")));
@@ -803,7 +803,7 @@ TEST_F(ScreenTest, TheButtonsOfPopupsAreBoundToTheirCallbacks) {
     }
 }
 
-TEST_F(ScreenTest, AFailurePopupThatNobodyAnswersQuits) {
+TEST_F(ScreenTest, AFailurePopupQuitsAtItsTimeout) {
     PlainScreen screen;
     const Popup* popup = failure(screen, 7);
     EXPECT_TRUE(endsMainLoop(
@@ -811,7 +811,7 @@ TEST_F(ScreenTest, AFailurePopupThatNobodyAnswersQuits) {
     EXPECT_EQ(1, entered("quitRequested"));
 }
 
-TEST_F(ScreenTest, AnOlderPopupIsForgottenAndNotDestroyed) {
+TEST_F(ScreenTest, AnEarlierPopupIsReplacedAndNotDestroyed) {
     PlainScreen screen;
     Popup* first = screen.addMessagePopup("SID_ANY");
     Popup* second = screen.addMessagePopup("SID_ANY");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The list popup: its rows, what it remembers, and who has the focus.
+// The list popup: its rows, what it remembers, and what has the focus.
 #include <cstdlib>
 #include <memory>
 
@@ -52,7 +52,7 @@ class SelectionPopupTest : public support::GuiFixture {
         draw(popup.m_list);
         return popup;
     }
-    // A list measures its rows bit by bit, and guesses how long it is until it is through.
+    // A list measures its rows in steps, and estimates its length until all are measured.
     static bool isMeasured(const SelectionPopup& popup) {
         Elm_Object_Item* first = elm_genlist_first_item_get(popup.m_list);
         if (first == nullptr) {
@@ -124,7 +124,7 @@ TEST_F(SelectionPopupTest, AListFillsItAndRowsStaySelectable) {
     EXPECT_EQ((std::vector<int>{0, 0, 1, 11}), (std::vector<int>{column, row, columns, rows}));
 }
 
-// Counts what lies under OBJECT and shows TEXT, and how much of that is visible.
+// Counts the objects below OBJECT that show TEXT, and how many of them are visible.
 void countTexts(Evas_Object* object, const std::string& text, int& found, int& visible) {
     if (elm_object_widget_check(object)) {
         const char* own = elm_object_text_get(object);
@@ -149,8 +149,8 @@ TEST_F(SelectionPopupTest, IsDeletedWhenAButtonOfItCannotBeMade) {
     EXPECT_EQ(nullptr, m_screen->getPopup());
 }
 
-// What others have said of an event must stay: whoever handles it later asks for it.
-TEST_F(SelectionPopupTest, AKeyThatItHoldsBackKeepsItsOtherFlags) {
+// Flags that others have set on an event must stay, because later handlers read them.
+TEST_F(SelectionPopupTest, AKeyThatItMarksAsHandledKeepsItsOtherFlags) {
     const SelectionPopup& popup = openAndShow();
     const Evas_Object_Event_Cb add = [](void*, Evas*, Evas_Object*, void* eventInfo) {
         auto* const event = static_cast<Evas_Event_Key_Down*>(eventInfo);
@@ -179,7 +179,7 @@ TEST_F(SelectionPopupTest, AKeyThatItHoldsBackKeepsItsOtherFlags) {
     EXPECT_EQ(BOTH, heldBack(cancel, "Down"));
 }
 
-TEST_F(SelectionPopupTest, ASpacerThatIsNeverSeenSharesTheTableWithTheList) {
+TEST_F(SelectionPopupTest, AHiddenSpacerSharesTheTableWithTheList) {
     const SelectionPopup& popup = openAndShow();
     int found = 0;
     int visible = 0;
@@ -188,7 +188,7 @@ TEST_F(SelectionPopupTest, ASpacerThatIsNeverSeenSharesTheTableWithTheList) {
     EXPECT_EQ(0, visible);
 }
 
-TEST_F(SelectionPopupTest, ARowForEachShopStandsInTheOrderOfTheCodes) {
+TEST_F(SelectionPopupTest, HasARowForEachShopInTheOrderOfTheCodes) {
     for (const char* code : {"0203", "0201", "0202"}) {
         auto shop = std::make_unique<Shop>();
         shop->name = std::string("Named ") + code;
@@ -305,7 +305,7 @@ TEST_F(SelectionPopupTest, OpenedWithAPickItsRowTakesTheFocus) {
         turnUntil([&] { return elm_object_focused_item_get(popup.m_list) == rowsOf(popup)[2]; }));
 }
 
-TEST_F(SelectionPopupTest, ConfirmingRemembersTheShopAndWhereTheListStood) {
+TEST_F(SelectionPopupTest, ConfirmingRemembersTheShopAndTheScrollPosition) {
     SelectionPopup& popup = openAndShow(40);
     pick(popup, 30);
     elm_genlist_item_bring_in(rowsOf(popup)[30], ELM_GENLIST_ITEM_SCROLLTO_TOP);
@@ -326,7 +326,7 @@ TEST_F(SelectionPopupTest, ConfirmingRemembersTheShopAndWhereTheListStood) {
                        std::to_string(width) + " " + std::to_string(height)));
 }
 
-TEST_F(SelectionPopupTest, ReopenedAfterACancelledPickItStandsWhereItWasConfirmed) {
+TEST_F(SelectionPopupTest, ReopenedAfterACancelledPickItShowsTheConfirmedRow) {
     SelectionPopup& popup = openAndShow(40);
     pick(popup, 30);
     elm_genlist_item_show(rowsOf(popup)[30], ELM_GENLIST_ITEM_SCROLLTO_TOP);
@@ -357,7 +357,7 @@ TEST_F(SelectionPopupTest, ReopenedAfterACancelledPickItStandsWhereItWasConfirme
                        std::to_string(confirmed.width) + " " + std::to_string(confirmed.height)));
 }
 
-TEST_F(SelectionPopupTest, KeysGoOnFromTheRowAtWhichItWasReopened) {
+TEST_F(SelectionPopupTest, KeysContinueFromTheRowAtWhichItWasReopened) {
     const SelectionPopup& popup = openAndShow(40);
     pick(popup, 30);
     click(okOf(popup));
@@ -400,7 +400,7 @@ TEST_F(SelectionPopupTest, ReopenedWithNothingPickedTheListHasTheFocusAndOkCanno
     EXPECT_FALSE(takesFocus(okOf(popup)));
 }
 
-TEST_F(SelectionPopupTest, TheListTellsOfItsKeysWhenTheyAreReleased) {
+TEST_F(SelectionPopupTest, TheListCallsBackForReleasedKeys) {
     const SelectionPopup& popup = openAndShow();
     platform().clearLog();
     keyDown(popup.m_list, "Down");
@@ -410,14 +410,14 @@ TEST_F(SelectionPopupTest, TheListTellsOfItsKeysWhenTheyAreReleased) {
     EXPECT_EQ(1U, popup.m_position);
 }
 
-TEST_F(SelectionPopupTest, NothingIsBelowItsButtonsAndTheOtherArrowsGoOn) {
+TEST_F(SelectionPopupTest, DownStaysOnItsButtonsAndUpLeadsToTheList) {
     SelectionPopup& popup = openAndShow();
     for (const char* part : {"button1", "button2"}) {
         popup.focusButton(part);
         Evas_Object* const button = partOf(widgetOf(popup), part);
         ASSERT_TRUE(turnUntil([&] { return focusedIn(button) == button; }));
         for (const char* key : {"Down", "Up"}) {
-            // The popup above hears what is left of a key.
+            // The popup gets the key event with its flags afterwards.
             Evas_Event_Flags left = EVAS_EVENT_FLAG_NONE;
             const Evas_Object_Event_Cb hear = [](void* data, Evas* /*canvas*/,
                                                  Evas_Object* /*object*/, void* eventInfo) {

@@ -27,7 +27,7 @@ class ShopListScreenTest : public support::GuiFixture {
         return std::make_unique<ShopListScreen>(name, m_chosen, 1920, 1080, registered);
     }
 
-    // What a popup offers of shops named NAMES, which get the codes "00", "01" and so on.
+    // The rows of a popup for shops named NAMES, with the codes "00", "01" and so on.
     Strings offered(const Strings& names, const std::string& registered) {
         const auto screen = screenOf({}, registered);
         std::vector<Shop> shops(names.size());
@@ -87,14 +87,14 @@ TEST_F(ShopListScreenTest, WithNothingChosenNoValueIsShown) {
     EXPECT_EQ("", textOf(layoutOf(*screen), "shopname"));
 }
 
-TEST_F(ShopListScreenTest, OfThreeChosenValuesTheLastStaysAndTheQueueIsEmptied) {
+TEST_F(ShopListScreenTest, TheLastOfThreeChosenValuesIsShownAndTheQueueIsEmptied) {
     const auto screen = screenOf({"Third", "Second", "First"});
     EXPECT_EQ("First", textOf(layoutOf(*screen), "shop1"));
     EXPECT_EQ("", textOf(layoutOf(*screen), "shopname"));
     EXPECT_TRUE(m_chosen.empty());
 }
 
-TEST_F(ShopListScreenTest, RightToLeftTheValueStandsInItsOwnPart) {
+TEST_F(ShopListScreenTest, RightToLeftTheValueIsInItsOwnPart) {
     platform().setOrientation(1);
     const auto screen = screenOf({"Second", "First"});
     EXPECT_EQ("", textOf(layoutOf(*screen), "shop1"));
@@ -114,7 +114,7 @@ TEST_F(ShopListScreenTest, TheDropDownHasItsStyleAndTheFocus) {
     EXPECT_EQ(dropDown, focusedIn(dropDown));
 }
 
-TEST_F(ShopListScreenTest, TheDropDownIsToldOnceWhereItsTextStands) {
+TEST_F(ShopListScreenTest, TheDropDownGetsTheSignalForItsTextOnce) {
     const support::ToolkitWatch toolkit;
     const auto screen = screenOf();
     EXPECT_EQ(std::vector<Evas_Object*>{partOf(layoutOf(*screen), "selectBtn")},
@@ -133,7 +133,7 @@ TEST_F(ShopListScreenTest, OkOnTheDropDownOpensTheListOnce) {
     EXPECT_TRUE(screen->getPopup()->getVisible());
 }
 
-TEST_F(ShopListScreenTest, TheDropDownTellsOfItsFocusAndItsKeys) {
+TEST_F(ShopListScreenTest, TheDropDownCallsBackForItsFocusAndItsKeys) {
     const auto screen = screenOf();
     screen->addButton(
         "singleBtn", "SID_NEXT", [](void*, Evas_Object*, void*) {}, nullptr, true, false);
@@ -157,7 +157,7 @@ TEST_F(ShopListScreenTest, TheDropDownTellsOfItsFocusAndItsKeys) {
     EXPECT_EQ(1, entered("onKeyPress"));
 }
 
-TEST_F(ShopListScreenTest, ItsButtonsCanAllBeTakenAway) {
+TEST_F(ShopListScreenTest, AllItsButtonsCanBeRemoved) {
     const auto screen = screenOf();
     for (const char* part : {"nextBtn", "prevBtn", "singleBtn"}) {
         screen->addButton(
@@ -231,7 +231,7 @@ TEST_F(ShopListScreenTest, OfTwoNeighboursWithTheRegisteredNameTheSecondStays) {
     EXPECT_EQ((Strings{"A"}), offered({"B", "A", "B"}, "B"));
 }
 
-TEST_F(ShopListScreenTest, AnEarlierPopupIsForgottenAndNotDestroyed) {
+TEST_F(ShopListScreenTest, AnEarlierPopupIsReplacedAndNotDestroyed) {
     const auto screen = screenOf();
     std::set<Shop*, Shop::ShopComp> shops;
     const Popup* first = screen->addSelectionPopup(shops);

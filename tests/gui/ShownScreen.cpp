@@ -12,8 +12,8 @@ namespace {
 
 struct RunningBus {
     RunningBus() {
-        // The bus ends before the connection that GLib keeps for the process, which must not take
-        // the process with it.
+        // The bus ends before the connection that GLib keeps for the process. Without this GLib
+        // would end the process then.
         GDBusConnection* const shared = g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr);
         g_dbus_connection_set_exit_on_close(shared, FALSE);
         g_object_unref(shared);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Hears what the program has the screen reader say.
+// Records what the program makes the screen reader say.
 #include "gui/Speech.h"
 
 #include <map>
@@ -20,8 +20,8 @@ std::map<const Evas_Object*, support::SpeechBinding>& bindings() {
 
 }  // namespace
 
-// These take the place of the toolkit's functions for all callers in this program. Without a screen
-// reader the toolkit drops the text, and it never tells what a widget was bound to.
+// These replace the toolkit's functions for all callers in this program. Without a screen reader
+// the toolkit drops the text, and it has no query for the callback of a widget.
 void elm_access_say(const char* txt) {
     heard() += (heard().empty() ? "" : "\n") + std::string(txt);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Hears what the program has the screen reader say.
+// Records what the program makes the screen reader say.
 #pragma once
 
 #include <string>
@@ -8,18 +8,17 @@
 
 namespace support {
 
-// What the screen reader was told to say since the test began, each text on a line of its own but
-// for the last.
+// What the screen reader had to say since the test began, separated by line ends.
 std::string spoken();
 void forgetSpeech();
 
-// How a widget tells the screen reader about itself.
+// The callback with which the screen reader asks for a widget's text.
 struct SpeechBinding {
     int type = -1;
     Elm_Access_Info_Cb callback = nullptr;
     std::string data;
 };
-// The last binding that the program made for WIDGET.
+// The last callback that the program set for WIDGET.
 SpeechBinding speechOf(const Evas_Object* widget);
 
 }  // namespace support

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Turns the toolkit's main loop and feeds keys to it.
+// Runs the toolkit's main loop and feeds keys to it.
 #include "gui/ToolkitLoop.h"
 
 #include <Ecore.h>
@@ -17,7 +17,7 @@ unsigned int nextTimestamp() {
 }  // namespace
 
 void ToolkitLoop::settle() {
-    // Work that a job puts off goes into further jobs; a few rounds behind them are enough.
+    // A job may schedule further jobs; a few more rounds are enough for them.
     for (int round = 0; round < 5; ++round) {
         bool reached = false;
         ecore_job_add([](void* data) { *static_cast<bool*>(data) = true; }, &reached);
@@ -28,7 +28,8 @@ void ToolkitLoop::settle() {
 }
 
 void ToolkitLoop::activate(Evas_Object* window) {
-    // A window of the buffer engine has the keyboard from the start and never tells its widgets.
+    // A window of the buffer engine has the keyboard from the start and sends its widgets no event
+    // for it.
     Ecore_Evas* frame = ecore_evas_ecore_evas_get(evas_object_evas_get(window));
     ecore_evas_focus_set(frame, EINA_FALSE);
     settle();

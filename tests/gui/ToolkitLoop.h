@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Turns the toolkit's main loop and feeds keys to it.
+// Runs the toolkit's main loop and feeds keys to it.
 #pragma once
 
 #include <string>
@@ -13,11 +13,11 @@ class ToolkitLoop {
   public:
     ToolkitLoop() = delete;
 
-    // Turns the main loop until nothing is left to do at once.
+    // Runs the main loop until no work is pending.
     static void settle();
-    // Gives WINDOW, which is shown, the keyboard.
+    // Gives the keyboard to WINDOW, which must be shown.
     static void activate(Evas_Object* window);
-    // Feeds a key to the canvas of OBJECT and turns no loop.
+    // Feeds a key to the canvas of OBJECT without running the main loop.
     static void keyDown(Evas_Object* object, const std::string& key);
     static void keyUp(Evas_Object* object, const std::string& key);
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Sees the calls of which no widget tells afterwards, and can have the toolkit make nothing.
+// Records calls to the toolkit whose effect no widget shows, and can make factories return null.
 #include "gui/ToolkitWatch.h"
 
 #include <sstream>
@@ -14,7 +14,7 @@ bool taken(const std::string& function, Evas_Object* widget) {
     return current == nullptr || current->take(function, widget);
 }
 
-// The toolkit's own function of this name and of the type of FUNCTION.
+// The toolkit's own function NAME, with the type of FUNCTION.
 template <typename Function>
 Function* behind(Function* /*function*/, const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
@@ -57,7 +57,7 @@ std::string written(Evas_Callback_Type event) {
     }
 }
 
-// Whether CALLER lies in this program and not in a library.
+// Whether the address CALLER is in this program and not in a library.
 bool isOurs(const void* caller) {
     Dl_info there = {};
     Dl_info here = {};
@@ -77,7 +77,7 @@ void note(const void* caller, const char* function, const void* object, Argument
 
 }  // namespace
 
-// These take the place of the toolkit's functions for all callers in this program.
+// These replace the toolkit's functions for all callers in this program.
 Evas_Object* elm_win_util_standard_add(const char* name, const char* title) {
     static auto* const next = behind(elm_win_util_standard_add, "elm_win_util_standard_add");
     return taken("elm_win_util_standard_add", nullptr) ? next(name, title) : nullptr;
@@ -117,7 +117,7 @@ void elm_layout_signal_emit(Evas_Object* obj, const char* emission, const char* 
     }
 }
 
-// What follows is only written down. The first parameter is the widget or the item.
+// The following calls are only recorded. The first parameter is the widget or the item.
 #define NOTED(result, function, parameters, ...)                   \
     result function parameters {                                   \
         static auto* const next = behind(function, #function);     \
@@ -143,7 +143,7 @@ NOTED(void, elm_scroller_region_show, (Evas_Object * o, int x, int y, int w, int
 NOTED(Eina_Bool, elm_icon_standard_set, (Evas_Object * o, const char* name), o, name)
 NOTED(Eina_Bool, elm_win_focus_highlight_style_set, (Evas_Object * o, const char* style), o, style)
 
-// The program's own callbacks are not written down, only what they are bound to.
+// Of a callback the event and the data are recorded, not the function.
 void evas_object_smart_callback_add(Evas_Object* o, const char* event, Evas_Smart_Cb callback,
                                     const void* data) {
     static auto* const next =

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Sees the calls of which no widget tells afterwards, and can have the toolkit make nothing.
+// Records calls to the toolkit whose effect no widget shows, and can make factories return null.
 #pragma once
 
 #include <map>
@@ -12,8 +12,8 @@ namespace support {
 
 // Watches some of the toolkit's functions from construction to destruction: those that make a
 // window, a layout, a popup, a button and a scroller, the one that starts a progress bar and the
-// one that signals to a layout, which is told as elm_layout_signal_emit("SIGNAL", "SOURCE"). One at
-// a time.
+// one that signals to a layout, which is recorded as elm_layout_signal_emit("SIGNAL", "SOURCE").
+// Only one object may exist at a time.
 class ToolkitWatch {
   public:
     ToolkitWatch();
@@ -21,14 +21,13 @@ class ToolkitWatch {
     ToolkitWatch(const ToolkitWatch&) = delete;
     ToolkitWatch& operator=(const ToolkitWatch&) = delete;
 
-    // FUNCTION, as "elm_popup_add", gives null from here on, as it does without memory.
+    // FUNCTION, such as "elm_popup_add", returns null from now on, as it does without memory.
     void refuse(const std::string& function) { m_refused = function; }
     // The widgets that FUNCTION was called with, in order; a window is made with none.
     std::vector<Evas_Object*> callsOf(const std::string& function) const;
 
-    // What the program itself, and not the toolkit, asked for, in order: "FUNCTION(ARGUMENTS)",
-    // with the widget or item that it was asked of. Only of the functions that ToolkitWatch.cpp
-    // lists.
+    // Calls by the program itself, not by the toolkit, in order: "FUNCTION(ARGUMENTS)", with the
+    // widget or item. Only of the functions that ToolkitWatch.cpp lists.
     struct Request {
         const void* object;
         std::string call;
@@ -37,10 +36,10 @@ class ToolkitWatch {
     // The requests for OBJECT.
     std::vector<std::string> requestsFor(const void* object) const;
     void note(const void* object, const std::string& call) { m_requests.push_back({object, call}); }
-    // OBJECT as an argument is written.
+    // The text of OBJECT as an argument.
     static std::string pointer(const void* object);
 
-    // Takes a call in, and tells whether the toolkit is to have it.
+    // Records a call; true if it must be passed on to the toolkit.
     bool take(const std::string& function, Evas_Object* widget);
 
   private:
