@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the flow keeps to itself, for tests to look at.
+// Gives tests access to the private state of the flow.
 #pragma once
 
 #include <deque>

@@ -28,7 +28,7 @@ namespace {
 const std::vector<Level> TWO_TOPS = {{"Country", {{"North", "01"}, {"South", "02"}}},
                                      {"Store", {{"N1", "0101"}, {"S1", "0201"}}}};
 
-// A screen that tells of its end.
+// A screen that reports its destruction.
 class MortalScreen : public Screen {
   public:
     MortalScreen(std::vector<std::string>& ended, std::string name)
@@ -42,7 +42,7 @@ class MortalScreen : public Screen {
     std::string m_name;
 };
 
-// Facts about a device that fail with something that is no exception of the standard library.
+// Device information that fails with an object that is not a std::exception.
 class BrokenSystemCalls : public ZOLT::SystemCalls {
   public:
     int systemInfoGetValueInt(system_info_key_e /*key*/, int* /*value*/) override { throw 5; }
@@ -54,7 +54,7 @@ class ControllerTest : public FlowFixture {
     static std::vector<std::string> warnings() {
         return platform().messages(LOG_ID_SYSTEM, DLOG_WARN);
     }
-    // A popup that was destroyed lives on without its widgets.
+    // A destroyed popup still exists, without its widgets.
     static void expectReplaced(const ZOLT::GUI::Popup& before) {
         EXPECT_EQ(nullptr, widgetOf(before));
         EXPECT_EQ(nullptr, backgroundOf(before));
@@ -83,7 +83,7 @@ TEST_F(ControllerTest, LimitsAreFiveScreensAndThreeShops) {
     EXPECT_EQ(3U, Controller::m_chosenShopsDisplayLimit);
 }
 
-TEST_F(ControllerTest, TakesTheEventsOfTheDaemonFromTheOneBefore) {
+TEST_F(ControllerTest, TakesOverTheEventsOfTheDaemonFromTheEarlierFlow) {
     bool old = false;
     ZOLT::GuiProxy::m_sendEventCallback = [&old](int, int) { old = true; };
     start();
@@ -92,14 +92,14 @@ TEST_F(ControllerTest, TakesTheEventsOfTheDaemonFromTheOneBefore) {
     expectFailurePopup(UNSTABLE);
 }
 
-TEST_F(ControllerTest, WithoutARegistrationFileTheMenuIsThatOfAnUnregisteredSet) {
+TEST_F(ControllerTest, WithoutARegistrationFileTheMenuIsThatOfAnUnregisteredTV) {
     start();
     EXPECT_TRUE(shows<ZOLT::GUI::MainMenuUnregisteredScreen>());
     EXPECT_EQ(1U, history().size());
     EXPECT_THAT(callsSince(), IsEmpty());
 }
 
-TEST_F(ControllerTest, WithARegistrationFileTheMenuIsThatOfARegisteredSet) {
+TEST_F(ControllerTest, WithARegistrationFileTheMenuIsThatOfARegisteredTV) {
     start(true);
     EXPECT_TRUE(shows<ZOLT::GUI::MainMenuRegisteredScreen>());
     EXPECT_EQ(1U, history().size());
@@ -143,7 +143,7 @@ TEST_F(ControllerTest, TheSixthScreenDeletesTheOldestAndNoOther) {
     EXPECT_THAT(ended, ElementsAre("1", "2", "3", "4", "5", "6"));
 }
 
-TEST_F(ControllerTest, EndsWithItsScreensFromTheOldestOnAndWithoutSelf) {
+TEST_F(ControllerTest, TheDestructorDeletesTheScreensOldestFirstAndClearsSelf) {
     Controller& flow = makeFlow();
     std::vector<std::string> ended;
     flow.historyAppend(new MortalScreen(ended, "old"));
@@ -160,7 +160,7 @@ TEST_F(ControllerTest, ASecondFlowThatReplacesTheFirstCannotBeFound) {
     EXPECT_EQ(nullptr, Controller::m_self);
 }
 
-TEST_F(ControllerTest, ItsEndLeavesTheBindingOfTheEvents) {
+TEST_F(ControllerTest, TheDestructorKeepsTheCallbackOfTheEvents) {
     start();
     m_flow.reset();
     EXPECT_TRUE(static_cast<bool>(ZOLT::GuiProxy::m_sendEventCallback));
@@ -239,7 +239,7 @@ TEST_F(ControllerTest, EveryEventIsLoggedWithItsTwoNumbers) {
     EXPECT_EQ("callbackManager", line->function);
 }
 
-TEST_F(ControllerTest, AStepThatIsDoneLeadsOn) {
+TEST_F(ControllerTest, EachSuccessMakesItsCallsAndScreens) {
     struct Case {
         int reason;
         size_t screens;
@@ -265,7 +265,7 @@ TEST_F(ControllerTest, AStepThatIsDoneLeadsOn) {
     }
 }
 
-TEST_F(ControllerTest, AStepThatIsDoneShowsItsScreenOrItsPopup) {
+TEST_F(ControllerTest, EachSuccessShowsItsScreenOrPopup) {
     daemon().answer("getPincode", "12345678");
     daemon().answer("getShopInfoList", document(TWO_TOPS));
     start().callbackManager(0, 0);
@@ -325,7 +325,7 @@ TEST_F(ControllerTest, AFailureOfTheDaemonShowsItsOwnPopup) {
     EXPECT_THAT(warnings(), IsEmpty());
 }
 
-TEST_F(ControllerTest, BothRequestsToCloseEndTheMainLoopWithoutAWord) {
+TEST_F(ControllerTest, BothRequestsToCloseEndTheMainLoopWithoutAPopup) {
     start();
     for (const int reason : {10, 11}) {
         EXPECT_TRUE(endsMainLoop([&] { m_flow->callbackManager(1, reason); }));
@@ -371,7 +371,7 @@ TEST_F(ControllerTest, EventZeroWithReasonFiveIsAnUnknownReason) {
     expectFailurePopup(UNSTABLE);
 }
 
-TEST_F(ControllerTest, EventOneWithReasonZeroBlamesTheType) {
+TEST_F(ControllerTest, EventOneWithReasonZeroReportsTheType) {
     announceWarning("Received unknown reason to close GUI [Event: 1; Reason: 0]");
     announceWarning("Exception caught during event handling: Unknown event type");
     start().callbackManager(1, 0);
@@ -385,7 +385,7 @@ TEST_F(ControllerTest, EventTwoIsAnUnknownType) {
     expectFailurePopup(UNSTABLE);
 }
 
-TEST_F(ControllerTest, AFailureOfTheLibrarysOwnKindShowsAnUnstableConnection) {
+TEST_F(ControllerTest, AStandardExceptionShowsAnUnstableConnection) {
     daemon().answer("getPincode", "1234567");
     platform().clearLog();
     start().callbackManager(0, 0);
@@ -396,7 +396,7 @@ TEST_F(ControllerTest, AFailureOfTheLibrarysOwnKindShowsAnUnstableConnection) {
     platform().clearLog();
 }
 
-TEST_F(ControllerTest, AFailureOfAnyOtherKindShowsAnUnstableConnection) {
+TEST_F(ControllerTest, AnythingElseThatIsThrownShowsAnUnstableConnection) {
     start();
     BrokenSystemCalls calls;
     ZOLT::DeviceInfo device(&calls);
@@ -420,7 +420,7 @@ TEST_F(ControllerTest, ARefusalOfTheDaemonShowsAnUnstableConnectionInPlaceOfTheL
     platform().clearLog();
 }
 
-TEST_F(ControllerTest, AnAnswerOfTheDaemonTakesTheWaitingPopupAway) {
+TEST_F(ControllerTest, AnAnswerOfTheDaemonClosesTheWaitingPopup) {
     const std::pair<int, int> answers[] = {{0, 3}, {0, 4}, {1, 5}, {1, 9}};
     start();
     for (const auto& [event, reason] : answers) {
@@ -434,7 +434,7 @@ TEST_F(ControllerTest, AnAnswerOfTheDaemonTakesTheWaitingPopupAway) {
     }
 }
 
-TEST_F(ControllerTest, AFailureWhileAPopupIsUpTakesItsPlace) {
+TEST_F(ControllerTest, AFailureReplacesTheShownPopup) {
     start().showCompletionPopup();
     const ZOLT::GUI::Popup* const before = popup();
     announceWarning("Received unknown event type [Event: 9; Reason: 9]");
@@ -459,7 +459,7 @@ TEST_F(ControllerTest, AListThatLeadsToOneShopGoesToTheConfirmationOnly) {
     EXPECT_EQ(0, entered("showShopListScreen"));
 }
 
-TEST_F(ControllerTest, ADeletedRegistrationLaysANewMenuOnTheOldScreens) {
+TEST_F(ControllerTest, ADeletedRegistrationShowsANewMenuAboveTheOldScreens) {
     start(true).showCompletionPopup();
     Screen* const old = &screen();
     m_flow->callbackManager(0, 12);

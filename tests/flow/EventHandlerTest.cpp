@@ -31,7 +31,7 @@ const std::vector<Level> TWO_TOPS = {
 
 class EventHandlerTest : public FlowFixture {
   protected:
-    // The event of a key that comes up.
+    // A key-up event.
     static Evas_Event_Key_Up up(const char* key) {
         Evas_Event_Key_Up event = {};
         event.key = key;
@@ -54,13 +54,13 @@ class EventHandlerTest : public FlowFixture {
     }
     // Whether the flow has logged that it ignored a press.
     static bool ignoredAPress() { return logged("Press on a covered screen is ignored"); }
-    // What is heard from here on.
+    // Clears the sounds played so far.
     void listen() { m_heardBefore = platform().playedPatterns().size(); }
     std::vector<int> heard() {
         const auto all = platform().playedPatterns();
         return {all.begin() + static_cast<std::ptrdiff_t>(m_heardBefore), all.end()};
     }
-    // What the screen reader says of a widget with TEXT.
+    // What the screen reader says for a widget with TEXT.
     static std::string spoken(const std::string& text) {
         std::string data = text;
         char* const said = EventHandler::accessCallback(data.data(), nullptr);
@@ -75,7 +75,7 @@ class EventHandlerTest : public FlowFixture {
 
 // --- buttons
 
-TEST_F(EventHandlerTest, AButtonClicks) {
+TEST_F(EventHandlerTest, AButtonPlaysTheClickSound) {
     EventHandler::buttonClickedCb();
     EXPECT_THAT(sounds(), ElementsAre(SELECT));
 }
@@ -111,7 +111,7 @@ TEST_F(EventHandlerTest, BackShowsTheScreenBelowWithoutItsPopup) {
     EXPECT_TRUE(evas_object_visible_get(windowOf(*menu)));
 }
 
-TEST_F(EventHandlerTest, BackKeepsTheStateOfTheWayDown) {
+TEST_F(EventHandlerTest, BackKeepsTheStateOfTheShopList) {
     start();
     serve(TWO_TOPS);
     choose("North");
@@ -122,8 +122,8 @@ TEST_F(EventHandlerTest, BackKeepsTheStateOfTheWayDown) {
     EXPECT_THAT(chosen(), ElementsAre("North"));
 }
 
-// The address sanitizer sees it when anything touches the screen after its end.
-TEST_F(EventHandlerTest, AButtonMayDeleteTheScreenThatItStandsOn) {
+// The address sanitizer reports any use of the deleted screen.
+TEST_F(EventHandlerTest, AButtonMayDeleteTheScreenThatItIsOn) {
     daemon().answer("getRegisteredShopInfo", document({{"Store", {{"N1", "01"}}}}));
     start(true);
     Screen* const menu = &screen();
@@ -161,7 +161,7 @@ TEST_F(EventHandlerTest, APressOnACoveredScreenIsIgnored) {
     EXPECT_EQ(2U, history().size());
 }
 
-// This button alone makes no click, so it has a way of its own into the flow.
+// The only button without a click sound, so it does not share the check of the others.
 TEST_F(EventHandlerTest, APressOnTheInformationButtonOfACoveredMenuIsIgnored) {
     daemon().answer("getRegisteredShopInfo", document(REGISTERED));
     start(true);
@@ -252,7 +252,7 @@ TEST_F(EventHandlerTest, AFailureAfterAWindowWasClosedIsShownOnTheScreenBelow) {
     EXPECT_NE(nullptr, popup());
 }
 
-TEST_F(EventHandlerTest, TheTimeoutOfAPopupCountsOnACoveredScreen) {
+TEST_F(EventHandlerTest, TheTimeoutOfAPopupWorksOnACoveredScreen) {
     start().showNetworkFailurePopup(ZOLT::EVENT_CLOSE_GUI, ZOLT::REASON_NO_NETWORK);
     Evas_Object* const failure = widgetOf(*popup());
     m_flow->showMainMenuUnregisteredScreen();
@@ -260,7 +260,7 @@ TEST_F(EventHandlerTest, TheTimeoutOfAPopupCountsOnACoveredScreen) {
         endsMainLoop([failure] { evas_object_smart_callback_call(failure, "timeout", nullptr); }));
 }
 
-TEST_F(EventHandlerTest, TheKeyOfTheWayBackCountsOnACoveredScreen) {
+TEST_F(EventHandlerTest, TheBackKeyWorksOnACoveredScreen) {
     start();
     Evas_Object* const button = partOf(layoutOf(screen()), "newRegBtn");
     Evas_Object* const window = windowOf(screen());
@@ -275,7 +275,7 @@ TEST_F(EventHandlerTest, TheKeyOfTheWayBackCountsOnACoveredScreen) {
     }));
 }
 
-TEST_F(EventHandlerTest, TheBackKeyOnAQuestionMakesTwoSoundsAndTakesTheQuestionAway) {
+TEST_F(EventHandlerTest, TheBackKeyOnAQuestionPlaysTwoSoundsAndClosesTheQuestion) {
     start(true).showDeregistrationPopup();
     activate(screen());
     Evas_Object* const yes = partOf(widgetOf(*popup()), "button1");
@@ -286,9 +286,9 @@ TEST_F(EventHandlerTest, TheBackKeyOnAQuestionMakesTwoSoundsAndTakesTheQuestionA
     EXPECT_THAT(heard(), ElementsAre(BACK, SELECT));
 }
 
-// --- what nobody pressed makes no sound
+// --- focus changes without a key make no sound
 
-TEST_F(EventHandlerTest, APopupThatGoesMakesNoSoundByItself) {
+TEST_F(EventHandlerTest, ClosingAPopupMakesNoSound) {
     for (const bool registered : {false, true}) {
         start(registered).showNetworkFailurePopup(ZOLT::EVENT_CLOSE_GUI, ZOLT::REASON_NO_NETWORK);
         activate(screen());
@@ -350,7 +350,7 @@ TEST_F(EventHandlerTest, AWindowThatIsClosedFromOutsideMakesNoSound) {
     EXPECT_THAT(heard(), IsEmpty());
 }
 
-// The focus that a dying popup moved was moved by no key.
+// A focus change by a deleted popup does not count as an effect of the key.
 TEST_F(EventHandlerTest, AnArrowThatMovesNothingIsHeardAfterAPopupHasGone) {
     start().showCompletionPopup();
     activate(screen());
@@ -369,7 +369,7 @@ TEST_F(EventHandlerTest, HidingDestroysAMessagePopup) {
     EXPECT_EQ(nullptr, popup());
 }
 
-TEST_F(EventHandlerTest, HidingNoPopupDoesNoHarm) {
+TEST_F(EventHandlerTest, HidingWithoutAPopupDoesNothing) {
     start();
     listen();
     click(EventHandler::popupHideRequested);
@@ -396,7 +396,7 @@ TEST_F(EventHandlerTest, HidingKeepsASelectionPopupWithItsEarlierConfirmation) {
     EXPECT_EQ("North", popup<SelectionPopup>()->m_selectedShop->name);
 }
 
-TEST_F(EventHandlerTest, ButtonsThatFindNoFlowSayThat) {
+TEST_F(EventHandlerTest, ButtonsWithoutAFlowThrowThat) {
     start();
     makeFlow().initialize();
     ASSERT_EQ(nullptr, Controller::m_self);
@@ -427,7 +427,7 @@ TEST_F(EventHandlerTest, ButtonsThatFindNoFlowSayThat) {
     EXPECT_THAT(callsSince(), IsEmpty());
 }
 
-TEST_F(EventHandlerTest, KeysThatFindNoFlowSayThatToo) {
+TEST_F(EventHandlerTest, KeysWithoutAFlowThrowThat) {
     start();
     makeFlow().initialize();
     ASSERT_EQ(nullptr, Controller::m_self);
@@ -439,14 +439,14 @@ TEST_F(EventHandlerTest, KeysThatFindNoFlowSayThatToo) {
     for (const char* name : {"XF86Back", "XF86Close"}) {
         EXPECT_THROW(key(name), ZOLT::Exception) << name;
     }
-    // The sound of a key comes before what it does.
+    // A key's sound is played before its action.
     EXPECT_THAT(heard(), ElementsAre(BACK, BACK));
     int shop = 0;
     EXPECT_THROW(EventHandler::selectionPopupItemSelectionCb(&shop, nullptr, nullptr),
                  ZOLT::Exception);
 }
 
-TEST_F(EventHandlerTest, ButtonsThatFindNoScreenSayThat) {
+TEST_F(EventHandlerTest, ButtonsWithoutAScreenThrowThat) {
     makeFlow();
     EXPECT_THROW(click(EventHandler::popupHideRequested), ZOLT::Exception);
     EXPECT_THROW(click(EventHandler::deregistrationPopupRequested), ZOLT::Exception);
@@ -561,7 +561,7 @@ TEST_F(EventHandlerTest, TheReturnKeyOnAHiddenPopupEndsTheMainLoop) {
     EXPECT_TRUE(endsMainLoop([] { key("XF86Back"); }));
 }
 
-TEST_F(EventHandlerTest, TheReturnKeyWithoutAScreenSaysSo) {
+TEST_F(EventHandlerTest, TheReturnKeyWithoutAScreenLogsThat) {
     makeFlow();
     announceWarning("screen is NULL");
     EventHandler::m_keyUnfocused = true;
@@ -728,7 +728,7 @@ TEST_F(EventHandlerTest, TagsBecomeBlanks) {
     }
 }
 
-TEST_F(EventHandlerTest, TheLabelIsSpokenOnceAheadOfTheFirstItem) {
+TEST_F(EventHandlerTest, TheLabelIsSpokenOnceBeforeTheFirstItem) {
     Controller::m_currentLabelText = "Sure<br/>?";
     EXPECT_EQ("Sure ?, Yes", spoken("Yes"));
     EXPECT_TRUE(Controller::m_wasLabelRead);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What each pair of event and reason does on each screen, whatever popup is up there.
+// What each pair of event and reason does on each screen, with each popup.
 #include <algorithm>
 #include <cstdlib>
 
@@ -33,9 +33,9 @@ constexpr const char* UNSTABLE = "SID_INTERNET_CONNECTION_NOT_STABLE_MSG";
 constexpr const char* CONNECTING = "SID_CONNECTING_TO_NETWORK_SERVER";
 constexpr size_t MOST_SCREENS = 5;
 
-// --- what is wanted
+// --- what is expected
 
-enum class Effect { ShowPin, Wait, ShowList, Tell, ShowMenu, Fail, Close, Refuse };
+enum class Effect { ShowPin, Wait, ShowList, ShowMessage, ShowMenu, Fail, Close, Refuse };
 
 struct Row {
     int event;
@@ -49,8 +49,8 @@ constexpr Row TABLE[] = {
     {0, 0, Effect::ShowPin, nullptr},
     {0, 1, Effect::Wait, CONNECTING},
     {0, 2, Effect::ShowList, nullptr},
-    {0, 3, Effect::Tell, "COM_SID_REGISTRATION_COMPLETED_CHECK_STATUS"},
-    {0, 4, Effect::Tell, "COM_SID_DEREGISTERED_SUCCESSFULLY"},
+    {0, 3, Effect::ShowMessage, "COM_SID_REGISTRATION_COMPLETED_CHECK_STATUS"},
+    {0, 4, Effect::ShowMessage, "COM_SID_DEREGISTERED_SUCCESSFULLY"},
     {0, 12, Effect::ShowMenu, nullptr},
     {1, 5, Effect::Fail, UNSTABLE},
     {1, 6, Effect::Fail, "COM_CANNOT_CONNECT_TO_THE_NETWORK"},
@@ -61,16 +61,16 @@ constexpr Row TABLE[] = {
     {1, 11, Effect::Close, nullptr},
 };
 
-// One event, and what the daemon has to say when it is asked.
-struct Telling {
+// One event, and the state that the daemon reports afterwards.
+struct DaemonEvent {
     int event;
     int reason;
-    bool registered;  // whether the set is tied to a shop
+    bool registered;  // whether the TV is registered
     bool oneShop;     // whether the list leaves nothing to choose
 };
 
-std::vector<Telling> allTellings() {
-    std::vector<Telling> all;
+std::vector<DaemonEvent> allEvents() {
+    std::vector<DaemonEvent> all;
     for (int event = -1; event <= 3; ++event) {
         for (int reason = -1; reason <= 14; ++reason) {
             all.push_back({event, reason, false, false});
@@ -81,17 +81,17 @@ std::vector<Telling> allTellings() {
     return all;
 }
 
-Row rowOf(const Telling& telling) {
+Row rowOf(const DaemonEvent& daemonEvent) {
     for (const Row& row : TABLE) {
-        if (row.event == telling.event && row.reason == telling.reason) {
+        if (row.event == daemonEvent.event && row.reason == daemonEvent.reason) {
             return row;
         }
     }
-    return {telling.event, telling.reason, Effect::Refuse, UNSTABLE};
+    return {daemonEvent.event, daemonEvent.reason, Effect::Refuse, UNSTABLE};
 }
 
-// All that a person sees and hears, and all that the daemon and a reader of the log notice.
-struct Picture {
+// All that is visible from outside: screen, sounds, speech, calls to the daemon and log.
+struct Snapshot {
     std::string screen;
     size_t depth = 0;
     std::string buttons = "as they were";  // of a new screen, with "*" and "!" as describe puts
@@ -116,12 +116,12 @@ struct Picture {
     }
 };
 
-// What BEFORE turns into; it has nothing in calls, sounds and warnings.
-Picture wanted(const Picture& before, const std::vector<std::string>& chosen,
-               const Telling& telling) {
-    const Row row = rowOf(telling);
+// What BEFORE becomes. Its calls, sounds and warnings are empty.
+Snapshot expectedAfter(const Snapshot& before, const std::vector<std::string>& chosen,
+                       const DaemonEvent& daemonEvent) {
+    const Row row = rowOf(daemonEvent);
     const bool hadPopup = before.popup != "none";
-    Picture after = before;
+    Snapshot after = before;
     const auto newScreen = [&](const std::string& name, bool popupStays) {
         after.screen = name;
         after.depth = std::min(before.depth + 1, MOST_SCREENS);
@@ -135,19 +135,20 @@ Picture wanted(const Picture& before, const std::vector<std::string>& chosen,
         after.label = std::string(row.text) + " to be spoken";
         after.sounds = "45 ";
     };
-    const std::string numbers = " [Event: " + std::to_string(telling.event) +
-                                "; Reason: " + std::to_string(telling.reason) + "]\n";
+    const std::string numbers = " [Event: " + std::to_string(daemonEvent.event) +
+                                "; Reason: " + std::to_string(daemonEvent.reason) + "]\n";
     const std::string caught = "Exception caught during event handling: ";
     switch (row.effect) {
         case Effect::ShowPin:
             newScreen("PinDisplayingScreen", true);
             after.buttons = "cancelBtnEnlarge=SID_CANCEL*! ";
-            after.buttons += telling.registered ? "RegistrationInfo=N1 : 0101 "
-                                                : "RegistrationInfo=TV_SID_UNREGISTERED ";
-            after.calls = telling.registered ? "checkShopRegistration getPincode "
-                                               "getRegisteredShopInfo requestPincodeVerification "
-                                             : "checkShopRegistration getPincode "
-                                               "requestPincodeVerification ";
+            after.buttons += daemonEvent.registered ? "RegistrationInfo=N1 : 0101 "
+                                                    : "RegistrationInfo=TV_SID_UNREGISTERED ";
+            after.calls = daemonEvent.registered
+                              ? "checkShopRegistration getPincode "
+                                "getRegisteredShopInfo requestPincodeVerification "
+                              : "checkShopRegistration getPincode "
+                                "requestPincodeVerification ";
             after.label = "TV_SID_PIN_CODE, 1, 2, 3, 4, 5, 6, 7, 8 to be spoken";
             if (before.screen == "PinRequestingScreen") {
                 after.stoppedCircle = "screen's";
@@ -160,7 +161,7 @@ Picture wanted(const Picture& before, const std::vector<std::string>& chosen,
             break;
         case Effect::ShowList:
             after.way = "level 0 from 0: ";
-            if (telling.oneShop) {
+            if (daemonEvent.oneShop) {
                 newScreen("RegistrationInfoScreen", true);
                 after.buttons = before.screen == "ShopListScreen"
                                     ? "prevBtn=SID_PREVIOUS* regBtn=SID_REGISTER*! "
@@ -182,7 +183,7 @@ Picture wanted(const Picture& before, const std::vector<std::string>& chosen,
                 after.way += name + " ";
             }
             break;
-        case Effect::Tell:
+        case Effect::ShowMessage:
             newPopup(std::string("message '") + row.text + "' [SID_OK!] 0 s shown", false);
             break;
         case Effect::ShowMenu:
@@ -192,10 +193,10 @@ Picture wanted(const Picture& before, const std::vector<std::string>& chosen,
                 "cancelBtn=SID_CANCEL* ";
             break;
         case Effect::Refuse:
-            if (telling.event == 0) {
+            if (daemonEvent.event == 0) {
                 after.warnings =
                     "Received unknown event reason" + numbers + caught + "Unknown event reason\n";
-            } else if (telling.event == 1) {
+            } else if (daemonEvent.event == 1) {
                 after.warnings = "Received unknown reason to close GUI" + numbers + caught +
                                  "Unknown event type\n";
             } else {
@@ -214,11 +215,11 @@ Picture wanted(const Picture& before, const std::vector<std::string>& chosen,
     return after;
 }
 
-// --- what is there
+// --- what happens
 
 class EventFixture : public FlowFixture {
   public:
-    // --- the screens, each reached as a person reaches it
+    // --- shows each screen with the steps of a person
     void onUnregisteredMenu() { start(); }
     void onRegisteredMenu() { start(true); }
     void onPinRequest() {
@@ -296,7 +297,7 @@ class EventFixture : public FlowFixture {
         for (int number = 1; number <= popup->getButtonCount(); ++number) {
             Evas_Object* const button = partOf(widget, ("button" + std::to_string(number)).c_str());
             buttons += (number > 1 ? " " : "") + textOf(button);
-            // Of several buttons the toolkit chooses the one that the focus goes to.
+            // If there are several buttons the toolkit chooses which one gets the focus.
             if (popup->getButtonCount() == 1 && popup->getVisible() && gotFocus(button)) {
                 buttons += "!";
             }
@@ -306,7 +307,7 @@ class EventFixture : public FlowFixture {
                (popup->getVisible() ? "shown" : "hidden");
     }
 
-    // A popup gives the focus away once it has been laid out.
+    // A popup moves the focus only after its layout.
     static bool gotFocus(Evas_Object* button) {
         return turnUntil([button] { return focusedIn(button) == button; });
     }
@@ -327,26 +328,26 @@ class EventFixture : public FlowFixture {
         return result;
     }
 
-    Picture look() {
-        Picture picture;
+    Snapshot look() {
+        Snapshot snapshot;
         int status = 0;
         const ZOLT::GUI::Screen& shown = screen();
         char* const name = abi::__cxa_demangle(typeid(shown).name(), nullptr, nullptr, &status);
-        picture.screen = name;
+        snapshot.screen = name;
         std::free(name);
-        picture.screen.erase(0, picture.screen.rfind(':') + 1);
-        picture.depth = history().size();
-        picture.popup = describePopup(screen().getPopup());
-        picture.label = labelText() + (Controller::m_wasLabelRead ? " spoken" : " to be spoken");
-        picture.way =
+        snapshot.screen.erase(0, snapshot.screen.rfind(':') + 1);
+        snapshot.depth = history().size();
+        snapshot.popup = describePopup(screen().getPopup());
+        snapshot.label = labelText() + (Controller::m_wasLabelRead ? " spoken" : " to be spoken");
+        snapshot.way =
             "level " + std::to_string(level()) + " from " + std::to_string(initialLevel()) + ": ";
         for (const std::string& shop : chosen()) {
-            picture.way += shop + " ";
+            snapshot.way += shop + " ";
         }
-        return picture;
+        return snapshot;
     }
 
-    // Whether ACTION ends the main loop: a timer that it leaves behind is never heard of then.
+    // Whether ACTION ends the main loop: a timer that is added then never runs.
     static bool ends(const std::function<void()>& action) {
         struct Run {
             const std::function<void()>& action;
@@ -372,16 +373,17 @@ class EventFixture : public FlowFixture {
         return !run.ranOn;
     }
 
-    void prepareDaemon(const Telling& telling) {
-        daemon().setRegistered(telling.registered);
-        daemon().answer("getRegisteredShopInfo", telling.registered ? document(REGISTERED) : "");
-        daemon().answer("getShopInfoList", document(telling.oneShop ? ONE_SHOP : TWO_TOPS));
+    void prepareDaemon(const DaemonEvent& daemonEvent) {
+        daemon().setRegistered(daemonEvent.registered);
+        daemon().answer("getRegisteredShopInfo",
+                        daemonEvent.registered ? document(REGISTERED) : "");
+        daemon().answer("getShopInfoList", document(daemonEvent.oneShop ? ONE_SHOP : TWO_TOPS));
     }
 
-    // Sends the event and compares all that it does with what is wanted.
-    void check(const Telling& telling) {
-        prepareDaemon(telling);
-        const Picture before = look();
+    // Sends the event and compares all that it does with the table.
+    void check(const DaemonEvent& daemonEvent) {
+        prepareDaemon(daemonEvent);
+        const Snapshot before = look();
         const std::vector<std::string> chosenBefore = chosen();
         Screen* const screenBefore = &screen();
         const Popup* const popupBefore = screen().getPopup();
@@ -390,7 +392,8 @@ class EventFixture : public FlowFixture {
         const size_t heardBefore = sounds().size();
         callsSince();
 
-        const bool ended = ends([&] { m_flow->callbackManager(telling.event, telling.reason); });
+        const bool ended =
+            ends([&] { m_flow->callbackManager(daemonEvent.event, daemonEvent.reason); });
 
         std::string warnings;
         for (const std::string& line : platform().messages(LOG_ID_SYSTEM, DLOG_WARN)) {
@@ -402,10 +405,10 @@ class EventFixture : public FlowFixture {
         settle();
         const std::vector<int> heard = sounds();
         for (size_t place = heardBefore; place < heard.size(); ++place) {
-            // The toolkit moves the focus at a time of its own.
+            // The toolkit moves the focus later.
             played += heard[place] == MOVE ? "" : std::to_string(heard[place]) + " ";
         }
-        Picture after = look();
+        Snapshot after = look();
         after.ends = ended;
         after.warnings = warnings;
         after.sounds = played;
@@ -425,12 +428,12 @@ class EventFixture : public FlowFixture {
             after.popupBelow = describePopup(screenBefore->getPopup());
             after.buttons = describeButtons();
         }
-        EXPECT_EQ(wanted(before, chosenBefore, telling).text(), after.text());
+        EXPECT_EQ(expectedAfter(before, chosenBefore, daemonEvent).text(), after.text());
         platform().clearLog();
     }
 
-    // The way back ends the program wherever something takes the focus. What waits for the daemon
-    // has nothing that does, so there a failure comes first.
+    // The back key ends the program wherever something has the focus. A screen that waits for the
+    // daemon has nothing to focus, so there a failure event comes first.
     void expectBackEndsProgram() {
         if (popup<ZOLT::GUI::LoadingPopup>() != nullptr ||
             (popup() == nullptr && shows<ZOLT::GUI::PinRequestingScreen>())) {
@@ -470,26 +473,26 @@ constexpr std::pair<Up, const char*> POPUPS[] = {
 class EventTableTest : public EventFixture, public testing::WithParamInterface<State> {
   protected:
     void reach() {
-        // As a daemon of a set that is not tied yet, whatever was told last.
+        // As the daemon of an unregistered TV, whatever the last event was.
         prepareDaemon({0, 0, false, false});
         m_flow.reset();
         std::remove(m_folder.file("registered").c_str());
         (this->*GetParam().reach)();
     }
 
-    // Every event that does something, and two refusals of each kind of event.
-    static std::vector<Telling> mostTellings() {
-        std::vector<Telling> most = allTellings();
-        const auto isSpare = [](const Telling& telling) {
-            return rowOf(telling).effect == Effect::Refuse && telling.reason != 8 &&
-                   telling.reason != 14;
+    // Every event that has an effect, and two refused ones of each type.
+    static std::vector<DaemonEvent> mostEvents() {
+        std::vector<DaemonEvent> most = allEvents();
+        const auto isSpare = [](const DaemonEvent& daemonEvent) {
+            return rowOf(daemonEvent).effect == Effect::Refuse && daemonEvent.reason != 8 &&
+                   daemonEvent.reason != 14;
         };
         most.erase(std::remove_if(most.begin(), most.end(), isSpare), most.end());
-        return support::isLongRun() ? allTellings() : most;
+        return support::isLongRun() ? allEvents() : most;
     }
 
-    static bool leavesMore(const Telling& telling) {
-        const Effect effect = rowOf(telling).effect;
+    static bool changesScreens(const DaemonEvent& daemonEvent) {
+        const Effect effect = rowOf(daemonEvent).effect;
         return effect == Effect::ShowPin || effect == Effect::Wait || effect == Effect::ShowList ||
                effect == Effect::ShowMenu;
     }
@@ -521,45 +524,45 @@ class EventTableTest : public EventFixture, public testing::WithParamInterface<S
     }
 };
 
-TEST_P(EventTableTest, EachPairDoesWhatTheTableSaysUnderEachPopup) {
+TEST_P(EventTableTest, EachPairDoesWhatTheTableSaysWithEachPopup) {
     for (const auto& [popup, note] : POPUPS) {
         if ((popup == Up::Selection || popup == Up::HiddenSelection) && !GetParam().list) {
             continue;
         }
         SCOPED_TRACE(note);
         bool fresh = false;
-        for (const Telling& telling : popup == Up::Nothing ? allTellings() : mostTellings()) {
-            SCOPED_TRACE("event " + std::to_string(telling.event) + ", reason " +
-                         std::to_string(telling.reason));
+        for (const DaemonEvent& daemonEvent : popup == Up::Nothing ? allEvents() : mostEvents()) {
+            SCOPED_TRACE("event " + std::to_string(daemonEvent.event) + ", reason " +
+                         std::to_string(daemonEvent.reason));
             if (!fresh) {
                 reach();
             }
             putUp(popup);
-            check(telling);
+            check(daemonEvent);
             if (HasFatalFailure()) {
                 return;
             }
-            fresh = !leavesMore(telling);
+            fresh = !changesScreens(daemonEvent);
         }
     }
 }
 
 TEST_P(EventTableTest, EachPairMayComeTwiceAndTheProgramStillAnswersAKey) {
     bool fresh = false;
-    for (const Telling& telling : mostTellings()) {
-        SCOPED_TRACE("event " + std::to_string(telling.event) + ", reason " +
-                     std::to_string(telling.reason));
+    for (const DaemonEvent& daemonEvent : mostEvents()) {
+        SCOPED_TRACE("event " + std::to_string(daemonEvent.event) + ", reason " +
+                     std::to_string(daemonEvent.reason));
         if (!fresh) {
             reach();
         }
         putUp(Up::Nothing);
-        check(telling);
-        check(telling);
+        check(daemonEvent);
+        check(daemonEvent);
         if (HasFatalFailure()) {
             return;
         }
         expectBackEndsProgram();
-        fresh = !leavesMore(telling);
+        fresh = !changesScreens(daemonEvent);
     }
 }
 
@@ -585,7 +588,7 @@ class EventBurstTest : public EventFixture {
   protected:
     static constexpr int MANY = 50;
 
-    // Has the daemon say all of EVENTS before the program takes in the first.
+    // Makes the daemon send all EVENTS before the program handles the first.
     void burst(const std::vector<std::pair<int, int>>& events) {
         platform().clearLog();
         for (const auto& [event, reason] : events) {
@@ -607,7 +610,7 @@ class EventBurstTest : public EventFixture {
     }
 };
 
-TEST_F(EventBurstTest, ManyFailuresLeaveOnePopupWhoseButtonEndsTheProgram) {
+TEST_F(EventBurstTest, ManyFailuresShowOnePopupWhoseButtonEndsTheProgram) {
     start();
     burst(many(1, 7));
     EXPECT_EQ("message 'COM_CANNOT_CONNECT_TO_SERVER' [SID_OK!] 60 s shown",
@@ -619,7 +622,7 @@ TEST_F(EventBurstTest, ManyFailuresLeaveOnePopupWhoseButtonEndsTheProgram) {
     }));
 }
 
-TEST_F(EventBurstTest, ManyMenusLeaveFiveAndTheLastMovesItsFocus) {
+TEST_F(EventBurstTest, AfterManyMenusFiveAreKeptAndTheLastMovesItsFocus) {
     start(true);
     burst(many(0, 12));
     EXPECT_EQ(MOST_SCREENS, history().size());
@@ -628,7 +631,7 @@ TEST_F(EventBurstTest, ManyMenusLeaveFiveAndTheLastMovesItsFocus) {
     EXPECT_TRUE(gotFocus(button("existRegBtn")));
 }
 
-TEST_F(EventBurstTest, ManyPinsAskForEachAndTheLastAnswersItsButton) {
+TEST_F(EventBurstTest, ManyPinsAreEachRequestedAndTheButtonOfTheLastWorks) {
     start();
     burst(many(0, 0));
     EXPECT_EQ(MOST_SCREENS, history().size());
@@ -640,7 +643,7 @@ TEST_F(EventBurstTest, ManyPinsAskForEachAndTheLastAnswersItsButton) {
     }));
 }
 
-TEST_F(EventBurstTest, ManyListsLeaveADropDownThatOpens) {
+TEST_F(EventBurstTest, AfterManyListsTheDropDownOpens) {
     daemon().answer("getShopInfoList", document(TWO_TOPS));
     start();
     burst(many(0, 2));
@@ -651,7 +654,7 @@ TEST_F(EventBurstTest, ManyListsLeaveADropDownThatOpens) {
     EXPECT_THAT(offered(), ElementsAre("North", "South"));
 }
 
-TEST_F(EventBurstTest, ManyWaitsLeaveAProgramThatCanBeLeft) {
+TEST_F(EventBurstTest, AfterManyWaitsTheProgramCanBeClosed) {
     start();
     burst(many(0, 1));
     EXPECT_EQ(std::string("loading '") + CONNECTING + "' [] 0 s shown", describePopup(popup()));
@@ -662,9 +665,9 @@ TEST_F(EventBurstTest, ManyEventsOfAllKindsEachDoTheirPart) {
     daemon().answer("getShopInfoList", document(TWO_TOPS));
     std::vector<std::pair<int, int>> events;
     while (events.size() < 2 * MANY - 1) {
-        for (const Telling& telling : allTellings()) {
-            if (rowOf(telling).effect != Effect::Close && events.size() < 2 * MANY - 1) {
-                events.emplace_back(telling.event, telling.reason);
+        for (const DaemonEvent& daemonEvent : allEvents()) {
+            if (rowOf(daemonEvent).effect != Effect::Close && events.size() < 2 * MANY - 1) {
+                events.emplace_back(daemonEvent.event, daemonEvent.reason);
             }
         }
     }
@@ -701,10 +704,10 @@ struct Failure {  // NOLINT(clang-analyzer-optin.performance.Padding)
     bool registered;
     const char* method;
     Answer answer;
-    const char* cause;               // how the line in the log goes on
-    std::vector<std::string> calls;  // all that are made until then
-    const char* onScreen;            // where the failure popup then is
-    bool popupStays;                 // the waiting popup on the menu, which lies below by then
+    const char* cause;               // the end of the log line
+    std::vector<std::string> calls;  // all calls up to the failure
+    const char* onScreen;            // the screen of the failure popup
+    bool popupStays;                 // the waiting popup on the menu, which is below by then
 };
 
 class DaemonFailureTest : public EventFixture {
@@ -753,7 +756,7 @@ class DaemonFailureTest : public EventFixture {
                     ElementsAre(testing::StartsWith(
                         std::string("Exception caught during event handling: ") + failure.cause)));
         EXPECT_EQ(failure.calls, callsSince());
-        const Picture after = look();
+        const Snapshot after = look();
         EXPECT_EQ(failure.onScreen, after.screen);
         EXPECT_EQ(std::string("message '") + UNSTABLE + "' [SID_OK!] 60 s shown", after.popup);
         EXPECT_EQ("level 0 from 0: ", after.way);

@@ -18,7 +18,7 @@ using ZOLT::GUI::EventHandler;
 using ZOLT::GUI::SelectionPopup;
 using ZOLT::GUI::ShopListScreen;
 
-// The toolkit's own way for an engine to move the focus between its windows.
+// Functions of the toolkit with which an engine moves the focus between windows.
 extern "C" void _ecore_evas_focus_device_set(Ecore_Evas* window, void* seat, Eina_Bool on);
 
 namespace flow {
@@ -28,7 +28,7 @@ class ExistingRegistrationTest : public FlowFixture {
   protected:
     void SetUp() override {
         FlowFixture::SetUp();
-        m_daemon.reset();  // its name is wanted by the process
+        m_daemon.reset();  // the daemon process needs its name
         host::MainLoopBridge::install();
     }
     void TearDown() override {
@@ -36,7 +36,7 @@ class ExistingRegistrationTest : public FlowFixture {
         FlowFixture::TearDown();
     }
 
-    // Starts the daemon with its scenario and, after it, the program.
+    // Starts the daemon with its scenario, then the program.
     void startBoth(const std::string& scenario) {
         m_process = std::make_unique<support::StandInDaemon>(scenario);
         m_process->start();
@@ -53,8 +53,8 @@ class ExistingRegistrationTest : public FlowFixture {
         press(windowOf(screen()), key);
     }
 
-    // The buffer engine gives a canvas the focus before the toolkit listens, and a list takes no
-    // arrows in a window of which the toolkit does not know that it has the focus.
+    // The buffer engine gives a canvas the focus before the toolkit listens for it, and a list
+    // ignores arrows in a window that has no focus as far as the toolkit knows.
     void giveFocus(Evas_Object* window) {
         if (window == m_focusedWindow) {
             return;
@@ -174,7 +174,7 @@ TEST_F(ExistingRegistrationTest, GoesFromTheMenuToTheCompletionPopup) {
         support::readFile(m_process->folder().file("data/registered.xml")));
 }
 
-TEST_F(ExistingRegistrationTest, SoundsItsWayThroughTheMenu) {
+TEST_F(ExistingRegistrationTest, PlaysTheSoundsOfTheMenu) {
     startBoth("[daemon]\ndelay=1\n");
     const size_t before = sounds().size();
     remote("Up");

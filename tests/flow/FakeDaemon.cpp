@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A daemon in the test's own process that answers as the test says.
+// A daemon in the test's own process with answers set by the test.
 #include "flow/FakeDaemon.h"
 
 #include "support/PrivateBus.h"
@@ -10,8 +10,8 @@ namespace {
 
 struct RunningBus {
     RunningBus() {
-        // The bus ends before the connection that GLib keeps for the process, which must not take
-        // the process with it.
+        // The bus ends before the connection that GLib keeps for the process. Without this GLib
+        // would end the process then.
         GDBusConnection* const shared = g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr);
         g_dbus_connection_set_exit_on_close(shared, FALSE);
         g_object_unref(shared);
@@ -20,7 +20,7 @@ struct RunningBus {
     support::PrivateBus bus;
 };
 
-// TEXT as a tuple in the notation of values.
+// TEXT as a tuple in GVariant text format.
 std::string bodyOf(const std::string& text) {
     GVariant* const value = g_variant_ref_sink(g_variant_new("(s)", text.c_str()));
     gchar* const printed = g_variant_print(value, FALSE);

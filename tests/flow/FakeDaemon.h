@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A daemon in the test's own process that answers as the test says.
+// A daemon in the test's own process with answers set by the test.
 #pragma once
 
 #include <string>
@@ -9,19 +9,18 @@
 
 namespace flow {
 
-// Starts the private bus of this process, if that has not happened yet.
+// Starts the private bus of this process, unless it runs already.
 void startBus();
 
-// Owns the daemon's name with the object "/zolt/gui" from construction to destruction. Takes every
-// request; texts are empty and the set is not registered until a test says otherwise.
+// Owns the daemon's name with the object "/zolt/gui" from construction to destruction. Accepts
+// every request; by default texts are empty and the TV is not registered.
 class FakeDaemon {
   public:
     FakeDaemon();
 
-    // METHOD, one that gives a text, gives this one from now on.
+    // METHOD, which must return a text, returns this one from now on.
     void answer(const std::string& method, const std::string& text);
-    // METHOD gives this tuple, in the notation of values, which may be of a type that is not its
-    // own.
+    // METHOD returns this tuple, in GVariant text format, which may be of a wrong type.
     void answerTuple(const std::string& method, const std::string& tuple) {
         m_service.answer(method, tuple);
     }
@@ -37,7 +36,7 @@ class FakeDaemon {
 
   private:
     test::FakeService m_service;
-    size_t m_taken = 0;  // calls that were given out
+    size_t m_taken = 0;  // calls that takeCalls has returned
 };
 
 }  // namespace flow

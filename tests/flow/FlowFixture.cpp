@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A flow with real screens, a scripted television below it and a daemon that a test answers for.
+// A flow with real screens, a scripted television and a fake daemon.
 #include "flow/FlowFixture.h"
 
 #include <stdexcept>

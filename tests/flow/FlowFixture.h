@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A flow with real screens, a scripted television below it and a daemon that a test answers for.
+// A flow with real screens, a scripted television and a fake daemon.
 #pragma once
 
 #include <functional>
@@ -24,15 +24,15 @@ struct Level {
     std::vector<std::pair<std::string, std::string>> entries;
 };
 
-// A shop list document, or, with one entry a level, the document of a registration.
+// A shop list document. With one entry a level it is also a registration document.
 std::string document(const std::vector<Level>& levels);
 
-// A list that leaves nothing to choose, and the document of a registration.
+// A list without a choice, which is also a registration document.
 inline const std::vector<Level> ONE_SHOP = {{"Store", {{"Only", "01"}}}};
 inline const std::vector<Level> REGISTERED = {{"Country", {{"North", "01"}}},
                                               {"Store", {{"N1", "0101"}}}};
 
-// Sounds by the numbers that the set's feedback service gets.
+// The numbers with which the TV's feedback service is called for each sound.
 enum Sound { MOVE = 40, BACK = 41, BLOCKED = 42, SELECT = 43, POPUP = 45 };
 
 class FlowFixture : public support::GuiFixture {
@@ -41,15 +41,15 @@ class FlowFixture : public support::GuiFixture {
     void TearDown() override;
 
     // --- the flow
-    // Makes a flow in place of the one before.
+    // Makes a flow that replaces the earlier one.
     ZOLT::GUI::Controller& makeFlow();
     // Makes one and shows its first screen. REGISTERED: whether there is a registration file.
     ZOLT::GUI::Controller& start(bool registered = false);
-    // Has the flow take in an event of the daemon.
+    // Lets the flow handle an event of the daemon.
     void event(int number, int reason);
-    // Calls CALLBACK as a widget does that hands nothing over.
+    // Calls CALLBACK as a widget does, with null arguments.
     static void click(void (*callback)(void*, Evas_Object*, void*));
-    // Has the flow take in a shop list, as the daemon's event does.
+    // Lets the flow fetch a shop list, as the daemon's event does.
     void serve(const std::vector<Level>& levels);
     std::deque<ZOLT::GUI::Screen*>& history();
     // The names of the chosen shops, the latest first.
@@ -71,8 +71,8 @@ class FlowFixture : public support::GuiFixture {
     // "TEXT" of the button in PART, with "*" when it may take the focus and "!" when it has it; ""
     // when there is none.
     std::string describe(const char* part);
-    // A popup gives the focus away only once it has been laid out, and an arrow finds its way only
-    // among widgets that have their places.
+    // Waits for the layout: only then does a popup move the focus, and arrows need the positions of
+    // the widgets.
     static bool waitForFocus(Evas_Object* widget);
     // Opens the drop-down, picks the entry NAME and confirms it.
     void choose(const std::string& name);
@@ -83,12 +83,12 @@ class FlowFixture : public support::GuiFixture {
 
     // --- the daemon
     FakeDaemon& daemon() { return *m_daemon; }
-    // What was asked of it since this was last asked.
+    // The calls to it since the last call of this function.
     std::vector<std::string> callsSince() { return m_daemon->takeCalls(); }
-    // Turns both main loops until PREDICATE holds.
+    // Runs both main loops until PREDICATE is true.
     static bool waitFor(const std::function<bool()>& predicate);
 
-    // --- what was heard
+    // --- the sounds
     std::vector<int> sounds();
     static std::string labelText() { return ZOLT::GUI::Controller::m_currentLabelText; }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The entry of the process and its life under the application framework.
+// The entry of the process and its life cycle in the application framework.
 #include <algorithm>
 #include <climits>
 #include <cstdio>
@@ -27,7 +27,7 @@ using testing::IsEmpty;
 using ZOLT::GUI::Controller;
 using ZOLT::GUI::ControllerProbe;
 
-// The program's main, which the tests' own takes the name of.
+// The program's main, renamed because the tests have their own.
 int zolt_main(int argc, char** argv);
 
 namespace flow {
@@ -35,7 +35,7 @@ namespace {
 
 constexpr const char* COUNTER = "memory/zolt/zolt_screensaver_blocking";
 
-// The program closes the standard streams: it gets streams of its own, and the test keeps its.
+// The program closes the standard streams, so it gets its own and the test keeps the real ones.
 class OwnStreams {
   public:
     OwnStreams() : m_output(stdout), m_errors(stderr) {
@@ -46,7 +46,7 @@ class OwnStreams {
     OwnStreams(const OwnStreams&) = delete;
     OwnStreams& operator=(const OwnStreams&) = delete;
 
-    // The test has its streams again; once more does no harm.
+    // Restores the streams of the test. May be called again.
     void giveBack() {
         if (stdout == m_output) {
             return;
@@ -57,7 +57,7 @@ class OwnStreams {
         stdout = m_output;
         stderr = m_errors;
     }
-    // Whether both led nowhere when they were given back.
+    // Whether both wrote to /dev/null when they were restored.
     bool wereClosed() const { return m_closed; }
 
   private:
@@ -76,8 +76,8 @@ class OwnStreams {
     bool m_closed = false;
 };
 
-// Prints as libraries do when nobody has told them to print elsewhere. Whether all of it succeeds
-// and nothing of it comes into a file that was opened just before.
+// Prints as libraries do by default. Returns whether all of it succeeds and nothing is written into
+// a file that was opened just before.
 bool printingIsHarmless() {
     const int file = open("opened-later", O_RDWR | O_CREAT, 0600);
     const int second = open("opened-last", O_RDWR | O_CREAT, 0600);
@@ -125,16 +125,16 @@ class MainTest : public FlowFixture {
                                          "<i name=\"FakeSystemCalls\">0</i></config>");
     }
 
-    // Runs the program with LIFE in the place of the framework's main loop, and returns its status.
+    // Runs the program with LIFE instead of the framework's main loop, and returns its status.
     static int run(const std::function<int(Callbacks&, void*)>& life) {
         OwnStreams streams;
         platform().setAppMain([&](int, char**, Callbacks* callbacks, void* data) {
-            streams.giveBack();  // the program has closed its own, and what fails is to be told
+            streams.giveBack();  // the program has closed its own, but failures must be printed
             s_streamsWereClosed = streams.wereClosed();
             return life(*callbacks, data);
         });
         const int status = callMain();
-        ZOLT::GUI::setToolkitLost(false);  // the toolkit of the tests goes on
+        ZOLT::GUI::setToolkitLost(false);  // the tests still use the toolkit
         return status;
     }
     static int callMain() {
@@ -142,15 +142,15 @@ class MainTest : public FlowFixture {
         char* arguments[] = {name, nullptr};
         return zolt_main(1, arguments);
     }
-    // Takes the screens away ahead of an exception, after which the program leaves its widgets to
-    // the end of the process, and this process does not end there.
+    // Deletes the screens before an exception is thrown. After one the program leaves its widgets
+    // to the end of the process, but this process continues.
     static void dropScreens() {
         auto& history = ControllerProbe::history(*Controller::m_self);
         for (; !history.empty(); history.pop_back()) {
             delete history.back();
         }
     }
-    // The same with an ordinary life around BODY.
+    // The same with an ordinary start and end around BODY.
     static int runOrdinary(const std::function<void(Callbacks&, void*)>& body) {
         return run([&body](Callbacks& callbacks, void* data) {
             EXPECT_TRUE(callbacks.create(data));
@@ -185,7 +185,7 @@ class MainTest : public FlowFixture {
 
 bool MainTest::s_streamsWereClosed = false;
 
-TEST_F(MainTest, AnOrdinaryLifeEndsWellAndLeavesTheCounterAsItWas) {
+TEST_F(MainTest, AnOrdinaryRunReturnsZeroAndRestoresTheCounter) {
     EXPECT_EQ(0, runOrdinary([](Callbacks&, void*) { EXPECT_EQ(6, counter()); }));
     EXPECT_EQ(5, counter());
     EXPECT_THAT(platform().messages(LOG_ID_SYSTEM, DLOG_INFO),
@@ -201,7 +201,7 @@ TEST_F(MainTest, TheStandardStreamsAreClosedWhileTheProgramRuns) {
 }
 
 // With the process's own streams, on a platform that redirects nothing.
-TEST_F(MainTest, WhatIsPrintedAfterTheStreamsAreClosedHarmsNothing) {
+TEST_F(MainTest, PrintingAfterTheStreamsAreClosedIsSafe) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
         {
@@ -267,7 +267,7 @@ TEST_F(MainTest, AnExceptionIsOneWarningAndStatusOne) {
                 testing::Not(Contains("ZOLT GUI application: Closing")));
 }
 
-TEST_F(MainTest, AnExceptionOfTheLibraryIsTheSame) {
+TEST_F(MainTest, AStandardExceptionIsTheSame) {
     announceWarning("Exception caught: range");
     EXPECT_EQ(1, run([](Callbacks&, void*) -> int { throw std::out_of_range("range"); }));
 }
@@ -321,7 +321,7 @@ TEST_F(MainTest, AMissingConfigurationEndsTheProgramWithStatusOne) {
     platform().clearLog();
 }
 
-TEST_F(MainTest, ALanguageThatCannotBeHadEndsTheProgramWithStatusOne) {
+TEST_F(MainTest, ALanguageThatCannotBeSetEndsTheProgramWithStatusOne) {
     platform().setRuntimeInfo(RUNTIME_INFO_KEY_LANGUAGE, std::string("xx_XX.nowhere"));
     announceWarning("Exception caught: Unable to set the language");
     EXPECT_EQ(1, run([](Callbacks& callbacks, void* data) {
@@ -355,7 +355,7 @@ TEST_F(MainTest, ALaunchWithoutDataIsRefused) {
               }));
 }
 
-TEST_F(MainTest, ASecondLaunchBuildsTheNewFlowBeforeTheOldOneGoesAndLeavesNoSelf) {
+TEST_F(MainTest, ASecondLaunchBuildsTheNewFlowBeforeTheOldOneIsDestroyedAndClearsSelf) {
     EXPECT_EQ(0, runOrdinary([](Callbacks& callbacks, void* data) {
                   platform().clearLog();
                   callbacks.app_control(nullptr, data);
@@ -403,7 +403,7 @@ TEST_F(MainTest, TheCounterFollowsPauseAndResume) {
     EXPECT_TRUE(logged("calling Terminate"));
 }
 
-TEST_F(MainTest, ASecondPauseChangesNothingAndSaysSo) {
+TEST_F(MainTest, ASecondPauseChangesNothingAndLogsThat) {
     runOrdinary([](Callbacks& callbacks, void* data) {
         callbacks.pause(data);
         platform().clearLog();
@@ -415,7 +415,7 @@ TEST_F(MainTest, ASecondPauseChangesNothingAndSaysSo) {
     EXPECT_EQ(5, counter());
 }
 
-TEST_F(MainTest, RaisingAndLoweringTellWhatTheyFound) {
+TEST_F(MainTest, RaisingAndLoweringLogTheCounter) {
     run([](Callbacks&, void*) { return 0; });
     const auto lines = platform().messages(LOG_ID_SYSTEM, DLOG_DEBUG);
     EXPECT_THAT(lines, ElementsAre("increasing Vconf", "current vconf is: 5", "Decreasing Vconf",
@@ -430,7 +430,7 @@ TEST_F(MainTest, ACounterThatCannotBeReadIsWrittenFromMinusOne) {
                             std::string("vconf_set_int(") + COUNTER + ", -2)"));
 }
 
-TEST_F(MainTest, ACounterAtItsLargestOrSmallestGoesRoundAndComesBack) {
+TEST_F(MainTest, ACounterAtAnIntegerLimitWrapsAroundAndBack) {
     for (const int start : {INT_MAX, INT_MIN, -1}) {
         platform().setVconf(COUNTER, start);
         platform().clearLog();
@@ -446,7 +446,8 @@ TEST_F(MainTest, ACounterAtItsLargestOrSmallestGoesRoundAndComesBack) {
     }
 }
 
-// A lower from the smallest, which only a counter that somebody else has set can lead to.
+// Lowering from the smallest integer, which is possible only if another process has set the
+// counter.
 TEST_F(MainTest, ACounterThatOthersHaveSetToTheSmallestIsLoweredToTheLargest) {
     run([](Callbacks&, void*) {
         platform().setVconf(COUNTER, INT_MIN);
@@ -467,7 +468,7 @@ TEST_F(MainTest, ATerminationWithoutDataWarnsAndLeavesTheCounterRaised) {
     EXPECT_EQ(5, counter());
 }
 
-TEST_F(MainTest, ATerminationTellsTheDaemonBeforeItLeavesTheLoopAndTheFlowGoesLast) {
+TEST_F(MainTest, ATerminationNotifiesTheDaemonThenEndsTheLoopThenDestroysTheFlow) {
     EXPECT_EQ(0, runOrdinary([](Callbacks&, void*) { platform().clearLog(); }));
     EXPECT_THAT(order({"cancel", "applicationCancelled", "terminate", "~Controller"}),
                 ElementsAre("cancel", "applicationCancelled", "terminate", "~Controller"));
@@ -483,7 +484,7 @@ TEST_F(MainTest, ATerminationBeforeTheFirstLaunchOnlyLowersTheCounter) {
     EXPECT_THAT(callsSince(), IsEmpty());
 }
 
-TEST_F(MainTest, ADaemonThatDoesNotTakeTheEndMakesStatusOne) {
+TEST_F(MainTest, ATerminationThatTheDaemonRejectsEndsWithStatusOne) {
     daemon().fail("applicationCancelled", "gone");
     EXPECT_EQ(1, runOrdinary([](Callbacks&, void*) { dropScreens(); }));
     ASSERT_EQ(1U, warnings().size());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// How a set is tied to a shop, how that is shown and how it is undone.
+// How a TV is registered to a shop, how the registration is shown and how it is deleted.
 #include <stdexcept>
 
 #include <gmock/gmock.h>
@@ -32,7 +32,7 @@ const std::vector<Level> TWO_LEVELS = {
 
 class RegistrationTest : public FlowFixture {
   protected:
-    // Walks to the confirmation of "N1", which lies two levels deep.
+    // Goes to the confirmation of "N1", which is on the second level.
     void walkToConfirmation() {
         serve(TWO_LEVELS);
         choose("North");
@@ -44,7 +44,7 @@ class RegistrationTest : public FlowFixture {
 
 // --- new registration
 
-TEST_F(RegistrationTest, ANewRegistrationGoesFromTheMenuOverThePinToTheCompletion) {
+TEST_F(RegistrationTest, ANewRegistrationGoesFromTheMenuToThePinAndTheCompletion) {
     daemon().answer("getPincode", "12345678");
     daemon().answer("getShopInfoList", document(TWO_LEVELS));
     start();
@@ -86,7 +86,7 @@ TEST_F(RegistrationTest, ThePinScreenStopsTheWaitingScreensCircle) {
     EXPECT_EQ(1, entered("RemoveProgressBar"));
 }
 
-TEST_F(RegistrationTest, ThePinScreenNamesTheShopOfARegisteredSet) {
+TEST_F(RegistrationTest, ThePinScreenNamesTheShopOfARegisteredTV) {
     daemon().answer("getPincode", "12345678");
     daemon().answer("getRegisteredShopInfo", document(REGISTERED));
     daemon().setRegistered(true);
@@ -97,7 +97,7 @@ TEST_F(RegistrationTest, ThePinScreenNamesTheShopOfARegisteredSet) {
     EXPECT_EQ("N1 : 0101", textOf(layoutOf(screen()), "RegistrationInfo"));
 }
 
-TEST_F(RegistrationTest, ThePinScreenOfAnUnregisteredSetSaysSo) {
+TEST_F(RegistrationTest, ThePinScreenOfAnUnregisteredTVSaysSo) {
     daemon().answer("getPincode", "12345678");
     start();
     event(0, 0);
@@ -113,7 +113,7 @@ TEST_F(RegistrationTest, AnExpiredPinShowsItsPopupOnThePinScreen) {
     EXPECT_EQ("COM_MAPP_SID_PIN_ENTRY_TIME_LIMIT_EXPIRED", labelText());
 }
 
-TEST_F(RegistrationTest, AFailedRequestOfThePinLeavesTheButton) {
+TEST_F(RegistrationTest, AFailedPinRequestThrowsFromTheButton) {
     daemon().fail("requestPincode", "no");
     start();
     EXPECT_THROW(click(EventHandler::pinRequestingScreenRequested), ZOLT::Exception);
@@ -122,7 +122,7 @@ TEST_F(RegistrationTest, AFailedRequestOfThePinLeavesTheButton) {
 
 // --- existing registration
 
-TEST_F(RegistrationTest, ASearchFromALoneMenuShowsThePopupAndAsksTheDaemon) {
+TEST_F(RegistrationTest, ASearchFromTheOnlyScreenShowsThePopupAndAsksTheDaemon) {
     start();
     click(EventHandler::displayShopsFromLANRequested);
     EXPECT_NE(nullptr, popup<ZOLT::GUI::LoadingPopup>());
@@ -132,7 +132,7 @@ TEST_F(RegistrationTest, ASearchFromALoneMenuShowsThePopupAndAsksTheDaemon) {
     EXPECT_EQ(1, entered("historyAppend"));
 }
 
-TEST_F(RegistrationTest, ASearchTakesThePopupOffTheScreenBelow) {
+TEST_F(RegistrationTest, ASearchDestroysThePopupOfTheScreenBelow) {
     start(true).showDeregistrationPopup();
     Screen* const below = &screen();
     event(0, 12);
@@ -145,7 +145,7 @@ TEST_F(RegistrationTest, ASearchTakesThePopupOffTheScreenBelow) {
     EXPECT_EQ(3, entered("historyAppend"));
 }
 
-TEST_F(RegistrationTest, ANewRegistrationTakesThePopupOffTheScreenBelowToo) {
+TEST_F(RegistrationTest, ANewRegistrationDestroysThePopupOfTheScreenBelowToo) {
     start(true).showDeregistrationPopup();
     Screen* const below = &screen();
     event(0, 12);
@@ -154,7 +154,7 @@ TEST_F(RegistrationTest, ANewRegistrationTakesThePopupOffTheScreenBelowToo) {
     EXPECT_EQ(3U, history().size());
 }
 
-TEST_F(RegistrationTest, ANewRegistrationFromALoneMenuLeavesThePopupOnIt) {
+TEST_F(RegistrationTest, ANewRegistrationFromTheOnlyScreenKeepsItsPopup) {
     start();
     m_flow->showCompletionPopup();
     Screen* const menu = &screen();
@@ -188,7 +188,7 @@ TEST_F(RegistrationTest, AConfirmationWithoutAChoiceHasOneButton) {
     EXPECT_NE(nullptr, history().at(1)->getPopup());
 }
 
-TEST_F(RegistrationTest, AConfirmationAfterAChoiceHasAWayBack) {
+TEST_F(RegistrationTest, AConfirmationAfterAChoiceHasAPreviousButton) {
     start();
     walkToConfirmation();
     EXPECT_TRUE(shows<ZOLT::GUI::RegistrationInfoScreen>());
@@ -197,7 +197,7 @@ TEST_F(RegistrationTest, AConfirmationAfterAChoiceHasAWayBack) {
     EXPECT_EQ("SID_REGISTER*!", describe("regBtn"));
 }
 
-TEST_F(RegistrationTest, TheConfirmationsDocumentIsTheOneThatGoesOut) {
+TEST_F(RegistrationTest, TheDocumentOnTheConfirmationIsTheOneThatIsSent) {
     start();
     walkToConfirmation();
     click(EventHandler::shopRegistrationRequested);
@@ -209,7 +209,7 @@ TEST_F(RegistrationTest, TheConfirmationsDocumentIsTheOneThatGoesOut) {
         daemon().registrationDocument());
 }
 
-TEST_F(RegistrationTest, WhileTheRequestRunsTheButtonsAreOutOfReach) {
+TEST_F(RegistrationTest, WhileTheRequestRunsTheButtonsAreUnreachable) {
     start();
     walkToConfirmation();
     click(EventHandler::shopRegistrationRequested);
@@ -219,7 +219,7 @@ TEST_F(RegistrationTest, WhileTheRequestRunsTheButtonsAreOutOfReach) {
     EXPECT_EQ("SID_CONNECTING_TO_NETWORK_SERVER", labelText());
 }
 
-TEST_F(RegistrationTest, WhileTheRequestOfALoneButtonRunsThatIsOutOfReach) {
+TEST_F(RegistrationTest, WhileTheRequestOfASingleButtonRunsThatIsUnreachable) {
     start();
     serve(ONE_SHOP);
     click(EventHandler::shopRegistrationRequested);
@@ -235,7 +235,7 @@ TEST_F(RegistrationTest, ARegistrationFromAnotherScreenIsRefused) {
     EXPECT_THAT(callsSince(), IsEmpty());
 }
 
-TEST_F(RegistrationTest, ARegistrationFromALoneConfirmationIsOutOfRange) {
+TEST_F(RegistrationTest, ARegistrationFromTheOnlyScreenIsOutOfRange) {
     Controller& flow = makeFlow();
     daemon().answer("getRegisteredShopInfo", document(REGISTERED));
     flow.showRegistrationInformationScreen();
@@ -253,7 +253,7 @@ TEST_F(RegistrationTest, ARegistrationWithoutAChosenShopIsOutOfRange) {
     EXPECT_THROW(m_flow->showRegistrationConfirmationScreen(), std::out_of_range);
 }
 
-TEST_F(RegistrationTest, ARegistrationOfAChoiceThatIsNoneHasNoLevels) {
+TEST_F(RegistrationTest, ARegistrationOfANullChoiceHasNoLevels) {
     daemon().answer("getRegisteredShopInfo", document(REGISTERED));
     start(true).showRegistrationInformationScreen();
     ZOLT::GUI::ControllerProbe::chosen(*m_flow).push_front(nullptr);
@@ -264,7 +264,7 @@ TEST_F(RegistrationTest, ARegistrationOfAChoiceThatIsNoneHasNoLevels) {
 
 // --- information
 
-TEST_F(RegistrationTest, TheInformationScreenShowsTheRegistrationWithoutAClick) {
+TEST_F(RegistrationTest, TheInformationScreenShowsTheRegistrationWithoutAClickSound) {
     daemon().answer("getRegisteredShopInfo", document(REGISTERED));
     start(true);
     EventHandler::registrationInformationScreenRequested(nullptr, nullptr, nullptr);
@@ -283,7 +283,7 @@ TEST_F(RegistrationTest, TheInformationScreensButtonLeadsBackToTheMenu) {
     EXPECT_THAT(history(), ElementsAre(menu));
 }
 
-TEST_F(RegistrationTest, ABrokenRegisteredDocumentLeavesTheButton) {
+TEST_F(RegistrationTest, ABrokenRegisteredDocumentThrowsFromTheButton) {
     daemon().answer("getRegisteredShopInfo", "null");
     start(true);
     EXPECT_THROW(click(EventHandler::registrationInformationScreenRequested), ZOLT::Exception);
@@ -319,7 +319,7 @@ TEST_F(RegistrationTest, AfterAChangeTheWayBackLeadsToTheRegisteredMenu) {
     EXPECT_EQ(nullptr, popup());
 }
 
-TEST_F(RegistrationTest, ARefusedChangeTakesThePopupAway) {
+TEST_F(RegistrationTest, ARefusedChangeClosesThePopup) {
     start(true);
     click(EventHandler::reRegistrationScreenRequested);
     click(EventHandler::popupHideRequested);
@@ -347,7 +347,7 @@ TEST_F(RegistrationTest, AChangeWithoutAPopupSaysSo) {
     EXPECT_THAT(callsSince(), IsEmpty());
 }
 
-TEST_F(RegistrationTest, ARegistrationAnewShowsTheLoadingPopupAndAsksForTheList) {
+TEST_F(RegistrationTest, ANewRegistrationOfARegisteredTVShowsTheLoadingPopupAndAsksForTheList) {
     start(true).showDeregistrationPopup();
     click(EventHandler::reRegistrationRequested);
     EXPECT_NE(nullptr, popup<ZOLT::GUI::LoadingPopup>());
@@ -370,7 +370,7 @@ TEST_F(RegistrationTest, ADeregistrationAsksFirstAndEndsWithItsPopup) {
     EXPECT_EQ(1U, history().size());
 }
 
-TEST_F(RegistrationTest, TheButtonsOfAQuestionAreOutOfReachBeforeTheDaemonIsAsked) {
+TEST_F(RegistrationTest, TheButtonsOfAQuestionAreUnreachableBeforeTheDaemonIsAsked) {
     const struct {
         void (*ask)(void*, Evas_Object*, void*);
         void (*consent)(void*, Evas_Object*, void*);
@@ -395,7 +395,7 @@ TEST_F(RegistrationTest, TheButtonsOfAQuestionAreOutOfReachBeforeTheDaemonIsAske
     }
 }
 
-TEST_F(RegistrationTest, TheButtonsOfAConfirmationAreOutOfReachBeforeTheDaemonIsAsked) {
+TEST_F(RegistrationTest, TheButtonsOfAConfirmationAreUnreachableBeforeTheDaemonIsAsked) {
     start();
     serve(ONE_SHOP);
     daemon().fail("requestRegistrationShopInfo", "busy");
@@ -421,9 +421,9 @@ TEST_F(RegistrationTest, ADeregistrationWithoutAPopupIsRefused) {
     EXPECT_THAT(callsSince(), IsEmpty());
 }
 
-// --- what no button leads to
+// --- operations without a button
 
-TEST_F(RegistrationTest, TheScreensThatNoButtonLeadsToAreThereAllTheSame) {
+TEST_F(RegistrationTest, ScreensThatNoButtonShowsCanStillBeShown) {
     Controller& flow = start(true);
     flow.showRegistrationChangeScreen();
     EXPECT_TRUE(shows<ZOLT::GUI::RegistrationChangeScreen>());

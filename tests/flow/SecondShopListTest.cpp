@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A second shop list in one run: what stays of the first, and that none of it is dangling.
+// A second shop list in one run: what remains of the first, and that no pointer into it dangles.
 #include <stdexcept>
 
 #include <gmock/gmock.h>
@@ -28,7 +28,7 @@ const std::vector<Level> SECOND = {
     {"Land", {{"Nord", "01"}, {"Sued", "02"}, {"West", "03"}}},
     {"Laden", {{"A1", "0101"}, {"A2", "0102"}, {"B1", "0201"}, {"C1", "0301"}, {"C2", "0302"}}}};
 
-// The address sanitizer sees it when anything follows a pointer to a shop that is gone.
+// The address sanitizer reports any use of a deleted shop.
 class SecondShopListTest : public FlowFixture {
   protected:
     static void push(Evas_Object* button) {
@@ -65,7 +65,7 @@ class SecondShopListTest : public FlowFixture {
     }
 };
 
-TEST_F(SecondShopListTest, TheLevelsCountOnAndTheListsAreThoseOfTheSecond) {
+TEST_F(SecondShopListTest, LevelNumbersContinueAndTheListsAreThoseOfTheSecond) {
     start();
     serve(FIRST);
     EXPECT_EQ(2U, ControllerProbe::parser(*m_flow).getAmountOfLevels());
@@ -129,7 +129,7 @@ TEST_F(SecondShopListTest, TheChosenShopsOfTheFirstAreNamedOnTheScreensOfTheSeco
     EXPECT_EQ("", textOf(layoutOf(screen()), "shop1"));
 }
 
-TEST_F(SecondShopListTest, TheFirstIsForgottenByNameOnlyWhenItsChosenShopsAreNot) {
+TEST_F(SecondShopListTest, TheChosenShopsOfTheFirstStayAfterTwoMoreLists) {
     chooseNorth();
     choose("N1");
     click(EventHandler::registrationConfirmationScreenRequested);
@@ -155,7 +155,7 @@ TEST_F(SecondShopListTest, APopupBelowTheSecondsScreenKeepsItsRows) {
     EXPECT_EQ(nullptr, popup());
 }
 
-TEST_F(SecondShopListTest, TheWayBackToTheFirstsScreenTakesItsPopupAway) {
+TEST_F(SecondShopListTest, GoingBackToTheFirstsScreenDestroysItsPopup) {
     start();
     serve(FIRST);
     choose("South");
@@ -240,7 +240,7 @@ TEST_F(SecondShopListTest, TheOnlyShopOfTheFirstStaysAmongTheChosenOnes) {
     EXPECT_EQ("Only", textOf(layoutOf(screen()), "shop1"));
 }
 
-// The document is made of the levels that the parser has now.
+// The document is made from the parser's current levels.
 TEST_F(SecondShopListTest, AShopOfTheFirstThatIsTooDeepForTheSecondCannotBeRegistered) {
     chooseNorth();
     choose("N1");
@@ -249,7 +249,7 @@ TEST_F(SecondShopListTest, AShopOfTheFirstThatIsTooDeepForTheSecondCannotBeRegis
     EXPECT_THROW(click(EventHandler::registrationConfirmationScreenRequested), std::out_of_range);
 }
 
-TEST_F(SecondShopListTest, ASecondThatCannotBeReadLeavesTheFirstsEntriesToTheDropDown) {
+TEST_F(SecondShopListTest, AfterASecondThatCannotBeReadTheDropDownOffersTheFirst) {
     chooseNorth();
     daemon().answer("getShopInfoList", "null");
     announceWarning("Exception caught during event handling: Shop list is empty ");
@@ -263,7 +263,7 @@ TEST_F(SecondShopListTest, ASecondThatCannotBeReadLeavesTheFirstsEntriesToTheDro
     EXPECT_THAT(rowsOf(*popup<SelectionPopup>()), ElementsAre("North", "South"));
 }
 
-TEST_F(SecondShopListTest, ManyListsInOneRunLeaveTheFirstsNames) {
+TEST_F(SecondShopListTest, ManyListsInOneRunOfferTheNamesOfAll) {
     start();
     serve(FIRST);
     for (int time = 0; time < 20; ++time) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The way down the levels of a shop list.
+// Choosing shops down the levels of a shop list.
 #include <stdexcept>
 
 #include <gmock/gmock.h>
@@ -126,7 +126,7 @@ TEST_F(ShopListTest, AListThatIsNullShowsAnUnstableConnection) {
     EXPECT_EQ("SID_INTERNET_CONNECTION_NOT_STABLE_MSG", labelText());
 }
 
-TEST_F(ShopListTest, TheInitialLevelWantsSomewhereToTellWhatItDid) {
+TEST_F(ShopListTest, TheInitialLevelRefusesANullOutput) {
     makeFlow();
     try {
         m_flow->getInitialShopListLevel(nullptr);
@@ -156,7 +156,7 @@ TEST_F(ShopListTest, ANewListStartsAtTheTopAndKeepsTheChosenShops) {
     EXPECT_EQ("North", textOf(layoutOf(screen()), "shop1"));
 }
 
-TEST_F(ShopListTest, AListThatCannotBeHadStillStartsAtTheTop) {
+TEST_F(ShopListTest, AListThatCannotBeFetchedStillStartsAtTheTop) {
     start();
     serve(ONE_TOP);
     daemon().answer("getShopInfoList", "");
@@ -165,7 +165,7 @@ TEST_F(ShopListTest, AListThatCannotBeHadStillStartsAtTheTop) {
     EXPECT_EQ(0U, initialLevel());
 }
 
-TEST_F(ShopListTest, WithNothingLeftToChooseTheInitialLevelTellsThatItIsHandled) {
+TEST_F(ShopListTest, WithNothingLeftToChooseTheInitialLevelIsHandled) {
     start();
     daemon().answer("getShopInfoList", document(ONE_SHOP));
     m_flow->prepareShopList();
@@ -175,9 +175,9 @@ TEST_F(ShopListTest, WithNothingLeftToChooseTheInitialLevelTellsThatItIsHandled)
     EXPECT_TRUE(shows<ZOLT::GUI::RegistrationInfoScreen>());
 }
 
-// The last shop of a descent takes no level of its own, so that more shops are chosen than levels
-// have been gone down.
-TEST_F(ShopListTest, BackAtTheTopNothingOfADescentWithinTheListIsChosen) {
+// The last shop of an automatic descent does not advance the level, so more shops are chosen than
+// levels were passed.
+TEST_F(ShopListTest, GoingBackToTheTopClearsTheShopsOfADescentWithinTheList) {
     start();
     serve({{"Country", {{"North", "01"}}}, {"Store", {{"N1", "0101"}}}});
     ASSERT_THAT(chosen(), ElementsAre("N1", "North"));
@@ -197,7 +197,7 @@ TEST_F(ShopListTest, TheFirstScreenHasOneButtonThatTakesNoFocusYet) {
     EXPECT_EQ("TV_SID_SELECT_M_MSG*!", describe("selectBtn"));
 }
 
-TEST_F(ShopListTest, ALaterScreenHasAWayBack) {
+TEST_F(ShopListTest, ALaterScreenHasAPreviousButton) {
     start();
     serve(TWO_TOPS);
     choose("North");
@@ -220,7 +220,7 @@ TEST_F(ShopListTest, AScreenNamesTheShopThatWasChosenFirst) {
     EXPECT_EQ("SS", textOf(layoutOf(screen()), "shop1"));
 }
 
-TEST_F(ShopListTest, ALevelThatIsNotThereIsOutOfRange) {
+TEST_F(ShopListTest, AMissingLevelIsOutOfRange) {
     start();
     serve(TWO_TOPS);
     ZOLT::GUI::ControllerProbe::level(*m_flow) = 2;
@@ -248,7 +248,7 @@ TEST_F(ShopListTest, TheDropDownOffersTheTopEntries) {
     EXPECT_NE(heard.end(), std::find(heard.begin(), heard.end(), static_cast<int>(POPUP)));
 }
 
-TEST_F(ShopListTest, TheDropDownOfALaterLevelOffersWhatFitsTheChoice) {
+TEST_F(ShopListTest, TheDropDownOfALaterLevelOffersTheChildrenOfTheChoice) {
     start();
     serve(TWO_TOPS);
     choose("South");
@@ -304,7 +304,7 @@ TEST_F(ShopListTest, APickWithoutAShopOrWithoutTheListIsRefused) {
     EXPECT_THAT(sounds(), ElementsAre(SELECT, SELECT));
 }
 
-TEST_F(ShopListTest, EachMissingThingOfAConfirmationHasItsOwnLine) {
+TEST_F(ShopListTest, EachMissingPartOfAConfirmationHasItsOwnLogLine) {
     start();
     announceWarning("Currently shown screen is not ShopListScreen");
     click(EventHandler::selectionPopupShopChosen);
@@ -320,7 +320,7 @@ TEST_F(ShopListTest, EachMissingThingOfAConfirmationHasItsOwnLine) {
     EXPECT_TRUE(popup()->getVisible());
 }
 
-TEST_F(ShopListTest, AConfirmedEntryWithChildrenLeadsOn) {
+TEST_F(ShopListTest, AConfirmedEntryWithChildrenOffersNext) {
     start();
     serve(TWO_TOPS);
     choose("South");
@@ -343,7 +343,7 @@ TEST_F(ShopListTest, AConfirmedEntryWithoutChildrenOffersTheRegistration) {
     EXPECT_EQ("", describe("singleBtn"));
 }
 
-TEST_F(ShopListTest, ALaterEntryWithChildrenLeadsOn) {
+TEST_F(ShopListTest, ALaterEntryWithChildrenOffersNext) {
     start();
     serve({{"Country", {{"North", "01"}, {"South", "02"}}},
            {"Region", {{"N1", "0101"}, {"N2", "0102"}}},
@@ -367,7 +367,7 @@ TEST_F(ShopListTest, AnEntryWithOneChildStandsForTheEndOfItsChain) {
     EXPECT_EQ(1U, level());
 }
 
-TEST_F(ShopListTest, AChainThatEndsInAChoiceLeadsOn) {
+TEST_F(ShopListTest, AChainThatEndsInAChoiceOffersNext) {
     start();
     serve(CHAINS);
     choose("South");
@@ -392,7 +392,7 @@ TEST_F(ShopListTest, ReopeningThePopupRestoresTheConfirmedPick) {
     EXPECT_TRUE(list->getVisible());
 }
 
-TEST_F(ShopListTest, EachWayOutOfAReopenedPopupLeavesTheFocusInSight) {
+TEST_F(ShopListTest, EachWayToLeaveAReopenedPopupKeepsTheFocusVisible) {
     start();
     serve(TWO_TOPS);
     choose("North");
@@ -428,7 +428,7 @@ TEST_F(ShopListTest, RightLeadsFromTheListToTheFirstButtonThatMayHaveTheFocus) {
     EXPECT_TRUE(waitForFocus(popupButton(1)));
 }
 
-TEST_F(ShopListTest, RightLeadsOutOfAnEmptyList) {
+TEST_F(ShopListTest, RightLeavesAnEmptyList) {
     openListOf({{"Country", {}}});
     press(windowOf(screen()), "Down");
     EXPECT_TRUE(waitForFocus(list()));
@@ -460,7 +460,7 @@ TEST_F(ShopListTest, ThePositionFollowsTheRowOnTheWayBackFromTheButtons) {
     }
 }
 
-// --- on and back
+// --- next and previous
 
 TEST_F(ShopListTest, NextGoesDownOneLevelAndDropsThePopup) {
     start();
@@ -500,7 +500,7 @@ TEST_F(ShopListTest, NextWithoutAPickChoosesNothingAndThrows) {
     EXPECT_EQ(3U, history().size());
 }
 
-TEST_F(ShopListTest, ConfirmingWithoutAPickFindsNothingInItsDocument) {
+TEST_F(ShopListTest, ConfirmingWithoutAPickThrowsBecauseItsDocumentHasNoLevel) {
     start();
     serve(TWO_TOPS);
     click(EventHandler::selectionPopupRequested);
@@ -543,7 +543,7 @@ TEST_F(ShopListTest, PreviousFromTheConfirmationPushesANewScreenOfTheLevelAbove)
     EXPECT_EQ(5U, history().size());
 }
 
-TEST_F(ShopListTest, TheButtonOfTheWayBackLeadsBackFromBothScreens) {
+TEST_F(ShopListTest, ThePreviousButtonGoesBackFromBothScreens) {
     start();
     serve(TWO_TOPS);
     choose("South");
@@ -558,7 +558,7 @@ TEST_F(ShopListTest, TheButtonOfTheWayBackLeadsBackFromBothScreens) {
     }
 }
 
-TEST_F(ShopListTest, TheLoneButtonOfAShopWithoutEntriesBelowLeadsToTheConfirmationAndOn) {
+TEST_F(ShopListTest, TheSingleButtonOfAShopWithoutEntriesBelowLeadsToTheConfirmation) {
     start();
     serve({{"Store", {{"Left", "01"}, {"Right", "02"}, {"Last", "03"}}}});
     choose("Right");
@@ -567,7 +567,7 @@ TEST_F(ShopListTest, TheLoneButtonOfAShopWithoutEntriesBelowLeadsToTheConfirmati
     EXPECT_TRUE(shows<ZOLT::GUI::RegistrationInfoScreen>());
 }
 
-TEST_F(ShopListTest, TheLoneButtonOfAConfirmationHandsTheRegistrationOver) {
+TEST_F(ShopListTest, TheSingleButtonOfAConfirmationSendsTheRegistration) {
     start();
     serve({{"Store", {{"Only", "01"}}}});
     callsSince();
@@ -576,7 +576,7 @@ TEST_F(ShopListTest, TheLoneButtonOfAConfirmationHandsTheRegistrationOver) {
     EXPECT_THAT(callsSince(), ElementsAre("requestRegistrationShopInfo"));
 }
 
-TEST_F(ShopListTest, PreviousToTheTopForgetsAllChosenShops) {
+TEST_F(ShopListTest, PreviousToTheTopClearsAllChosenShops) {
     start();
     serve(ONE_TOP);
     serve(TWO_TOPS);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A daemon whose PINs, documents and names are not what anybody would type.
+// A daemon that sends unusual PINs, documents and names.
 #include <cstdlib>
 #include <map>
 #include <memory>
@@ -64,8 +64,8 @@ std::string encodedDocument(std::vector<Level> levels) {
     return document(levels);
 }
 
-// The document of a registration as it goes out: one entry a level, and every piece cut where its
-// buffer ends.
+// The registration document as the program sends it: one entry a level, and every piece cut at the
+// size of its buffer.
 std::string sentDocument(const std::vector<Level>& levels) {
     std::string text = R"(<?xml version="1.0" encoding="UTF-8"?><rsp stat="ok">)";
     for (size_t index = 0; index < levels.size(); ++index) {
@@ -108,7 +108,7 @@ std::vector<Level> chain(size_t depth) {
 
 class UnusualInputTest : public FlowFixture {
   protected:
-    // A new flow on its menu, in place of the one before.
+    // A new flow on its menu, which replaces the earlier one.
     void restart(bool registered = false) {
         m_flow.reset();
         start(registered);
@@ -120,7 +120,7 @@ class UnusualInputTest : public FlowFixture {
         event(0, 2);
     }
 
-    // What leaves the callback of a button.
+    // The exception that the callback of a button throws.
     static std::string thrownBy(void (*callback)(void*, Evas_Object*, void*)) {
         try {
             click(callback);
@@ -131,7 +131,7 @@ class UnusualInputTest : public FlowFixture {
         }
         return "";
     }
-    // An event ended with CAUSE in the log and the failure popup on the screen that was there.
+    // Checks that an event ended with CAUSE in the log and the failure popup on the same screen.
     void expectFailure(std::string cause) {
         const std::string type = "out_of_range: ";
         if (cause.compare(0, type.size(), type) == 0) {
@@ -151,7 +151,7 @@ class UnusualInputTest : public FlowFixture {
         platform().clearLog();
     }
 
-    // The text of a PART that takes markup as a person reads it.
+    // The text of PART, which interprets markup, as it is displayed.
     static std::string seen(Evas_Object* widget, const char* part = "elm.text") {
         const Evas_Object* const block =
             edje_object_part_object_get(elm_layout_edje_get(widget), part);
@@ -181,7 +181,7 @@ class UnusualInputTest : public FlowFixture {
     std::string chosenValue() {
         return textOf(layoutOf(screen()), "shop1") + textOf(layoutOf(screen()), "shopname");
     }
-    // Left and right text of each row of the table of choices, as a person reads them.
+    // Left and right text of each row of the table of choices, as displayed.
     std::vector<std::pair<std::string, std::string>> rows() {
         const bool mirrored = screen().getIfMirrored();
         std::vector<std::pair<std::string, std::string>> all;
@@ -194,7 +194,7 @@ class UnusualInputTest : public FlowFixture {
         }
         return all;
     }
-    // The names of the levels and shops in the document that went out, from the top.
+    // The names of the levels and shops in the sent document, from the top.
     std::vector<std::string> sentNames() {
         std::vector<std::string> names;
         ZOLT::ShopListParser parser;
@@ -227,7 +227,7 @@ TEST_F(UnusualInputTest, APinOfFewerThanEightCharactersShowsAnUnstableConnection
     }
 }
 
-TEST_F(UnusualInputTest, OfAPinAllIsShownAndEightCharactersAreSpoken) {
+TEST_F(UnusualInputTest, AWholePinIsShownAndEightCharactersAreSpoken) {
     translate({{"TV_SID_PIN_CODE", "PIN"}, {"SID_CANCEL", "Stop"}});
     const struct {
         std::string pin;
@@ -242,7 +242,7 @@ TEST_F(UnusualInputTest, OfAPinAllIsShownAndEightCharactersAreSpoken) {
         {"<color=#ff0000ff>1", "<color=#ff0000ff>1", "<, c, o, l, o, r, =, #"},
         {"12&amp;45678", "12&amp;45678", "1, 2, &, a, m, p, ;, 4"},
         {"'\"`%s%n\\$", "'\"`%s%n\\$", "', \", `, %, s, %, n, \\"},
-        // Labels take a text that is an id for that id.
+        // Labels translate a text that equals an id.
         {"SID_CANCEL", "Stop", "S, I, D, _, C, A, N, C"},
     };
     for (const int orientation : {0, 1}) {
@@ -269,7 +269,7 @@ TEST_F(UnusualInputTest, OfAPinAllIsShownAndEightCharactersAreSpoken) {
 
 // --- the registered document
 
-// What each reader of the registered document makes of it; "" for one that takes it.
+// The exception of each reader of the registered document; "" if it accepts the document.
 struct Registered {
     std::string document;
     std::string onInformation;
@@ -295,7 +295,7 @@ const std::vector<Level> TWO_LEVELS = {
     {"Country", {{"North", "01"}, {"South", "02"}}},
     {"Store", {{"N1", "0101"}, {"N2", "0102"}, {"S1", "0201"}, {"S2", "0202"}}}};
 
-TEST_F(UnusualInputTest, ABadRegistrationLeavesTheInformationButtonAndTheMenuStands) {
+TEST_F(UnusualInputTest, ABadRegistrationThrowsFromTheInformationButtonAndTheMenuRemains) {
     for (const Registered& registered : registeredDocuments()) {
         SCOPED_TRACE(registered.document.substr(0, 80));
         daemon().answer("getRegisteredShopInfo", registered.document);
@@ -309,7 +309,7 @@ TEST_F(UnusualInputTest, ABadRegistrationLeavesTheInformationButtonAndTheMenuSta
     }
 }
 
-TEST_F(UnusualInputTest, ABadRegistrationKeepsThePinFromARegisteredSet) {
+TEST_F(UnusualInputTest, WithABadRegistrationARegisteredTVShowsNoPin) {
     daemon().answer("getPincode", "12345678");
     daemon().setRegistered(true);
     for (const Registered& registered : registeredDocuments()) {
@@ -329,7 +329,7 @@ TEST_F(UnusualInputTest, ABadRegistrationKeepsThePinFromARegisteredSet) {
     }
 }
 
-TEST_F(UnusualInputTest, ABadRegistrationKeepsTheFirstListFromTheMenu) {
+TEST_F(UnusualInputTest, WithABadRegistrationTheMenuLeadsToNoList) {
     for (const Registered& registered : registeredDocuments()) {
         SCOPED_TRACE(registered.document.substr(0, 80));
         daemon().answer("getRegisteredShopInfo", registered.document);
@@ -346,7 +346,7 @@ TEST_F(UnusualInputTest, ABadRegistrationKeepsTheFirstListFromTheMenu) {
     }
 }
 
-TEST_F(UnusualInputTest, ABadRegistrationLeavesTheButtonsOfTheWayDownAndBack) {
+TEST_F(UnusualInputTest, ABadRegistrationThrowsFromTheButtonsThatGoDownAndBack) {
     for (const Registered& registered : registeredDocuments()) {
         SCOPED_TRACE(registered.document.substr(0, 80));
         const size_t shown = registered.onList.empty() ? 1 : 0;
@@ -423,7 +423,7 @@ TEST_F(UnusualInputTest, ADeeperChainIsCutAndShowsAnUnstableConnection) {
     }
 }
 
-TEST_F(UnusualInputTest, ADeeperChainBehindAnEntryLeavesTheButtonOfItsConfirmation) {
+TEST_F(UnusualInputTest, ADeeperChainBelowAnEntryThrowsFromTheConfirmationButton) {
     std::vector<Level> levels = chain(200);
     levels.front().entries.push_back({"South", "02"});
     restart();
@@ -441,8 +441,7 @@ TEST_F(UnusualInputTest, ADeeperChainBehindAnEntryLeavesTheButtonOfItsConfirmati
 
 // --- names
 
-// NAME, and what a part for a single line shows of it: the signs of markup as they are, entities as
-// what they stand for.
+// NAME, and how a part for a single line shows it: markup unchanged, entities decoded.
 struct Name {
     const char* name;
     const char* line;
@@ -462,7 +461,7 @@ const Name NAMES[] = {
     plain("Corner Shop (12)"),
 };
 
-TEST_F(UnusualInputTest, ANameGoesWholeFromTheListOverEveryScreenIntoTheDocument) {
+TEST_F(UnusualInputTest, ANameIsCompleteInTheListOnEveryScreenAndInTheDocument) {
     for (const int orientation : {0, 1}) {
         platform().setOrientation(orientation);
         for (const Name& entry : NAMES) {
@@ -523,14 +522,14 @@ TEST_F(UnusualInputTest, TheNameOfTheRegisteredShopIsShownWhole) {
 }
 
 TEST_F(UnusualInputTest, ALevelWithoutANameHasAHeadingWithoutOne) {
-    // A catalogue has a text behind the empty id, which is for translators only.
+    // In a catalogue the empty id has a text, the header, which must not be shown.
     translate({{"TV_SID_SELECT_M_MSG", "Select"}});
     restart();
     serve({{"", {{"North", "01"}, {"South", "02"}}}});
     EXPECT_EQ("", textOf(heading()));
 }
 
-TEST_F(UnusualInputTest, AShopNamedAsTheAnswerOfAnUnregisteredSetIsNotOffered) {
+TEST_F(UnusualInputTest, AShopNamedAsTheAnswerOfAnUnregisteredTVIsNotOffered) {
     for (const char* none : {"", "null"}) {
         daemon().answer("getRegisteredShopInfo", none);
         restart();
@@ -543,7 +542,7 @@ TEST_F(UnusualInputTest, AShopNamedAsTheAnswerOfAnUnregisteredSetIsNotOffered) {
 
 // --- long names
 
-// Both limits fall into the middle of a character where it has several bytes.
+// Both limits are inside a character if it has several bytes.
 const std::string LONG_NAMES[] = {
     repeated("x", 10000),
     "a" + repeated("\u20ac", 3333),
@@ -576,7 +575,7 @@ TEST_F(UnusualInputTest, ALongNameIsCutInTheRowsOnlyAndItsDocumentCannotBeRead) 
     }
 }
 
-TEST_F(UnusualInputTest, ALoneShopOfALongNameShowsAnUnstableConnection) {
+TEST_F(UnusualInputTest, ASingleShopWithALongNameShowsAnUnstableConnection) {
     for (const std::string& name : LONG_NAMES) {
         for (const std::vector<Level>& levels : {std::vector<Level>{{"Store", {{name, "01"}}}},
                                                  std::vector<Level>{{name, {{"Only", "01"}}}}}) {
