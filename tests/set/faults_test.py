@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Each call of the daemon, in each flow, answered late, with an error, with a value of another type or
-with the daemon's death."""
+"""Each call to the daemon in each flow: answered late, with an error, with a value of another type, or not at
+all because the daemon dies."""
 
 import os
 import unittest
@@ -14,7 +14,7 @@ from registration import document_of
 SEARCHING = ["Searching for a registration.\nPlease wait."]
 CONNECTING = ["Connecting to the server…"]
 
-# What the daemon does in the call, and how the toolkit's bus library puts it.
+# What the daemon does in the call, and the message of the bus library.
 FAULTS = {
     "an error": ({"error": "org.example.Error.Busy", "error-message": "busy"},
                  r"GDBus\.Error:org\.example\.Error\.Busy: busy$"),
@@ -25,15 +25,15 @@ LATE = {"reply-delay": "400"}
 
 
 class Fault(FlowCase):
-    """Starts of the flows, up to the press or the event that makes the program call."""
+    """Starts the flows, up to the key press or event that makes the program call the daemon."""
 
     def on(self, method, fault, registered=False, shops="one-shop", skip=0, **scenario):
-        """A set at whose first menu METHOD is going to fail as FAULT says."""
+        """Starts a set, up to its first menu, on which METHOD will fail with FAULT."""
         self.switch_on(registered=registered, daemon={"shops": shops},
                        **{method: {**fault, "skip": str(skip), **scenario.pop(method, {})}}, **scenario)
 
     def returned(self, method):
-        """Waits for the answer to METHOD that comes late, and for what the program makes of it."""
+        """Waits for the late answer to METHOD, and until the program has handled it."""
         self.walk.set.wait_for_log(rf" reply {method}", 0, journal=self.walk.set.daemon_log)
 
     def to_the_second_item(self):
@@ -48,8 +48,8 @@ class Fault(FlowCase):
 
 
 class InAPress(Fault):
-    """A call that a button makes: nothing above the button catches the failure, so the program ends in
-    order with status 1."""
+    """A call that a button makes: its failure is not caught, so the program cleans up and ends with status
+    1."""
 
     def fails(self, method, prefix, to_the_press, after=None, **start):
         for name, (fault, told) in FAULTS.items():
@@ -62,7 +62,7 @@ class InAPress(Fault):
                 self.reads(f"Exception caught: {prefix}{told}", "Decreasing Vconf")
                 self.assertEqual(["Decreasing Vconf", "current vconf is: 1"],
                                  self.counter_lines()[-2:])
-                # A flow that was left in the middle says nothing to the daemon any more.
+                # An interrupted flow sends the daemon nothing more.
                 self.assertEqual(method, self.calls_of_the_daemon()[-1])
         with self.subTest("late"):
             self.on(method, LATE, **start)
@@ -81,7 +81,7 @@ class InAPress(Fault):
                    self.to_the_second_item, after={"depth": 1, "popup": SEARCHING})
 
     def to_the_choice(self):
-        """To the first list, with an entry chosen."""
+        """Goes to the first list and chooses an entry."""
         self.to_the_search()
         self.to_the_first_list(depth=2)
         self.pick("Halden Electric", "Brightwell Vision", "Orchard TV Centre")
@@ -104,7 +104,7 @@ class InAPress(Fault):
                    self.to_the_choice, shops="two-levels", skip=1,
                    after={"title": "ShopListScreen", "depth": 3, "words": ["Halden Electric"]})
 
-    def test_a_registration_is_handed_over(self):
+    def test_a_registration_is_sent(self):
         def to_the_press():
             self.to_the_search()
             self.event("0 2")
@@ -133,8 +133,8 @@ class InAPress(Fault):
 
 
 class InAnEvent(Fault):
-    """A call that an event of the daemon leads to: the failure becomes a popup, and its button ends the
-    program. A daemon that died cannot be told of the end, which is then one with status 1."""
+    """A call that the program makes for an event of the daemon: the failure becomes a popup, and its button
+    ends the program. The end is reported to the daemon, so it fails with status 1 if the daemon has died."""
 
     def fails(self, method, prefix, to_the_event, event, title, depth, after=None, **start):
         for name, (fault, told) in FAULTS.items():
@@ -178,7 +178,7 @@ class InAnEvent(Fault):
                    self.to_the_pin_request, "0 0", "PinDisplaying", 3,
                    after={"title": "PinDisplaying", "depth": 3, "words": ["48201573"]})
 
-    def test_the_request_of_the_list_behind_a_pin(self):
+    def test_the_request_of_the_list_after_a_pin(self):
         self.fails("requestShopInfoList", "Failed to request shop info list: ", self.to_the_pin,
                    "0 1", "PinDisplaying", 3,
                    after={"title": "PinDisplaying", "depth": 3, "popup": CONNECTING})
@@ -207,8 +207,8 @@ class Waiting(Fault):
     """A call that is answered late keeps the program from doing anything else."""
 
     def presses_meanwhile(self, method, *keys, **start):
-        """OK makes METHOD wait for its answer, and KEYS are pressed before that comes: on a machine
-        that is slow itself, with a slower answer."""
+        """Presses OK, which calls METHOD, and then KEYS before the answer. On a slow machine the answer is
+        delayed further."""
         for delay in (1500, 6000, 24000):
             self.to_the_call(method, {"reply-delay": str(delay)}, **start)
             for key in keys:
@@ -229,12 +229,12 @@ class Waiting(Fault):
         self.walk.set.wait_for_log(f" call {method}", 0, journal=self.walk.set.daemon_log)
         self.release()
 
-    def test_the_last_picture_stands(self):
+    def test_the_screen_stays_as_it_was(self):
         self.to_the_call("requestPincode", {"no-reply": "true"})
         self.assertEqual(self.standing, self.walk.set.camera.look())
 
-    def test_what_a_press_asked_for_comes_once_however_often_it_was_pressed_meanwhile(self):
-        # The information is shown without a click.
+    def test_a_button_pressed_several_times_meanwhile_acts_once(self):
+        # This button has no click sound.
         for method, start, title, sounds in (
                 ("requestPincode", {}, "PinRequesting", [SELECT]),
                 ("getRegisteredShopInfo", {"registered": True}, "RegistrationInfoScreen",
@@ -246,7 +246,7 @@ class Waiting(Fault):
                 self.hears(*sounds)
                 self.asks(method)
 
-    def test_the_way_back_is_taken_when_the_answer_is_there(self):
+    def test_the_back_key_is_handled_after_the_answer(self):
         self.presses_meanwhile("requestPincode", "Escape")
         self.asks("requestPincode")
         self.reads("requestPincode", "quitRequested", "calling Terminate")
@@ -257,7 +257,7 @@ class Waiting(Fault):
 
 
 class AtTheEnd(Fault):
-    def test_a_daemon_that_does_not_take_the_end_makes_it_one_with_status_one(self):
+    def test_a_daemon_that_rejects_the_end_gives_status_one(self):
         for name, (fault, told) in FAULTS.items():
             with self.subTest(name):
                 self.on("applicationCancelled", fault)
@@ -267,7 +267,7 @@ class AtTheEnd(Fault):
                 self.reads("quitRequested", "calling Terminate",
                            f"Exception caught: Failed inform that application quited: {told}")
 
-    def test_a_daemon_that_is_slow_to_take_the_end_is_waited_for(self):
+    def test_the_program_waits_for_a_daemon_that_answers_the_end_slowly(self):
         self.on("applicationCancelled", LATE)
         self.press("Escape")
         self.hears(BACK, SELECT)

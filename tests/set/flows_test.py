@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Every flow of the program on a whole set, step by step: what is shown and focused, what is heard, what
-the daemon is asked, and how it ends."""
+"""Every flow of the program on a whole set, step by step: what is shown and focused, the sounds, the calls to
+the daemon, and how the program ends."""
 
 import os
 import re
@@ -27,13 +27,14 @@ FAILURES = {5: "The internet connection is not stable.\nCheck the connection and
 
 
 class FlowCase(SetCase):
-    """A person who looks, listens and presses keys, and a daemon whose events come one by one."""
+    """Steps and checks of a flow: keys, the screen, sounds, and a daemon whose events are released one by
+    one."""
 
     SHOPS = "two-levels"
     walk = None
 
     def switch_on(self, registered=False, language=None, size=None, description=None, **scenario):
-        """Starts a set and sees its first menu."""
+        """Starts a set and checks its first menu."""
         groups = {"daemon": {"hold": "true", "shops": self.SHOPS, **scenario.pop("daemon", {})}}
         if self.walk:
             self.walk.set.close()
@@ -54,8 +55,8 @@ class FlowCase(SetCase):
     # --- doing
 
     def press(self, key):
-        """Presses KEY once the program waits for one, and holds it until its effect is seen, as a finger
-        does."""
+        """Presses KEY once the program is idle. release() lets go of it, after its effect was seen, as a
+        finger does."""
         self.release()
         self.walk.set.rest()
         self.walk.set.remote.down(key)
@@ -67,9 +68,9 @@ class FlowCase(SetCase):
             self._down = None
 
     def event(self, expected):
-        """Lets the daemon send the event that waits, which is EXPECTED."""
+        """Releases the event that the daemon holds back, which must be EXPECTED."""
         self.release()
-        # The key comes up before the event, not at the same time.
+        # The key is released before the event, not at the same time.
         self.walk.set.rest()
         mark = self.walk.set.daemon_log.mark()
         self.walk.await_event()
@@ -82,21 +83,21 @@ class FlowCase(SetCase):
 
     @staticmethod
     def seen(screen, **asked):
-        """Of SCREEN what ASKED asks for. Words are those that are asked for and stand there."""
+        """The properties of SCREEN that ASKED names. Of words, those that are asked for and shown."""
         found = {}
-        for name, wanted in asked.items():
+        for name, expected in asked.items():
             if name == "title":
                 found[name] = screen.window.text
             elif name == "depth":
                 found[name] = len(screen.windows)
             elif name == "popup":
                 popups = list(screen.window.all("popup"))
-                # One that stayed below another shows in the number.
+                # Counted, because one may have been left below another.
                 found[name] = (None if not popups else f"{len(popups)} popups" if len(popups) > 1
-                               else [word for word in wanted or popups[0].words
+                               else [word for word in expected or popups[0].words
                                      if word in popups[0].words])
             elif name == "words":
-                found[name] = [word for word in wanted if word in screen.window.words]
+                found[name] = [word for word in expected if word in screen.window.words]
             else:
                 found[name] = getattr(screen, name)() if name == "buttons" else getattr(screen, name)
         return found
@@ -117,7 +118,7 @@ class FlowCase(SetCase):
         self.release()
 
     def hears(self, *expected):
-        """These sounds and no others have come since it was last asked."""
+        """Exactly these sounds were played since the last call."""
         self.release()
         self.await_list(self.sounds, list(expected))
         self._heard += len(expected)
@@ -132,7 +133,7 @@ class FlowCase(SetCase):
         return [match.group(1) for match in found if match]
 
     def asks(self, *expected):
-        """These calls and no others have reached the daemon since it was last asked."""
+        """Exactly these calls have reached the daemon since the last call."""
         self.await_list(lambda: self.calls_of_the_daemon()[self._asked:], list(expected))
         self._asked += len(expected)
 
@@ -143,7 +144,7 @@ class FlowCase(SetCase):
             self.assertEqual(expected, current())
 
     def reads(self, *patterns):
-        """The log has lines with these patterns, in this order, since it was last read."""
+        """The log has lines with these patterns, in this order, since the last call."""
         self.release()
         for pattern in patterns:
             self.walk.wait_for(pattern, self._read)
@@ -162,12 +163,12 @@ class FlowCase(SetCase):
             self.assertEqual(screens, self.walk.set.log.count(r"Called .*GUI::Screen::~Screen\("))
 
     def counter_lines(self):
-        """What the program said of the screensaver counter."""
+        """The log lines about the screensaver counter."""
         return [line.rsplit("> ", 1)[1] for line in self.walk.set.log.read()
                 if "Vconf" in line or "vconf is" in line]
 
     def told(self, name):
-        """The log of the whole run is that which was agreed to under NAME."""
+        """The log of the whole run equals the reference log NAME."""
         lines = golden_log.lines_of(self.walk.set.log.read(), self.walk.set.folder.path)
         difference = golden_log.differences(name, lines)
         self.assertFalse(difference, difference)
@@ -175,8 +176,8 @@ class FlowCase(SetCase):
     # --- steps that several flows share
 
     def quits(self, **end):
-        """The button that was pressed ends the program, as END tells."""
-        # Before the key comes up: the program may or may not hear of that any more.
+        """The pressed button ends the program; END as for ends()."""
+        # Before the key is released: the program may end before it gets that event.
         self.walk.set.wait_for_log("quitRequested", self._read, DEADLINE)
         self.reads("quitRequested")
         wait_until(lambda: self.sounds(), DEADLINE, "the click")
@@ -221,7 +222,7 @@ class FlowCase(SetCase):
         self.hears(POPUP)
 
     def to_the_first_list(self, depth):
-        """From a popup that waits for the list to the list screen, DEPTH windows deep."""
+        """From a popup that waits for the list to the list screen, the DEPTHth window."""
         self.event("0 2")
         self.sees(title="ShopListScreen", depth=depth, buttons=["Select*!", "Next"], popup=None,
                   words=["Chain"])
@@ -229,8 +230,8 @@ class FlowCase(SetCase):
         self.hears()
 
     def change(self):
-        """From the menu of a set that is tied to the new menu above it. The popup below stays, with its
-        buttons out of reach."""
+        """From the menu of a registered set to the new menu above it. The popup below remains, with
+        unreachable buttons."""
         self.press("Return")
         self.sees(title="MainMenuRegisteredWindow", depth=1, focus="OK", buttons=["OK*!", "Cancel*"],
                   popup=["Do you want to change the registration?\n"
@@ -247,7 +248,7 @@ class FlowCase(SetCase):
         self.assertFalse(os.path.exists(self.walk.set.folder.file("data", "registered")))
 
     def popup_below(self):
-        """The popup on the menu that a change left below, or None."""
+        """The popup on the old menu below, after a change, or None."""
         screen = self.screen()
         return screen.popup_of([window.text for window in screen.windows].index(
             "MainMenuRegisteredWindow"))
@@ -272,7 +273,7 @@ class FlowCase(SetCase):
         self.hears(SELECT)
 
     def pick(self, *rows):
-        """Opens the drop-down, which offers ROWS, and confirms the first."""
+        """Opens the drop-down, which must offer ROWS, and confirms the first."""
         self.press("Return")
         self.sees(rows=list(rows), focus=rows[0], buttons=["OK", "Cancel*"])
         self.hears(SELECT, POPUP)
@@ -284,7 +285,7 @@ class FlowCase(SetCase):
         self.hears(SELECT, MOVE)
 
     def register_and_quit(self):
-        """From the confirmation to the end of the program: what was shown is what the daemon gets."""
+        """From the confirmation to the end of the program: the daemon gets what was shown."""
         shown = self.screen().window.words
         self.press("Return")
         self.sees(popup=["Connecting to the server…"], buttons=[], focus=None)
@@ -304,7 +305,7 @@ class FlowCase(SetCase):
 
 
 class Flows(FlowCase):
-    def test_a_new_registration_shows_a_pin_and_ends_tied_to_a_shop(self):
+    def test_a_new_registration_shows_a_pin_and_ends_registered(self):
         self.switch_on()
         self.to_the_list_of_a_pin()
         self.to_the_first_list(depth=4)
@@ -345,7 +346,7 @@ class Flows(FlowCase):
         self.quits()
         self.told("information")
 
-    def test_a_change_deletes_the_registration_and_lays_a_new_menu_above_the_old(self):
+    def test_a_change_deletes_the_registration_and_shows_a_new_menu_above_the_old(self):
         self.switch_on(registered=True)
         self.change()
         self.to_the_search(depth=2)
@@ -394,7 +395,7 @@ class Flows(FlowCase):
                 self.told(name)
                 self.assertTrue(os.path.exists(self.walk.set.folder.file("data", "registered")))
 
-    def test_a_deregistration_ends_the_program_with_a_word(self):
+    def test_a_deregistration_ends_the_program_with_a_popup(self):
         self.switch_on(registered=True)
         self.press("Down")
         self.sees(focus="Deregister")
@@ -414,7 +415,7 @@ class Flows(FlowCase):
         self.told("deregister")
 
     def go_down(self, steps, place):
-        """From the first button of a menu to that of PLACE."""
+        """From the first button of a menu to the one at index PLACE."""
         for _ in range(steps):
             self.press("Down")
             self.hears(MOVE)
@@ -429,7 +430,7 @@ class Flows(FlowCase):
                 self.quits(screens=1)
                 self.told(name)
 
-    def test_both_requests_of_the_daemon_to_close_end_the_program_without_a_word(self):
+    def test_both_requests_of_the_daemon_to_close_end_the_program_without_a_popup(self):
         for reason in (10, 11):
             with self.subTest(reason):
                 self.switch_on(requestPincodeVerification={"outcome": f"1/{reason}"})
@@ -439,7 +440,7 @@ class Flows(FlowCase):
                 self.ends(screens=3)
                 self.told(f"close-{reason}")
 
-    def test_a_request_of_the_daemon_to_close_is_granted_while_a_popup_is_up(self):
+    def test_a_request_of_the_daemon_to_close_works_while_a_popup_is_shown(self):
         for reason in (10, 11):
             with self.subTest(reason):
                 self.switch_on(requestShopInfoList={"outcome": f"1/{reason}"})
@@ -450,7 +451,7 @@ class Flows(FlowCase):
 
 
 class Failures(FlowCase):
-    """Each reason of a failure at each moment at which a request is under way."""
+    """Each failure reason during each request to the daemon."""
 
     SHOPS = "one-shop"
 
@@ -521,7 +522,7 @@ class Failures(FlowCase):
         self.fails("requestPincodeVerification", self.to_the_pin, "failure-verification",
                    [POPUP, MOVE])
 
-    def test_while_the_shops_are_fetched_behind_a_pin(self):
+    def test_while_the_shops_are_fetched_after_a_pin(self):
         self.fails("requestShopInfoList", self.to_the_list_of_a_pin, "failure-list",
                    [POPUP, MOVE])
 
@@ -529,7 +530,7 @@ class Failures(FlowCase):
         self.fails("requestShopInfoList", self.to_the_search, "failure-search",
                    [POPUP, MOVE])
 
-    def test_while_a_registration_is_handed_over(self):
+    def test_while_a_registration_is_sent(self):
         self.fails("requestRegistrationShopInfo", self.to_the_registration, "failure-registration",
                    [MOVE, POPUP, MOVE])
 
@@ -549,14 +550,14 @@ class Failures(FlowCase):
         self.fails("requestShopInfoList", self.to_the_search_of_a_change,
                    "failure-search-of-a-change", [POPUP, MOVE], registered=True)
 
-    def test_a_failure_that_nobody_answers_ends_the_program_after_a_minute(self):
+    def test_a_failure_popup_that_nobody_closes_ends_the_program_after_a_minute(self):
         self.switch_on(requestPincode={"outcome": "1/6"})
         self.to_the_pin_request()
         self.event("1 6")
         self.sees(popup=[FAILURES[6]], buttons=["OK*!"])
         self.hears(POPUP, MOVE)
         self.reads("showNetworkFailurePopup")
-        # That the popup was told sixty seconds is a widget test.
+        # A widget test checks the popup's sixty seconds.
         self.walk.set.control("advance", "20")
         self.walk.set.rest()
         self.assertIsNone(self.walk.set.log.find("quitRequested"))

@@ -1,24 +1,23 @@
 # SPDX-License-Identifier: Apache-2.0
-"""The log of a whole run, held against the one that was read and agreed to.
+"""Compares the log of a whole run with a reference log that was reviewed.
 
-A file in logs/ has a line for each line of the program: buffer, priority, file, function, text. What
-differs from one run or build to the next (time, process, place in the file, the compiler's spelling of a
-function, the folder of the set) is left out, and so are the keys that the keyboard of the display does
-not have. Threads other than the main one write when they get to it, so that their lines stand at the
-end."""
+A file in logs/ has a line for each line of the program: buffer, priority, file, function, text. What varies
+between runs or builds (time, process, place in the file, the compiler's spelling of a function, the folder of
+the set) is left out, and so are the keys that the keyboard of the display does not have. Lines of other
+threads than the main one come at varying times, so they are sorted and put at the end."""
 
 import difflib
 import os
 import re
 
 FOLDER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "logs")
-HEAD = ["# SPDX-License-Identifier: Apache-2.0", "# What a whole run writes; golden_log.py tells how."]
+HEAD = ["# SPDX-License-Identifier: Apache-2.0", "# The log of a whole run; see golden_log.py."]
 LINE = re.compile(r"^\S+ \S+ +(?P<process>\d+) +(?P<thread>\d+) (?P<buffer>\w+) (?P<priority>\w) "
                   r"(?P<tag>\w+): (?P<place>\S+: [^(]+)\(\d+\) > (?P<text>.*)$")
 
 
 def lines_of(log, folder):
-    """What the program wrote to LOG, a list of lines, when its set lived in FOLDER."""
+    """The program's lines in LOG, a list of lines, in the form of the files. FOLDER is the set's folder."""
     main, others, current = [], [], None
     for line in log:
         match = LINE.match(line)
@@ -28,7 +27,7 @@ def lines_of(log, folder):
             text = re.sub(r"^Called .*", "Called", match["text"])
             line = f"{match['buffer']} {match['priority']} {match['place']} > {text}"
         elif re.match(r"^\d\d-\d\d \d\d:\d\d:", line):
-            current = None  # not the program's
+            current = None  # not a line of the program
         if current is not None:
             line = re.sub(r"(Compilation timestamp:\s+).*", r"\1WHEN", line)
             current.append(line.replace(folder, "FOLDER").rstrip())
@@ -36,8 +35,8 @@ def lines_of(log, folder):
 
 
 def differences(name, lines):
-    """How LINES differ from the agreed log NAME, as a text; empty if they do not. With
-    ZOLT_WRITE_LOGS in the environment they become the agreed log."""
+    """The differences between LINES and the reference log NAME, as a text; empty if there are none. With
+    ZOLT_WRITE_LOGS in the environment LINES become the reference log."""
     path = os.path.join(FOLDER, name + ".log")
     if os.environ.get("ZOLT_WRITE_LOGS"):
         os.makedirs(FOLDER, exist_ok=True)

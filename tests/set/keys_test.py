@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Every key of the remote control on every screen and popup of a whole set: where the focus goes, what is
-heard, and what a key does that is not meant for the screen."""
+"""Every key of the remote control on every screen and popup of a whole set: where the focus goes, which
+sounds are played, and that other keys do nothing."""
 
 import os
 import signal
@@ -21,19 +21,19 @@ SEARCHING = "Searching for a registration.\nPlease wait."
 
 
 class Ways(FlowCase):
-    """The way to each screen and popup: at_NAME switches a set on and leads there, and hears and asks for
-    all that comes on the way."""
+    """How to reach each screen and popup: at_NAME starts a set, goes there, and checks all sounds and calls
+    on the way."""
 
     def at(self, place, *arguments):
         getattr(self, "at_" + place)(*arguments)
 
     def go(self, keys, *sounds, **seen):
-        """Presses KEYS, with "+" between those that come in one frame, until what is expected is seen, and
-        hears just SOUNDS."""
+        """Presses KEYS, with "+" between those of one frame, waits until the screen is as expected, and
+        checks that exactly SOUNDS were played."""
         try:
             if "+" in keys:
                 self.press_at_once(*keys.split("+"))
-            elif keys in RETURN_KEYS:  # work when they come up
+            elif keys in RETURN_KEYS:  # work when they are released
                 self.walk.set.remote.press(keys)
             else:
                 self.press(keys)
@@ -43,7 +43,7 @@ class Ways(FlowCase):
             raise AssertionError(f"{keys}: {error}") from error
 
     def press_at_once(self, *keys):
-        """Presses and releases KEYS while the program does not look, so that it finds them all at once."""
+        """Presses and releases KEYS while the program is stopped, so that it gets them all at once."""
         self.release()
         program = self.walk.set.program.process.pid
         os.kill(program, signal.SIGSTOP)
@@ -53,14 +53,15 @@ class Ways(FlowCase):
             os.kill(program, signal.SIGCONT)
 
     def press_idle_keys(self):
-        """Keys that mean nothing to the program. What is heard and seen next shows that they do nothing."""
+        """Presses keys that the program does not use. The checks of the next step show that they did
+        nothing."""
         self.release()
         self.walk.set.remote.press(*IDLE_KEYS)
 
     def at_menu(self):
         self.switch_on()
 
-    def at_tied_menu(self):
+    def at_registered_menu(self):
         self.switch_on(registered=True)
 
     def at_pin_request(self, **scenario):
@@ -146,7 +147,7 @@ class Ways(FlowCase):
         self.hears(MOVE, POPUP, MOVE)
 
     def at_information(self):
-        self.at_tied_menu()
+        self.at_registered_menu()
         self.go("Down", MOVE, focus="Deregister")
         self.go("Down", MOVE, focus="Registration information")
         self.go("Return", title="RegistrationInfoScreen", depth=2, buttons=["OK*!"])
@@ -157,11 +158,11 @@ class Ways(FlowCase):
         self.go("Up", focus=SCROLLER)
 
     def at_question(self):
-        self.at_tied_menu()
+        self.at_registered_menu()
         self.go("Return", SELECT, POPUP, MOVE, buttons=["OK*!", "Cancel*"])
 
     def at_deregistration(self):
-        self.at_tied_menu()
+        self.at_registered_menu()
         self.go("Down", MOVE, focus="Deregister")
         self.go("Return", SELECT, POPUP, MOVE, buttons=["OK*!", "Cancel*"])
 
@@ -190,16 +191,16 @@ class Ways(FlowCase):
 
 
 class Reach(Ways):
-    """The arrows lead to everything that can be pressed and away from it again."""
+    """The arrows reach everything that can be pressed, and leave it again."""
 
     def step(self, arrow):
-        """Presses and releases ARROW, and gives what has the focus then and what was heard."""
+        """Presses and releases ARROW; returns what has the focus then and the sounds."""
         seen = self.walk.set.log.count(KEY_SEEN)
         before = self.screen().focus
         self.walk.set.remote.press(arrow)
 
         def over():
-            # What scrolls hears of a key that goes down, all else of one that comes up.
+            # A scroller handles a key-down event, all other widgets a key-up event.
             heard = self.walk.set.log.count(KEY_SEEN) - seen
             there = self.screen().focus
             if before == SCROLLER:
@@ -212,7 +213,7 @@ class Reach(Ways):
         return self.screen().focus, heard
 
     def explore(self):
-        """Where each arrow leads from each thing that has had the focus: a map of maps."""
+        """Where each arrow leads from each widget that can have the focus: a map of maps."""
         self.step("Up")  # what was lost before is taken up by the first key
         here = self.screen().focus
         ways = {here: {}}
@@ -231,13 +232,13 @@ class Reach(Ways):
             here = there
 
     @staticmethod
-    def route(ways, start, wanted):
-        """The arrows that lead from START to the nearest place that is WANTED, or None."""
+    def route(ways, start, fits):
+        """The arrows that lead from START to the nearest place that FITS, or None."""
         routes = {start: []}
         queue = [start]
         while queue:
             place = queue.pop(0)
-            if wanted(place):
+            if fits(place):
                 return routes[place]
             for arrow, there in ways[place].items():
                 if there not in routes:
@@ -263,7 +264,7 @@ class Reach(Ways):
     def test_on_the_menus(self):
         new = ("New registration", "Use existing registration", "Cancel")
         tied = ("Change registration", "Deregister", "Registration information", "Cancel")
-        self.in_reach({"menu": new, "tied_menu": tied, "new_menu": new})
+        self.in_reach({"menu": new, "registered_menu": tied, "new_menu": new})
 
     def test_on_popups(self):
         both = ("OK", "Cancel")
@@ -307,17 +308,17 @@ class ReturnKeys(Ways):
                     self.ends_with(key, *sounds)
 
     def test_on_the_menus_and_the_pin_both_end_the_program(self):
-        self.both_end("menu", "tied_menu", "new_menu", "pin")
+        self.both_end("menu", "registered_menu", "new_menu", "pin")
 
     def test_on_the_list_screen_both_end_the_program(self):
-        # The third one has a popup that is hidden.
+        # The third place has a hidden popup.
         self.both_end("list", "lower_list", "choice")
 
     def test_on_the_confirmation_and_the_information_both_end_the_program(self):
         self.both_end("confirmation", "only_shop", "information", "rows_of_information")
 
     def test_on_a_popup_of_one_button_both_end_the_program(self):
-        # Back goes on from the button to the popup, which takes it for a "no".
+        # Back is passed on from the button to the popup, which handles it as a "no".
         self.both_end("failure", "deregistered", "completion", back=(BACK, SELECT, SELECT))
 
     def test_while_a_pin_is_requested_only_back_ends_the_program(self):
@@ -327,7 +328,7 @@ class ReturnKeys(Ways):
         self.ends_with("Escape", SELECT)
         self.assertEqual(0, self.walk.set.log.count("return button pressed"))
 
-    def test_back_takes_a_question_away_and_close_does_not(self):
+    def test_back_closes_a_question_and_close_does_not(self):
         for place, steps in (("question", 0), ("deregistration", 1), ("cancel_of_a_question", 1)):
             with self.subTest(place):
                 menu = REGISTERED_MENU[steps].rstrip("*!")
@@ -342,16 +343,16 @@ class ReturnKeys(Ways):
                 self.asks()
                 self.ends_with("Escape", BACK, SELECT)
 
-    def test_back_takes_a_question_away_whose_request_is_under_way(self):
+    def test_back_closes_a_question_whose_request_runs(self):
         self.at_blocked_question()
         self.press_idle_keys()
-        # Its buttons can be pressed no more.
+        # Its buttons cannot be pressed any more.
         self.go("Return", buttons=["OK", "Cancel"], focus=None)
         self.go("XF86Close", BACK, buttons=["OK", "Cancel"], focus=None)
         self.go("Down", BLOCKED, buttons=["OK", "Cancel"], focus=None)
         self.go("Escape", BACK, SELECT, popup=None, depth=1, focus="Deregister")
         self.asks()
-        # What was asked for is told all the same.
+        # The result of the request is still shown.
         self.event("0 4")
         self.sees(popup=["This TV has been deregistered."], buttons=["OK*!"])
 
@@ -377,7 +378,7 @@ class ReturnKeys(Ways):
                 self.asks()
                 self.ends_with("Escape", BACK, SELECT)
 
-    def test_each_way_out_of_a_list_that_was_opened_again_keeps_the_focus_in_sight(self):
+    def test_each_way_to_leave_a_list_that_was_opened_again_keeps_the_focus_visible(self):
         chosen = {"buttons": ["Halden Electric*!", "Next*"], "popup": None}
         to_ok = ("Return", SELECT, MOVE), {"focus": "OK"}
         to_the_other = [(("Down", MOVE), {"focus": "Brightwell Vision"}), to_ok]
@@ -385,7 +386,7 @@ class ReturnKeys(Ways):
         cancels = ("Return", SELECT, MOVE, MOVE), chosen
         confirm = "Return", SELECT, MOVE, MOVE, MOVE
         for way, steps in {
-            # The key goes on from the list, which stays this time, to the popup.
+            # The list, which stays this time, passes the key on to the popup.
             "back": [(("Escape", SELECT, MOVE, MOVE, SELECT), chosen)],
             "close": [(("XF86Close", SELECT, MOVE, MOVE), chosen)],
             "cancel": [(("Right", MOVE), {"focus": "OK"}), to_cancel, cancels],
@@ -402,7 +403,7 @@ class ReturnKeys(Ways):
                 self.asks()
                 self.ends_with("Escape", BACK, SELECT)
 
-    def test_a_loading_popup_takes_no_key(self):
+    def test_a_loading_popup_ignores_keys(self):
         for place in ("loading_on_menu", "loading_on_pin", "loading_on_confirmation"):
             with self.subTest(place):
                 self.at(place)
@@ -427,8 +428,8 @@ class Together(Ways):
             self.asks(*asked)
             self.sees(**seen)
 
-    def test_two_keys_in_one_frame_are_both_taken(self):
-        self.both("tied_menu", "Down+Down", MOVE, MOVE, focus="Registration information")
+    def test_two_keys_in_one_frame_are_both_handled(self):
+        self.both("registered_menu", "Down+Down", MOVE, MOVE, focus="Registration information")
         self.both("menu", "Down+Return", MOVE, SELECT, POPUP, popup=[SEARCHING],
                   asked=["requestShopInfoList"])
         self.both("deregistration", "Right+Return", MOVE, SELECT, popup=None,
@@ -453,7 +454,7 @@ class Together(Ways):
                   focus="Registration information")
 
     def hold(self, key, **seen):
-        """Holds KEY until what is expected is seen, and goes on for a while."""
+        """Holds KEY until the screen is as expected, and for a while longer."""
         self.release()
         self.walk.set.remote.repeat(True)
         self.walk.set.remote.down(key)
@@ -464,13 +465,13 @@ class Together(Ways):
         self.walk.set.remote.repeat(False)
 
     def test_a_held_arrow_goes_to_the_end_of_a_menu_and_stays_there(self):
-        for place, steps in (("menu", 2), ("tied_menu", 3)):
+        for place, steps in (("menu", 2), ("registered_menu", 3)):
             with self.subTest(place):
                 self.at(place)
                 first = self.screen().focus
                 for key, end in (("Down", "Cancel"), ("Up", first)):
                     self.hold(key, focus=end)
-                    # A key that is held comes up but once, and something has moved by then.
+                    # A held key is released only once, after something has moved.
                     self.hears(*[MOVE] * steps)
                     self.go(key, BLOCKED, focus=end)
 
@@ -479,7 +480,7 @@ class Together(Ways):
         path = self.write("towns.xml", '<rsp stat="ok">\n<list level="1" name="Chain" is_fix="N" '
                                        f'is_sub="N">\n{rows}</list>\n</rsp>')
         self.at_list(getShopInfoList={"reply-file": path})
-        # A first entry that leads nowhere is not offered.
+        # A first entry without children is not offered.
         self.go("Return", SELECT, POPUP, focus="Town 11")
         self.hold("Down", focus="Town 49")
         self.hears(MOVE)
@@ -487,14 +488,14 @@ class Together(Ways):
         self.go("Up", MOVE, focus="Town 48")
         self.go("Up", MOVE, focus="Town 47")
 
-    def test_held_back_on_a_question_takes_away_only_that(self):
+    def test_held_back_on_a_question_closes_only_that(self):
         self.at_deregistration()
         self.hold("Escape", buttons=["OK*!", "Cancel*"])
         self.hears(BACK, SELECT)
         self.sees(popup=None, focus="Deregister", depth=1)
         self.asks()
 
-    def test_held_ok_on_a_question_asks_once(self):
+    def test_held_ok_on_a_question_sends_one_request(self):
         for place, call in (("deregistration", "unregister"), ("question", "deleteRegistrationInfo")):
             with self.subTest(place):
                 self.at(place)
@@ -505,7 +506,7 @@ class Together(Ways):
 
 
 class Previous(Ways):
-    def test_the_way_back_leads_level_by_level_to_the_first_one(self):
+    def test_previous_goes_level_by_level_to_the_first_one(self):
         self.at_confirmation()
         self.go("Left", MOVE, focus="Previous")
         self.go("Return", SELECT, title="ShopListScreen", depth=5,

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""The launcher: what it is asked, what it lays out, how a set in a window is played, and how it ends."""
+"""The launcher: its options, the folder of a set, a set in a window, and how everything ends."""
 
 import json
 import os
@@ -26,8 +26,7 @@ CONTROL = os.path.join(BUILD, "platform", "host", "virtual-set-control")
 
 
 class RunCase(SetCase):
-    """./run itself, in a tree of its own: the real program, but nothing is installed or built, only
-    noted down."""
+    """The real ./run in a tree of its own, in which installing and building is only recorded."""
 
     TREE = "tree"
 
@@ -57,7 +56,7 @@ class RunCase(SetCase):
                               timeout=DEADLINE, env=with_variables(environment), check=False)
 
     def assert_refused(self, *arguments, text="", **environment):
-        self.assert_told_in_one_line(2, text, self.run_with(*arguments, **environment))
+        self.assert_one_error_line(2, text, self.run_with(*arguments, **environment))
         self.assertEqual("", contents(self.notes), "something was installed or built")
 
 
@@ -88,7 +87,7 @@ class Options(RunCase):
             with self.subTest(name):
                 self.assert_refused("--build", name)
 
-    def test_an_option_that_could_only_be_ignored_is_refused(self):
+    def test_an_option_without_an_effect_is_refused(self):
         screen = XServer(800, 600, os.path.join(self.private, "servers.log"))
         self.addCleanup(screen.stop)
         scenario = self.write("scenario.ini", "")
@@ -99,7 +98,7 @@ class Options(RunCase):
             with self.subTest(arguments):
                 self.assert_refused(*arguments, DISPLAY=screen.display)
 
-    def test_what_is_missing_is_installed_and_built_before_the_set_is_laid_out(self):
+    def test_what_is_missing_is_installed_and_built_before_the_folder_of_the_set_is_made(self):
         ended = self.run_with("--headless", "--language", "xx_YY")
         self.assertEqual(2, ended.returncode, ended.stderr)
         self.assertIn("xx_YY", ended.stderr)
@@ -118,35 +117,35 @@ class Options(RunCase):
         for option, text in (("--set", "junk"), ("--set", "Width=1280"), ("--set", "[Screen\nWidth=1"),
                              ("--scenario", "junk"), ("--scenario", "[daemon]\ndelay=soon")):
             with self.subTest(option + text):
-                self.assert_told_in_one_line(
+                self.assert_one_error_line(
                     2, "", self.launch("--headless", option, self.write("broken.ini", text + "\n")))
 
-    def test_a_folder_that_can_keep_nothing_is_refused(self):
+    def test_a_folder_that_cannot_be_written_is_refused(self):
         for out in (self.write("file", ""), "/proc/zolt"):
-            self.assert_told_in_one_line(2, out, self.launch("--headless", "--out", out))
+            self.assert_one_error_line(2, out, self.launch("--headless", "--out", out))
 
-    def test_a_folder_of_somebody_else_is_left_alone(self):
+    def test_a_folder_that_is_not_of_a_set_is_not_changed(self):
         theirs = os.path.join(self.private, "set")
         os.makedirs(theirs)
         self.write("set/precious", "mine")
-        self.assert_told_in_one_line(2, theirs, self.launch("--headless", "--out", self.private))
+        self.assert_one_error_line(2, theirs, self.launch("--headless", "--out", self.private))
         self.assertEqual(["precious"], os.listdir(theirs))
 
-    def test_a_log_or_a_document_that_no_walk_left_is_not_overwritten(self):
+    def test_a_log_or_a_document_that_is_not_from_a_walk_is_not_overwritten(self):
         for name in ("zolt.log", "registration.xml"):
             out = os.path.join(self.private, "of-" + name)
             os.makedirs(out)
             path = os.path.join(out, name)
             self.rewrite(path, "somebody's own")
             for _ in range(2):
-                self.assert_told_in_one_line(2, path, self.launch("--headless", "--out", out))
+                self.assert_one_error_line(2, path, self.launch("--headless", "--out", out))
                 self.assertEqual("somebody's own", contents(path))
 
     def test_a_scenario_in_the_folder_that_a_walk_clears_is_refused(self):
         out = os.path.join(self.private, "out")
         SetFolder(os.path.join(out, "set"), BUILD).make()
         scenario = self.write("out/set/scenario.ini", "")
-        self.assert_told_in_one_line(
+        self.assert_one_error_line(
             2, scenario, self.launch("--headless", "--out", out, "--scenario", scenario))
         self.assertTrue(os.path.exists(scenario))
 
@@ -156,7 +155,7 @@ class Options(RunCase):
         for name in ("setpriv", "dbus-daemon", "matchbox-window-manager", "xprop", "xdpyinfo",
                      "Xvfb"):
             os.symlink(shutil.which(name), os.path.join(tools, name))
-        self.assert_told_in_one_line(1, "these programs are missing: localedef",
+        self.assert_one_error_line(1, "these programs are missing: localedef",
                                      self.launch("--headless", PATH=tools))
 
     def test_an_unknown_walk_is_refused_and_the_list_names_the_known_ones(self):
@@ -195,14 +194,14 @@ class Laying(SetCase):
                 read = Description(BUILD, self.write("given.ini", text))
                 self.assertEqual((size, language), (read.size, read.language))
 
-    def test_the_bounds_of_a_size_are_those_of_the_set(self):
+    def test_the_limits_of_a_size_are_those_of_the_set(self):
         for value, good in ((SMALLEST_SIDE, True), (LARGEST_SIDE, True), (SMALLEST_SIDE - 1, False),
                             (LARGEST_SIDE + 1, False)):
             for key in ("Width", "Height"):
                 read = Description(BUILD, self.write("given.ini", f"[Screen]\n{key}={value}\n"))
                 self.assertEqual(good, value in read.size, f"{key}={value}")
 
-    def test_comments_and_all_other_values_outlive_a_change_by_the_options(self):
+    def test_comments_and_all_other_values_survive_a_change_by_the_options(self):
         folder = self.folder()
         self.rewrite(folder.file("set.ini"),
                      "# mine\n[Screen]\n# small\n  Width = 800\n[Set]\nModel=A\\sB\n")
@@ -219,7 +218,7 @@ class Laying(SetCase):
         self.assertIn("Width=1280", contents(theirs))
         self.assertTrue(os.path.islink(folder.file("set.ini")))
 
-    def test_another_description_replaces_a_link_and_not_what_it_leads_to(self):
+    def test_another_description_replaces_a_link_and_not_its_target(self):
         folder = self.folder()
         theirs = self.write("theirs.ini", "[Set]\nModel=A\n")
         os.symlink(theirs, folder.file("set.ini"))
@@ -239,7 +238,7 @@ class Laying(SetCase):
         folder.make(fresh=True, description=folder.file("set.ini"))
         self.assertEqual((1280, 720), folder.size)
 
-    def test_a_locale_that_was_interrupted_is_built_again(self):
+    def test_a_locale_whose_build_was_interrupted_is_built_again(self):
         locales = os.path.join(self.private, "locales")
         os.makedirs(os.path.join(locales, "en_US.utf8.new", "half"))
         SetFolder.make_locale(locales, "en_US.utf8")
@@ -247,7 +246,7 @@ class Laying(SetCase):
         self.assertFalse(os.path.exists(os.path.join(locales, "en_US.utf8", "half")))
         self.assertFalse(os.path.exists(os.path.join(locales, "en_US.utf8.new")))
 
-    def test_a_locale_that_could_not_be_built_is_no_success(self):
+    def test_a_locale_that_could_not_be_built_is_an_error(self):
         tools = os.path.join(self.private, "bin")
         os.makedirs(tools)
         self.write("bin/localedef", '#!/bin/sh\nfor last; do :; done\nmkdir "$last"\n'
@@ -269,7 +268,7 @@ class Laying(SetCase):
             self.addCleanup(os.environ.__setitem__, name, before)
         os.environ[name] = value
 
-    def test_a_set_gets_of_the_environment_what_its_page_offers_and_nothing_else(self):
+    def test_a_set_gets_only_the_documented_environment_variables(self):
         offered = {"VIRTUAL_SET_STALL_SECONDS": "7", "VIRTUAL_SET_SOUNDS": "/sounds",
                    "ELM_MODULES": "access_output>access/api", "CANBERRA_DRIVER": "null"}
         others = {"VIRTUAL_SET_FILE": "other.ini", "ELM_SCALE": "3"}
@@ -288,7 +287,7 @@ class Laying(SetCase):
 
 
 class Window(RunCase):
-    """A set in a window on somebody's display, which here is an X server of the test."""
+    """A set in a window on a user's display, which here is an X server of the test."""
 
     def setUp(self):
         super().setUp()
@@ -321,8 +320,8 @@ class Window(RunCase):
         self.assertIn("zolt-hub ended with status 0", contents(output))
 
     def settled(self):
-        """A picture in which nothing moves any more. The window draws what the set shows when it gets to it,
-        and nothing tells when that is."""
+        """A picture that does not change any more. The window follows the set's screen with a delay that
+        cannot be asked for."""
         found = [b"", self.camera.look()]
 
         def stands():
@@ -333,12 +332,13 @@ class Window(RunCase):
         return found[-1]
 
     def picture_of_a_menu(self):
-        """What the display shows; None as long as there are no texts, whose edges have many shades."""
+        """What the display shows; None before there are texts, which are recognised by the many shades of
+        their edges."""
         picture = self.settled()
         shades = {picture[place:place + 3] for place in range(0, len(picture), 3)}
         return picture if len(shades) > 30 else None
 
-    def test_closing_the_window_switches_the_set_off(self):
+    def test_closing_the_window_ends_the_set(self):
         process, output = self.open()
         started = descendants(process.pid)
         subprocess.run(["xdotool", "search", "--name", "^Virtual set", "windowkill"], check=True,
@@ -367,11 +367,11 @@ class Window(RunCase):
         wait_until(lambda: catalogue("it")["SID_CANCEL"] in self.run_with("--control", "look").stdout,
                    DEADLINE, "the texts in the new language")
         self.assertIsNone(process.poll())
-        self.assert_told_in_one_line(2, "xx_XX.utf8 is no language that this machine knows",
+        self.assert_one_error_line(2, "xx_XX.utf8 is no language that this machine knows",
                                      self.run_with("--control", "language", "xx_XX.utf8"))
 
     def open_without(self, locale):
-        """A set in a window, with all locales of other tests but LOCALE."""
+        """A set in a window, with the shared locales except LOCALE."""
         os.remove(self.locales)
         os.makedirs(self.locales)
         for name in os.listdir(LOCALES):
@@ -379,7 +379,7 @@ class Window(RunCase):
                 os.symlink(os.path.join(LOCALES, name), os.path.join(self.locales, name))
         return self.open()
 
-    def test_without_a_display_the_set_is_walked_and_a_control_verb_reaches_it(self):
+    def test_without_a_display_a_walk_runs_and_a_control_verb_reaches_it(self):
         out = os.path.join(self.private, "out")
         process, output = self.begin(self.run_command("--out", out), DISPLAY=None)
         wait_until(lambda: process.poll() is not None or "01-menu.png" in contents(output), DEADLINE,
@@ -393,7 +393,7 @@ class Window(RunCase):
 
 class Ending(SetCase):
     def hold(self):
-        """A set that ./run keeps on until it is told to stop, and all that it started by now."""
+        """A set that ./run keeps running until it is stopped, and all processes that it has started."""
         state = os.path.join(self.private, "state")
         folder = os.path.join(state, "set")
         process, output = self.begin(self.launcher("--hold"))
@@ -411,7 +411,7 @@ class Ending(SetCase):
         return held
 
     def one(self, held, name):
-        """The number of the one process of the set that runs the program NAME."""
+        """The process ID of the only process of the set that runs the program NAME."""
         found = [one.number for one in held.started if program_of(one) == name]
         self.assertEqual(1, len(found), name)
         return found[0]
@@ -452,16 +452,16 @@ class Ending(SetCase):
         self.assertEqual(143, held.process.wait(DEADLINE))
         self.assert_all_gone(held)
 
-    def test_a_server_that_cannot_be_started_is_told(self):
+    def test_a_server_that_cannot_be_started_is_reported(self):
         with self.assertRaisesRegex(SetError, "^ghost could not be started: there is no program /nowhere$"):
             Child("ghost", ["/nowhere"])
 
     def test_a_second_set_in_the_same_folder_is_refused_and_the_first_goes_on(self):
         held = self.hold()
-        self.assert_told_in_one_line(1, "another set is on in " + held.folder, self.launch("--hold"))
+        self.assert_one_error_line(1, "another set is on in " + held.folder, self.launch("--hold"))
         subprocess.run([CONTROL, "--set", held.folder, "ping"], check=True, stdout=subprocess.DEVNULL)
 
-    def test_a_screen_that_is_closed_switches_the_set_off(self):
+    def test_a_screen_that_is_closed_ends_the_set(self):
         held = self.hold()
         os.kill(self.one(held, "Xvfb"), signal.SIGTERM)
         self.assertEqual(0, held.process.wait(DEADLINE))
@@ -469,7 +469,7 @@ class Ending(SetCase):
         self.assertNotIn("starting it again", contents(held.output))
         self.assert_all_gone(held)
 
-    def test_a_screen_that_is_closed_switches_the_set_off_whatever_the_program_made_of_it_first(self):
+    def test_a_screen_that_is_closed_ends_the_set_even_if_the_program_ends_first(self):
         closed = VirtualSet(self.folder(), self.private, say=self.said.append)
         closed.monitor = types.SimpleNamespace(answers=lambda: False, server_runs=True)
         for status in (0, 1, -signal.SIGABRT):
@@ -477,7 +477,7 @@ class Ending(SetCase):
             self.assertIsNone(closed.supervise())
         self.assertEqual([], self.said)
 
-    def test_a_server_that_nobody_is_connected_to_goes_on(self):
+    def test_a_server_without_clients_keeps_running(self):
         log = os.path.join(self.private, "servers.log")
         outer = XServer(400, 300, log)
         self.addCleanup(outer.stop)
@@ -485,7 +485,7 @@ class Ending(SetCase):
             inner = XServer(320, 180, log, nested=True)
         self.addCleanup(inner.stop)
         for server in (outer, inner):
-            # One that began anew would have forgotten.
+            # A restarted server would have lost this.
             asked = ["xprop", "-display", server.display, "-root"]
             subprocess.run([*asked, "-f", "PROBE", "8s", "-set", "PROBE", "kept"], check=True)
             told = subprocess.run([*asked, "PROBE"], check=True, capture_output=True, text=True)
@@ -504,7 +504,7 @@ class Ending(SetCase):
         self.assertTrue(second.answers())
         self.assertFalse(first.answers())
 
-    def test_an_orderly_end_of_the_program_ends_the_set(self):
+    def test_a_program_that_ends_with_status_zero_ends_the_set(self):
         held = self.hold()
         subprocess.run([CONTROL, "--set", held.folder, "quit"], check=True)
         self.assertEqual(0, held.process.wait(DEADLINE))

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
-"""The life of the process on a whole set: out of sight and back, launched again, in another language, and
-for people who see little."""
+"""The life cycle of the process on a whole set: paused and resumed, launched again, in another language, with
+high contrast and with enlarged texts."""
 
 import collections
 import re
@@ -20,8 +20,8 @@ COMPLETE = "Registration is complete.\nSee it under Registration information."
 DEREGISTERED = "This TV has been deregistered."
 COUNTER = "memory/zolt/zolt_screensaver_blocking"
 
-# One step of a person or of the daemon: what is done (a key, or an event), what is SEEN then, the texts
-# that FOLLOW a change of the language, by their names, and those that STAY as they are.
+# One step of a person or of the daemon: what is done (a key, or an event), what is SEEN then, the ids of the
+# texts that FOLLOW a change of the language, and the texts that STAY as they are.
 Step = collections.namedtuple("Step", "doing seen follow stay", defaults=((), ()))
 
 TITLE = "COM_SID_ZOLT_CONTENT"
@@ -55,8 +55,8 @@ FETCHED = (
     Step("0 3", {"popup": [COMPLETE], "buttons": ["OK*!"]}, [*CONFIRMATION, "SID_OK"],
          [*CHOICE, COMPLETE]))
 
-# Ways through the program from a menu: whether the set is tied to a shop, and the steps. Between them
-# they come by every screen and every popup.
+# Ways through the program from a menu: whether the set is registered, and the steps. Together they show every
+# screen and every popup.
 WAYS = {
     "a new registration": (False, (
         Step(None, {"focus": "New registration"}, MENU),
@@ -94,12 +94,12 @@ WAYS = {
 
 class LifeCase(FlowCase):
     def counter(self):
-        """The screensaver counter, as the set keeps it."""
+        """The screensaver counter of the set."""
         found = re.search(rf"^{COUNTER}=(-?\d+)$", contents(self.walk.set.folder.file("vconf.ini")), re.M)
         return int(found[1])
 
     def steps(self, name, **choices):
-        """Goes the way NAME and stops behind each step."""
+        """Goes the way NAME and yields after each step."""
         registered, way = WAYS[name]
         if name == "a failure":
             choices["requestPincode"] = {"outcome": "1/7"}
@@ -124,7 +124,7 @@ class Pause(LifeCase):
             self.assertEqual([change, f"current vconf is: {before}"], self.counter_lines()[-2:])
             self.assertEqual(after, self.counter())
 
-    def test_the_counter_goes_down_out_of_sight_and_up_again_in_every_state(self):
+    def test_the_counter_is_lowered_while_paused_and_raised_again_in_every_state(self):
         for name in WAYS:
             with self.subTest(name):
                 for step in self.steps(name):
@@ -139,7 +139,7 @@ class Pause(LifeCase):
 
     def test_a_pause_while_paused_changes_nothing(self):
         self.switch_on()
-        # Another party has counted five.
+        # Other processes have added five.
         self.rewrite(self.walk.set.folder.file("vconf.ini"), f"[vconf]\n{COUNTER}=6\n")
         self.walk.set.control("pause")
         self.walk.set.wait_for_log("current vconf is: 6$")
@@ -153,7 +153,7 @@ class Pause(LifeCase):
         self.walk.set.wait_for_log("current vconf is: 5$", mark)
         self.assertEqual(6, self.counter())
 
-    def test_a_program_that_ends_out_of_sight_leaves_the_counter_as_it_was(self):
+    def test_a_program_that_ends_while_paused_leaves_the_counter_as_it_was(self):
         self.switch_on(requestPincode={"outcome": "1/10"})
         self.press("Return")
         self.sees(title="PinRequesting")
@@ -165,7 +165,7 @@ class Pause(LifeCase):
 
 
 class SecondLaunch(LifeCase):
-    """The new controller is one that no button finds."""
+    """After a second launch no button finds the controller."""
 
     def launches_again(self):
         mark = self.walk.set.log.mark()
@@ -183,7 +183,7 @@ class SecondLaunch(LifeCase):
         self.asks()
         self.assertEqual(0, self.counter())
 
-    def test_what_looks_for_its_controller_ends_the_program_in_order(self):
+    def test_a_button_that_needs_the_controller_ends_the_program(self):
         for key, sound in (("Return", SELECT), ("Escape", BACK), ("XF86Close", BACK)):
             with self.subTest(key):
                 self.switch_on()
@@ -223,7 +223,7 @@ class SecondLaunch(LifeCase):
                     self.ends(screens=3)
                 self.assertEqual(0, self.counter())
 
-    def test_a_button_behind_an_event_breaks_off_too(self):
+    def test_a_button_after_an_event_ends_the_program_too(self):
         self.switch_on()
         self.to_the_search()
         self.launches_again()
@@ -243,27 +243,27 @@ class Language(LifeCase):
 
     @staticmethod
     def texts(language, names):
-        """The texts NAMES as they are drawn."""
+        """The texts for the ids NAMES as they are drawn."""
         found = catalogue(language)
         composed = {"SID_SOFTWARE_VERSION": " : 1.0.0", "TV_SID_SHOP_CODE": " :"}
         return {re.sub("<br/?>", "\n", found[name]) + composed.get(name, "") for name in names}
 
     def shows(self, language, step, before):
-        """The screen has the texts that follow in LANGUAGE, none of those of the language BEFORE, and
-        the others."""
-        wanted = self.texts(language, step.follow) | set(step.stay)
-        unwanted = self.texts(before, step.follow) - wanted
+        """The screen shows in LANGUAGE the texts that follow, none of them in the language BEFORE, and the
+        other texts."""
+        expected = self.texts(language, step.follow) | set(step.stay)
+        stale = self.texts(before, step.follow) - expected
         words = set()
 
         def matches():
             words.clear()
             words.update(self.screen().window.words)
-            return wanted <= words and not unwanted & words
+            return expected <= words and not stale & words
 
         try:
             wait_until(matches, DEADLINE, "the texts")
         finally:
-            self.assertEqual((set(), set()), (wanted - words, unwanted & words), step)
+            self.assertEqual((set(), set()), (expected - words, stale & words), step)
 
     def follows(self, name, language):
         for step in self.steps(name):
@@ -274,7 +274,7 @@ class Language(LifeCase):
                 self.shows("en", step, before=language)
                 self.sees(**step.seen)
 
-    def test_each_screen_and_popup_follows_the_language_as_far_as_its_texts_are_the_catalogues(self):
+    def test_each_screen_and_popup_follows_the_language_where_its_texts_are_of_the_catalogue(self):
         for name in WAYS:
             with self.subTest(name):
                 self.follows(name, "ko")
@@ -285,7 +285,7 @@ class Language(LifeCase):
                 self.follows(name, "ar")
 
     def test_a_set_that_starts_in_arabic_follows_into_korean(self):
-        # The name of the PIN is made once, with its direction mark.
+        # The label of the PIN is made once, with its direction mark.
         pin = ["SID_SOFTWARE_VERSION", "TV_SID_UNREGISTERED", "SID_CANCEL"]
         self.switch_on(language="ar_EG")
         for step in (Step("Return", {"title": "PinRequesting"}, WAITING),
@@ -311,10 +311,10 @@ class Language(LifeCase):
 
 
 class Sight(LifeCase):
-    """A set for people who see little, beside an ordinary one."""
+    """A set with high contrast or enlarged texts, compared with an ordinary one."""
 
     def pictures(self, name, **accessibility):
-        """What the steps of a way look like: of each its picture and its screen."""
+        """The picture and the screen of each step of a way."""
         description = self.write("set.ini", self.key_file({"Accessibility": accessibility}))
         found = []
         for _ in self.steps(name, description=description):
@@ -329,7 +329,7 @@ class Sight(LifeCase):
         return sum(weight * part for weight, part in zip((0.2126, 0.7152, 0.0722), linear))
 
     def colours(self, picture, piece):
-        """The colour of a screen's bare corner and the lightest of PIECE, a text that stands on it."""
+        """The background colour in a corner of the screen, and the lightest colour of the text PIECE."""
         width, _ = self.walk.set.folder.size
 
         def colour(x, y):
@@ -377,14 +377,14 @@ class Sight(LifeCase):
                         self.assertGreater(self.heights(*after)[text], height, text)
 
     def heights(self, picture, screen):
-        """The texts of SCREEN and how high each is; in a place of a fixed height, how high it is drawn
-        there, unless something lies above it."""
+        """The texts of SCREEN and the height of each. Where the height of its place is fixed, the height of
+        the drawn text, unless something covers it."""
         fixed = ("Not registered", "Software version : 1.0.0")
         return {piece.text: self.drawn(picture, piece) if piece.text in fixed else piece.height
                 for piece in screen.window.all("text") if not (screen.popup and piece.text in fixed)}
 
     def drawn(self, picture, piece):
-        """How many rows lie between the first and the last in which something stands."""
+        """The number of rows from the first to the last with something drawn."""
         width, _ = self.walk.set.folder.size
         found = []
         for y in range(piece.y, piece.y + piece.height):

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""What the tests of whole sets share: a folder of their own, sets in it, and a look at processes."""
+"""What the tests of whole sets share: a private folder, sets in it, and queries of processes."""
 
 import atexit
 import collections
@@ -28,12 +28,12 @@ DEADLINE = 240
 # A folder may have any of these in its name.
 PRINTABLE = "".join(map(chr, range(32, 127))).replace("/", "") + " é한"
 
-# One process: its start tells it from a later one of the same number.
+# One process. Its start time distinguishes it from a later one with the same ID.
 Process = collections.namedtuple("Process", "number start")
 
 
 def running():
-    """All processes that have not ended: Process to the numbers of its parent and its session."""
+    """All processes that have not ended: Process to the IDs of its parent and its session."""
     found = {}
     for name in os.listdir("/proc"):
         if name.isdigit():
@@ -48,10 +48,10 @@ def running():
 
 
 def descendants(number):
-    """The running processes that the process NUMBER started, and those that these started, and so on. What
-    has lost its parent, as a daemon that the bus started, is told by its session."""
+    """The running descendants of the process NUMBER. One whose parent has ended, such as a daemon that the
+    bus started, is recognised by its session."""
     known = running()
-    # The session in which NUMBER was started holds others too, unless NUMBER leads it.
+    # The session of NUMBER contains other processes too, unless NUMBER leads it.
     others = {os.getsid(number)} - {number}
     found, last = set(), None
     while found != last:
@@ -72,7 +72,7 @@ def program_of(process):
 
 
 def contents(path):
-    """The text of a file; of one that is not there yet, nothing."""
+    """The text of a file; empty if it does not exist yet."""
     if not os.path.exists(path):
         return ""
     with open(path, encoding="utf-8", errors="replace") as file:
@@ -80,13 +80,13 @@ def contents(path):
 
 
 def with_variables(changes):
-    """The environment with CHANGES; None takes a variable away."""
+    """The environment with CHANGES; None removes a variable."""
     return {name: value for name, value in {**os.environ, **changes}.items() if value is not None}
 
 
 class Monitors:
-    """The screens of this process's sets, by their size: a test that is not about the servers of a screen
-    takes those of the test before."""
+    """The screens of this process's sets, by size. A test that does not test the servers of a screen reuses
+    those of earlier tests."""
 
     _by_size = {}
 
@@ -102,7 +102,7 @@ class Monitors:
 class SetCase(unittest.TestCase):
     def setUp(self):
         self.private = tempfile.mkdtemp(prefix="zolt-test-")
-        # All that wrote there has ended by then, so that nothing may stay behind.
+        # All writers have ended by then, so removing it must succeed.
         self.addCleanup(shutil.rmtree, self.private)
         self.said = []
 
@@ -122,7 +122,7 @@ class SetCase(unittest.TestCase):
                        for group, values in groups.items())
 
     def start(self, scenario=None, **choices):
-        """A running set with a person in front of it; it ends with the test."""
+        """A Walk on a running set, which ends with the test."""
         path = scenario and self.write("scenario.ini", self.key_file(scenario))
         folder = self.folder(**choices)
         running_set = VirtualSet(folder, LOCALES, scenario=path, say=self.said.append,
@@ -138,7 +138,7 @@ class SetCase(unittest.TestCase):
         walk.press("Return", r"Called .*displayShopsFromLANRequested")
 
     def configure(self, walk, key, value):
-        """Changes a KEY of the set's configuration; None takes it away."""
+        """Changes a KEY of the set's configuration; None removes it."""
         path = walk.set.folder.file("config.xml")
         pattern = re.compile(rf'(<item name="{key}">)(.*?)(</item>)')
         text = contents(path)
@@ -160,8 +160,7 @@ class SetCase(unittest.TestCase):
                               capture_output=True, text=True, timeout=DEADLINE, check=False)
 
     def begin(self, command, **environment):
-        """Starts COMMAND, which goes on until the test ends it in order; returns it and the file of what
-        it says."""
+        """Starts COMMAND, which runs until the end of the test; returns it and the file with its output."""
         output = os.path.join(self.private, "output")
         with open(output, "wb") as file:
             process = subprocess.Popen(command, stdout=file, stderr=file, stdin=subprocess.DEVNULL,
@@ -180,7 +179,7 @@ class SetCase(unittest.TestCase):
             process.wait()
             raise
 
-    def assert_told_in_one_line(self, status, text, ended):
+    def assert_one_error_line(self, status, text, ended):
         self.assertEqual((status, ""), (ended.returncode, ended.stdout), ended.stderr)
         self.assertEqual(1, len(ended.stderr.splitlines()), ended.stderr)
         self.assertIn(text, ended.stderr)

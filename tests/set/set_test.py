@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Whole sets, driven as a person drives them: real keys, a real bus, the real daemon, pictures."""
+"""Whole sets, used as by a person: real keys, a real bus, the real daemon, screenshots."""
 
 import glob
 import os
@@ -118,9 +118,9 @@ class Walking(SetCase):
             self.assertTrue(glob.glob(os.path.join(out, name, "01-menu.png")), name)
             self.assert_no_error_of_the_toolkit(os.path.join(out, name, "zolt.log"))
 
-    # What the toolkit of Debian says of calls that are deliberate: it has no focus highlight of a popup; and it
-    # looks for the place of a widget that cannot have the focus any more, when the last button of a popup is
-    # blocked and when a popup goes from a screen whose buttons are.
+    # Errors that Debian's toolkit logs for deliberate calls: it has no focus highlight style for popups; and
+    # it looks for a widget that cannot have the focus any more, when the last button of a popup is blocked
+    # and when a popup is deleted from a screen whose buttons are blocked.
     KNOWN_ERRORS = (r"'efl_ui_win_focus_highlight_style_set' .* could not be resolved on Elm\.Popup",
                     r"manager_focus_set\(\d+\) > Could not fetch a node located at ")
 
@@ -142,7 +142,7 @@ class Walking(SetCase):
     def fail_here(_walk):
         raise SetError("broken on purpose")
 
-    def test_a_display_that_does_not_answer_is_told_and_the_set_runs_headless(self):
+    def test_a_display_that_does_not_answer_is_reported_and_the_set_runs_headless(self):
         out = os.path.join(self.private, "out")
         scenario = self.write("scenario.ini", self.key_file({"daemon": {"shops": "one-shop"}}))
         photo = self.write("01-photo.png", "somebody's own")
@@ -154,7 +154,7 @@ class Walking(SetCase):
                          ended.stdout.splitlines()[0])
         self.assertEqual("somebody's own", contents(os.path.join(out, "01-photo.png")))
 
-    def test_what_an_earlier_walk_left_goes_and_what_else_lies_there_stays(self):
+    def test_files_of_an_earlier_walk_are_removed_and_others_are_kept(self):
         out = os.path.join(self.private, "out")
         SetFolder(os.path.join(out, "set"), BUILD).make()
         for name in ("99-left.png", "registration.xml", "zolt.log", "notes.txt"):
@@ -167,7 +167,7 @@ class Walking(SetCase):
     def test_paths_with_every_printable_character_are_walked(self):
         odd = os.path.join(self.private, PRINTABLE)
         os.makedirs(odd)
-        # CMake itself cannot build in a folder with some of these characters; tools/build tells which.
+        # CMake cannot build in a folder with some of these characters; tools/build lists them.
         build = os.path.join(odd, "build " + PRINTABLE)
         os.symlink(BUILD, build)
         scenario = os.path.join(odd, "scenario " + PRINTABLE)
@@ -178,7 +178,7 @@ class Walking(SetCase):
                               "--out", os.path.join(odd, "out " + PRINTABLE))
         self.assertTrue(glob.glob(os.path.join(glob.escape(out), "*-completed.png")), said)
 
-    def test_the_document_is_told_as_the_daemon_received_it(self):
+    def test_the_document_is_written_as_the_daemon_received_it(self):
         journal = self.write("daemon.log", "TIME call requestRegistrationShopInfo <a b='\\\\n'>\\n\\r</a>\n")
         running_set = types.SimpleNamespace(daemon_log=Journal(journal))
         self.assertEqual("<a b='\\n'>\n\r</a>", received_document(running_set))
@@ -189,7 +189,7 @@ class Walking(SetCase):
                 scenario = self.write("scenario.ini", self.key_file({"daemon": {"shops": name, "delay": "50"}}))
                 self.walk("--scenario", scenario)
 
-    def test_a_walk_that_cannot_be_gone_fails_and_says_where(self):
+    def test_a_walk_that_gets_stuck_fails_and_says_where(self):
         scenario = self.write("scenario.ini", self.key_file({"daemon": {"found-in-lan": "false"}}))
         ended = self.launch("--headless", "--out", os.path.join(self.private, "out"),
                             "--scenario", scenario, "--walk", "existing", "--patience", "3")
@@ -198,21 +198,21 @@ class Walking(SetCase):
 
 
 class Pictures(SetCase):
-    """What the pictures of a walk show, and when they are taken."""
+    """What the screenshots of a walk show, and when they are taken."""
 
     WAITING = {"searching": "Searching for a registration.", "pin-requested": "Connecting to the server…",
                "pin-verified": "Connecting to the server…", "registering": "Connecting to the server…"}
 
     def walk_slowly(self, name):
-        """Goes the walk NAME with a camera so slow that each event could come before the picture, and
-        returns what it saw: the name of each step, its texts and its picture."""
+        """Runs the walk NAME with a camera so slow that each event could come before the screenshot, and
+        returns the name, the texts and the screenshot of each step."""
         plan = WALKS[name]
         walk = self.start(fresh=True, scenario={
             **plan.scenario, "daemon": {**plan.scenario["daemon"], "delay": "0"}})
         saved = []
 
         def slow_look():
-            # The daemon answers at once where it does not wait: by then its event would have been handled.
+            # If the daemon did not hold its event back, the program would have handled it by then.
             for _ in range(50):
                 walk.set.control("draw")
                 walk.set.daemon_log.read()
@@ -249,7 +249,7 @@ class Registration(SetCase):
         walk.set.start_program()
         self.assertEqual("MainMenuRegisteredScreen", walk.wait_for_screen(mark))
 
-    def test_the_flag_file_stands_after_the_program_has_ended(self):
+    def test_the_flag_file_remains_after_the_program_has_ended(self):
         walk = self.start()
         walk.start()
         walk.press("Escape", r"quitRequested")
@@ -258,7 +258,7 @@ class Registration(SetCase):
 
 
 class Trouble(SetCase):
-    """What goes wrong around a set ends as it should, with its line in the log."""
+    """How the program reacts to failures around it, and what it logs."""
 
     def kill_daemon(self, walk):
         found = [one for one in descendants(walk.set.bus.process.pid) if program_of(one) == "zolt-daemon"]
@@ -320,11 +320,11 @@ class Trouble(SetCase):
         walk.end(expected=1)
         self.assertIsNotNone(walk.set.log.find(r"Exception caught: map::at"))
 
-    def test_a_set_without_its_theme_stands_with_an_empty_screen_and_answers(self):
+    def test_a_set_without_its_theme_shows_an_empty_screen_and_answers(self):
         walk = self.start()
         self.configure(walk, "LayoutPath", "/nowhere")
         self.assertEqual("MainMenuUnregisteredScreen", walk.start())
-        # The widgets have no place and no size then; what is left of them lies in the corner.
+        # Without a theme the widgets have no position and no size, and remain in the corner.
         walk.set.rest()
         below = walk.set.camera.look()[1920 * 3 * 40:]
         self.assertEqual({below[:3]}, {below[place:place + 3] for place in range(0, len(below), 3)})
@@ -448,7 +448,7 @@ class Playing(SetCase):
         walk.set.wait_for_log(r"MainMenuUnregisteredScreen::MainMenuUnregisteredScreen\(", mark)
 
     def places(self, language):
-        """Where the buttons of the first menu and their icons stand on a set of 1280x720."""
+        """The positions of the buttons of the first menu and of their icons at 1280x720."""
         walk = self.start(fresh=True, size=(1280, 720), language=language)
         walk.start()
         walk.set.rest()
@@ -465,7 +465,7 @@ class Playing(SetCase):
             self.assertEqual(1280 - left - width, mirrored)
             self.assertGreater(abs(left - mirrored), 200)
 
-    def test_a_change_of_the_language_renews_the_texts_of_the_screen_that_stands(self):
+    def test_a_change_of_the_language_renews_the_texts_of_the_shown_screen(self):
         walk = self.start()
         walk.start()
         walk.set.folder.make_locale(LOCALES, "ko_KR.utf8")

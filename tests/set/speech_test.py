@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""What a person who cannot see the screen hears of a whole set, word for word, and how it is spoken."""
+"""What a whole set speaks for people who cannot see the screen, word for word, and how it is spoken."""
 
 import os
 import re
@@ -24,7 +24,7 @@ FAILURES = {5: "SID_INTERNET_CONNECTION_NOT_STABLE_MSG",
 READER_ON = "[Accessibility]\nScreenReader=true\n"
 PIN = "48201573"
 
-# Tells what it is given, and speaks until it is stopped.
+# Records its arguments and input, and runs until it is stopped.
 STAND_IN = """#!/usr/bin/python3
 import os, signal, sys
 def tell(*words):
@@ -59,12 +59,12 @@ def catalogue(language):
 
 
 class SpeechCase(FlowCase):
-    """A person who listens to the screen reader."""
+    """Checks what the screen reader says."""
 
     SHOPS = FlowCase.SHOPS
 
     def listen(self, language, path=None, registered=False, shops=SHOPS, **scenario):
-        """Starts a set that speaks LANGUAGE, with what is on PATH."""
+        """Starts a set that speaks LANGUAGE, with the speech program found on PATH."""
         self.texts = catalogue(language[:2])
         description = self.write("reader.ini", READER_ON)
         if self.walk:
@@ -81,7 +81,7 @@ class SpeechCase(FlowCase):
             self.walk.start()
 
     def stand_in(self):
-        """A PATH with a speech program of this test's own."""
+        """A PATH with this test's speech program."""
         folder = os.path.join(self.private, "bin")
         os.makedirs(folder, exist_ok=True)
         self.heard = os.path.join(self.private, "heard")
@@ -99,13 +99,13 @@ class SpeechCase(FlowCase):
         return [match[1] for match in found if match]
 
     def listens(self, *expected):
-        """These texts and no others have been said since it was last listened to."""
+        """Exactly these texts were said since the last call."""
         self.await_list(lambda: self.spoken()[self._listened:], list(expected))
         self._listened += len(expected)
         self.release()
 
     def told(self, count):
-        """What the stand-in was given and did, once there are COUNT lines of it."""
+        """The COUNT lines that the stand-in has recorded, once it has."""
         wait_until(lambda: contents(self.heard).count("\n") >= count, DEADLINE, "the speech program")
         return contents(self.heard).splitlines()
 
@@ -116,7 +116,8 @@ class SpeechCase(FlowCase):
         self.listens(*expected)
 
     def pick_and_go_on(self, rows, button):
-        """From a drop-down with the focus: looks into its ROWS, takes the first, and presses BUTTON."""
+        """From a drop-down with the focus: opens it, which must offer ROWS, picks the first, and presses
+        BUTTON."""
         self.press_and_listen("Return", rows[0])
         self.press_and_listen("Down", rows[1])
         self.press_and_listen("Up", rows[0])
@@ -183,7 +184,7 @@ class Speech(SpeechCase):
     def test_an_existing_registration_is_heard_in_arabic(self):
         self.hears_an_existing_registration("ar_EG")
 
-    def test_the_questions_of_a_tied_set_are_heard(self):
+    def test_the_questions_of_a_registered_set_are_heard(self):
         for language in LANGUAGES:
             with self.subTest(language):
                 self.listen(language, registered=True)
@@ -213,7 +214,7 @@ class Speech(SpeechCase):
                 self.press_and_listen("Return", self.text("SID_OK"))
                 lines = []
                 for name, value in rows:
-                    # The code's line keeps its colon on one side.
+                    # The colon of the shop code line does not change sides.
                     ahead = language.startswith("ar") and name
                     name = name or self.text("TV_SID_SHOP_CODE")
                     lines.append(f": {name} {value}" if ahead else f"{name} : {value}")
@@ -234,7 +235,7 @@ class Speech(SpeechCase):
 
     def test_a_name_is_heard_as_it_is_drawn(self):
         names = ["B & C <b>Best</b>", "\"Quoted\" 5 < 6", "x<br/>y"]
-        # An entry without any below it is not offered when it is the first of all.
+        # The first entry is not offered if it has no children.
         entries = "".join(f"<sub_list name={quoteattr(name)} code=\"0{number}\"/>"
                           for number, name in enumerate(["Not offered"] + names, 1))
         shops = self.write("shops.xml", '<?xml version="1.0" encoding="UTF-8"?><rsp stat="ok">'
@@ -272,13 +273,13 @@ class Speech(SpeechCase):
                    "the end of the second")
 
     def test_without_a_speech_program_the_set_only_logs_what_it_says(self):
-        # What starts the program has to be found all the same.
+        # The programs that start the set must still be found.
         folder = os.path.join(self.private, "bin")
         os.mkdir(folder)
         os.symlink(shutil.which("setpriv"), os.path.join(folder, "setpriv"))
         self.listen("en_US", path=folder)
         self.listens(", " + self.text("TV_SID_NEW_REGISTRATION"))
-        # Whatever had been started in vain would have told so by now.
+        # A failed attempt to start one would be in the log by now.
         self.screen()
         self.press_and_listen("Down", self.text("TV_SID_EXISTING_REGISTRATION"))
         self.press_and_listen("Down", self.text("SID_CANCEL"))
