@@ -9,7 +9,8 @@ namespace ZOLT {
 
 namespace {
 
-// The systemd unit that starts only while the flag file exists. For the reader: no code uses it.
+// The systemd unit that starts only while the flag file exists. Documentation only: no code uses
+// it.
 [[maybe_unused]] const std::string SERVICE_UNIT = "zolt-hub.service";
 
 }  // namespace

@@ -87,8 +87,8 @@ connection_profile_type_e findProfileType(const Connection& connection) {
     return type;
 }
 
-// FIELD counted from BASE, as the calendar takes it. What lies beyond its type must fail there as
-// other numbers out of range do, and must not wrap into the range.
+// FIELD counted from BASE, in the calendar's type. A value beyond that type must fail there like
+// other values out of range, and must not wrap into the range.
 unsigned short calendarNumber(int field, int base) {
     return static_cast<unsigned short>(std::clamp<int64_t>(int64_t{field} + base, 0, 0xFFFF));
 }
@@ -140,7 +140,7 @@ void DeviceInfo::setShopMode(bool on) {
 void DeviceInfo::getLanguageStringValue(char** value) {
     ZOLT_TRACE();
     const int result = m_systemCalls->runtimeInfoGetValueString(RUNTIME_INFO_KEY_LANGUAGE, value);
-    // Most platforms refuse a null output themselves; one that does not has given no language.
+    // Most platforms refuse a null output themselves; one that does not has returned no language.
     const bool answered = result == 0 && value != nullptr;
     if (answered && *value != nullptr && **value != '\0') {
         return;
@@ -180,8 +180,9 @@ std::string DeviceInfo::getCountryCode() {
 
 std::string DeviceInfo::getDUID() {
     ZOLT_TRACE();
-    // The cache is tested and copied under the lock, since the notice may write it on another
-    // thread at that moment; the lock is not held across the reading, which takes it itself.
+    // The cache is tested and copied under the lock, because the notice may write it on another
+    // thread at the same time. The lock is not held while the id is read, because that locks it
+    // too.
     std::unique_lock<std::mutex> lock(m_duidLock);
     if (m_duid.empty()) {
         lock.unlock();
@@ -219,7 +220,7 @@ std::string DeviceInfo::getServerType() {
     alignas(std::max_align_t) std::array<unsigned char, FACTORY_DATA_RECORD_SIZE> record{};
     const int type = GetData(FACTORY_DATA_SERVER_TYPE, record.data());
     if (type != FACTORY_DATA_TYPE_SERVER_RECORD) {
-        // A television whose record cannot be read must not reach the operating server.
+        // A television whose record cannot be read must not use the operating server.
         ZOLT_WARN("Unknown info struct type: %i", type);
         return "DevelopmentServer";
     }
@@ -368,7 +369,7 @@ void DeviceInfo::setNetworkTypeChangedCb(void (*callback)(runtime_info_key_e, vo
 
 void DeviceInfo::unsetWiredIpChangedCb() {
     ZOLT_TRACE();
-    // The wireless one goes and the wired one stays, as the header says.
+    // Ends the wireless subscription only, as the header says.
     m_systemCalls->unsetWirelessIpChangedCb();
 }
 
@@ -386,7 +387,7 @@ tm DeviceInfo::getLocalTimeTm() {
     ZOLT_TRACE();
     const time_t now = CTimeUtil::GetCurrentTime();
     tm time{};
-    // Despite its name this gives local time, since that is what the set's clock counts.
+    // Despite its name this gives local time, because the TV's clock counts local time.
     CTimeUtil::Unsigned_gmtime_r(&now, &time);
     return time;
 }

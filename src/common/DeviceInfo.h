@@ -15,8 +15,8 @@ namespace ZOLT {
 
 class ISystemCalls;
 
-// Getters over the system calls and a few other interfaces of the set. Unless something else is
-// said, an operation runs on the main loop and throws Exception when the set does not answer.
+// Getters over the system calls and a few other interfaces of the TV. Unless stated otherwise, an
+// operation runs on the main loop and throws Exception when the TV does not answer.
 class DeviceInfo {
   public:
     enum ImageType { IMAGE_RELEASE = 0, IMAGE_DEBUG = 1, IMAGE_PERF = 2 };
@@ -25,7 +25,7 @@ class DeviceInfo {
     explicit DeviceInfo(ISystemCalls* systemCalls);
 
     bool inShopMode();
-    // A failure is logged and never thrown; the line of success follows in any case.
+    // A failure is logged and never thrown; the log line of success is written in any case.
     void setShopMode(bool on);
 
     // Sets *VALUE to the language as a locale's name, which the caller releases with free.
@@ -70,7 +70,7 @@ class DeviceInfo {
 
     // Local time of the set, broken down.
     tm getLocalTimeTm();
-    // Both throw what Boost's calendar throws for a date that it does not know.
+    // Both throw what Boost's calendar throws for an invalid date.
     boost::posix_time::ptime getUTCTime();
     boost::posix_time::ptime getLocalTime();
 

@@ -19,7 +19,7 @@ class File {
     // or if writing fails; a failure when the stream is closed goes unnoticed.
     virtual bool save(std::string data);
 
-    // True if the path can be opened for reading; a directory counts.
+    // True if the path can be opened for reading, also for a directory.
     virtual bool exists();
     virtual std::string getPath();
 

@@ -94,8 +94,8 @@ void LibXml::release() {
     m_xPathContext = nullptr;
 }
 
-// Takes DOCUMENT over. Clears the pointer where there is no context for it, so that nothing frees
-// the document again.
+// Takes ownership of DOCUMENT. Clears the pointer if no context can be made, so that the document
+// is not freed twice.
 void LibXml::adopt(xmlDocPtr document) {
     m_doc = document;
     m_xPathContext = xmlXPathNewContext(m_doc);

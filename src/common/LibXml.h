@@ -28,7 +28,7 @@ class LibXml {
     LibXml(const LibXml&) = delete;
     LibXml& operator=(const LibXml&) = delete;
 
-    // A failed parse leaves the object empty. An empty text is refused before anything is touched.
+    // A failed parse leaves the object empty. An empty text is refused before anything is changed.
     void parseString(const std::string& text);
     void parseFile(const std::string& path);
     void parseMemory(const char* buffer, int size);

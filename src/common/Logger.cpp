@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The shape of a log line, and the text of the entry trace.
+// The format of a log line, and the text of the entry trace.
 #include "common/Logger.h"
 
 #include <cstdarg>
@@ -47,9 +47,9 @@ struct Expressions {
 std::shared_mutex expressionsMutex;
 const Expressions* expressions = nullptr;
 
-// Boost.Regex keeps caches in static objects, so a job that outlives main must not come near an
-// expression once those are destroyed. This object goes before them, because making it makes them,
-// and waits for the threads that still use an expression.
+// Boost.Regex keeps caches in static objects, so a job that outlives main must not use an
+// expression once those are destroyed. This object's construction creates them, so it is destroyed
+// before them, and its destructor waits for the threads that still use an expression.
 struct ExpressionsLifetime {
     ExpressionsLifetime() {
         boost::regex_search("f(int)", m_all.parameterList);
@@ -181,8 +181,8 @@ void Logger::write(log_id_t buffer, log_priority priority, const char* path, con
     const int length = std::vsnprintf(usual, sizeof usual, format, arguments);
     va_end(arguments);
 
-    // Where memory is short the line goes out cut, and where the text cannot be made its format
-    // does: a log line must never be what ends a function.
+    // Without memory for it the line is written cut, and if the text cannot be made its format is
+    // written: logging must never make a function fail.
     const char* message = length < 0 ? format : usual;
     std::unique_ptr<char[]> longer;
     if (length >= static_cast<int>(sizeof usual)) {

@@ -33,8 +33,8 @@ class Logger {
 
 }  // namespace ZOLT
 
-// The source that a line names. Readers of the log know a class by one source: where it is written
-// in several, the others define this, ahead of their includes, as the name of the first.
+// The source that a line names. Readers of the log know each class by one source. If a class has
+// several sources, the others define this before their includes as the name of the first.
 #ifndef ZOLT_LOG_FILE
 #define ZOLT_LOG_FILE __FILE__
 #endif

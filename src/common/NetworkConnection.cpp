@@ -14,7 +14,7 @@
 #undef NDEBUG
 #include <cassert>
 
-// What fails here is logged as information: a set without a network is nothing unusual.
+// Failures are logged as information here: a TV without a network is nothing unusual.
 #define NETWORK_LOG(...) ZOLT_LOG(LOG_ID_MAIN, DLOG_INFO, __VA_ARGS__)
 
 namespace ZOLT {

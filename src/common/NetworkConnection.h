@@ -9,7 +9,7 @@
 namespace ZOLT {
 
 // Holds a connection and one of its profiles for as long as it lives. An object may have neither:
-// its getters then give nothing. Used on the thread that made it.
+// its getters then return empty values. Used on the thread that made it.
 class NetworkConnection {
   public:
     // Never throws an Exception: what fails is logged.
@@ -33,20 +33,20 @@ class NetworkConnection {
     connection_type_e GetConnectionTypeByProfile();
     connection_type_e GetConnectionType();
 
-    // Each gives an empty text, and a line in the log, when the set does not answer. Addresses are
-    // IPv4, the name server is the first.
+    // Each returns an empty text, and logs a line, when the TV does not answer. Addresses are IPv4,
+    // the name server is the first.
     std::string GetMacAddress();
     std::string GetIPAddress();
     std::string GetDNSAddress();
     std::string GetGatewayAddress();
     std::string GetSubnetMaskAddress();
-    // CONNECTION_IP_CONFIG_TYPE_NONE when the set does not answer.
+    // CONNECTION_IP_CONFIG_TYPE_NONE when the TV does not answer.
     connection_ip_config_type_e GetIPConfigType();
 
     // Writes the name of a connection_error_e into the log.
     static void PrintConnectionError(int error);
 
-    // Each makes an object, asks it once and lets it go.
+    // Each makes an object, asks it once and deletes it.
     static connection_type_e IGetConnectionType();
     static std::string IGetMacAddress();
     static std::string IGetIPAddress();

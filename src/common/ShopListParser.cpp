@@ -82,7 +82,7 @@ void ShopListParser::parseShopListXML(std::string document) {
 // The shops of a list that is left out halfway are retired: m_shops has them already.
 void ShopListParser::appendList(LibXml& xml, xmlNode* node, int index) {
     ShopList list;
-    auto place = m_shops.end();  // documents are mostly sorted, so the next entry goes beside
+    auto place = m_shops.end();  // documents are mostly sorted: a hint for the next
     try {
         readAttributes(xml, node, list);
         for (xmlNode* child = nextElement(node->children); child != nullptr;
@@ -98,7 +98,8 @@ void ShopListParser::appendList(LibXml& xml, xmlNode* node, int index) {
     }
 }
 
-// One walk in the order of the codes, in which a parent comes directly before its children.
+// Visits all entries in the order of their codes, in which a parent comes directly before its
+// children.
 void ShopListParser::linkShops() {
     if (m_shops.empty()) {
         return;
@@ -112,13 +113,13 @@ void ShopListParser::linkShops() {
             linkChild(*current, *next);
             ++next;
         } else if (nextLength > currentLength + CODE_STEP) {
-            // Down to the last child, which is current itself where a level of the code is missing:
-            // the walk then never ends. The fence makes that a defined loop, which the compiler
-            // must not remove.
+            // Goes down to the last child. If a level of the code is missing that is current
+            // itself, and the loop never ends. The fence makes such a loop defined, so the compiler
+            // must not remove it.
             std::atomic_signal_fence(std::memory_order_seq_cst);
             current = std::prev(next);
         } else if (nextLength > currentLength) {
-            ++next;  // its parent is missing, so it has no place
+            ++next;  // its parent is missing, so it is not linked
         } else {
             linkBeside(*current, *next);
             current = next++;

@@ -28,7 +28,7 @@ struct Shop {
 
     std::string name;        // what the user sees, and the key for the entry's children
     std::string code;        // the parent's code and two more characters
-    Shop* parent = nullptr;  // not owned; null for a top entry and for one that has no place
+    Shop* parent = nullptr;  // not owned; null for a top entry and for one without a known parent
     bool hasSubs = false;
     int level = 0;  // position of the entry's list among the parser's lists, from 0
 };
@@ -76,11 +76,11 @@ class ShopListParser {
     // Always a valid set, empty if there are none.
     Shops& getSubs(std::string name);
 
-    // How many lists were ever taken in; clean does not lower it.
+    // How many lists were ever parsed; clean does not lower it.
     unsigned int getAmountOfLevels() { return m_amountOfLevels; }
 
-    // Names shops that the next clean must not delete: those that somebody outside still points at
-    // and that no set of getSubs may hold. Null entries are allowed.
+    // Names shops that the next clean must not delete: those to which other objects still point and
+    // which may be in no set of getSubs. Null entries are allowed.
     void keep(const std::deque<Shop*>& shops);
 
     // Forgets lists and shops. Deletes every Shop but those in the sets that getSubs gives, those

@@ -104,7 +104,7 @@ void ThreadPool::clear() {
             abandoned->splice(abandoned->end(), m_jobs, m_jobs.begin());
             continue;
         }
-        // The thread of a finished job may still be about to unlock the job's mutex.
+        // The thread of a finished job may not have unlocked the job's mutex yet.
         if (job.m_status == JOB_FINISHED && m_workers[job.m_worker].joinable()) {
             m_workers[job.m_worker].join();
         }

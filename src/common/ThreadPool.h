@@ -17,7 +17,7 @@ namespace ZOLT {
 // At most one launched pool, reached through static operations that any thread may call; without
 // one all of them but add do nothing. It runs up to 15 jobs side by side, each on a thread of its
 // own; jobs of one queue run one after another in the order in which they were added. Exceptions of
-// a job are logged and end there.
+// a job are logged and go no further.
 class ThreadPool {
   public:
     // Throws Exception when there is a pool already, which stays unharmed.
@@ -64,7 +64,7 @@ class ThreadPool {
         std::string m_queue;
         std::string m_counter;  // how many jobs were added up to this one, for the log
         bool m_named;           // the caller gave a queue
-        bool m_removable;       // false while somebody waits in join
+        bool m_removable;       // false while a caller waits in join
         int m_status;           // a Status
         int m_id;
         int m_worker;           // -1 until started
@@ -77,16 +77,16 @@ class ThreadPool {
 
     void master();
     void worker(Job& job);
-    // Starts the job's thread in its slot. False when the system has none to give.
+    // Starts the job's thread in its slot. False when the system cannot create one.
     bool start(Job& job);
-    // Lets go of the jobs at the end of the pool.
+    // Releases the jobs when the pool is destroyed.
     void clear();
 
     // These three are called with m_mutex held.
     static Job* findRunning(const std::string& queue);
     static void interrupt(const Job& job);
     static Job* hold(Job& job);
-    // Waits for a held job and lets go of it.
+    // Waits for a held job and releases it.
     static void join(Job& job);
 
     std::vector<boost::thread> m_workers;  // by worker number

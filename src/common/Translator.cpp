@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Follows the set's language, and falls back on the default one for single texts.
+// Follows the TV's language. A text without a translation is shown in the default language.
 #include "common/Translator.h"
 
 #include <clocale>
@@ -24,7 +24,7 @@ struct Free {
 };
 using Text = std::unique_ptr<char, Free>;
 
-// Throws for a null LOCALE, by which the C library would only be asked for the present one.
+// Throws for a null LOCALE, with which the C library would only return the current one.
 void switchLocale(const char* locale) {
     if (locale == nullptr || std::setlocale(LC_ALL, locale) == nullptr) {
         throw Exception("Unable to set the language", GENERIC_ERROR);
@@ -40,8 +40,8 @@ Text currentLocale() {
     return copy;
 }
 
-// Null if the language cannot be had for whatever reason, a missing configuration key of the fakes
-// or a null DeviceInfo included: the caller only learns that there is none.
+// Null if the language cannot be read for any reason, including a missing configuration key of the
+// fakes or a null DeviceInfo: the caller only learns that there is none.
 Text languageOf(DeviceInfo* deviceInfo) {
     char* language = nullptr;
     try {
@@ -69,7 +69,7 @@ void Translator::enableLocales(std::string domain, std::string path) {
 
 char* Translator::getText(const char* id) {
     ZOLT_TRACE();
-    char* translated = gettext(id);  // null for a null id, in which there is nothing to compare
+    char* translated = gettext(id);  // null for a null id, which cannot be compared
     if (translated == nullptr || std::strncmp(translated, id, std::strlen(id)) != 0) {
         return translated;
     }

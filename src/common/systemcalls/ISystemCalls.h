@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The seam to the television's values and notices, so that something else can answer in its place.
+// Interface to the television's values and notices, which fakes can implement too.
 #pragma once
 
 #include "runtime_info.h"

@@ -16,8 +16,8 @@ namespace {
 constexpr int RESET_ATTEMPTS = 10;
 constexpr int SECONDS_BETWEEN_ATTEMPTS = 10;
 
-// Ends a subscription; log lines carry OPERATION as the function. Never throws: it runs on closing
-// paths, where a failure must not stop the shutdown.
+// Ends a subscription; log lines carry OPERATION as the function. Never throws: it runs during
+// shutdown, which a failure must not stop.
 void unsetQuietly(SystemCalls& calls, runtime_info_key_e key, const char* name,
                   const char* operation) {
     try {

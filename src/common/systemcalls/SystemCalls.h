@@ -10,9 +10,9 @@
 
 namespace ZOLT {
 
-// A thin layer over the C interfaces. A subscription that fails throws Exception. Ending one by key
-// never throws and is logged, since that happens on closing paths; ending the reset or the wake-up
-// subscription throws, and callers rely on the difference.
+// A thin layer over the C interfaces. A subscription that fails throws Exception. Ending a
+// subscription by key never throws and logs failures, because it happens during shutdown; ending
+// the reset or the wake-up subscription throws, and callers rely on the difference.
 class SystemCalls : public ISystemCalls {
   public:
     void setWirelessIpChangedCb(void (*cb)(runtime_info_key_e, void*), void* data) override;
@@ -44,7 +44,7 @@ class SystemCalls : public ISystemCalls {
     void unsetChangedCb(runtime_info_key_e key, std::string name);
 
   private:
-    // Lets a test step the time of setResetCb.
+    // Lets a test replace the waiting of setResetCb.
     friend class SystemCallsSleep;
 
     // Waits until the given time; boost::this_thread::sleep unless a test has put another here.

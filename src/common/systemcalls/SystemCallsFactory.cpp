@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Chooses who answers the program's questions to the television.
+// Chooses the real or the fake system calls.
 #include "common/systemcalls/SystemCallsFactory.h"
 
 #include "common/Logger.h"

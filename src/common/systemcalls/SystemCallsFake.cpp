@@ -14,7 +14,7 @@ namespace ZOLT {
 
 namespace {
 
-// Read anew for each call, so a changed configuration counts from the next call on.
+// Read for each call, so a changed configuration takes effect with the next call.
 bool faked(const char* configurationKey) {
     return ZoltConfig::is(configurationKey, "1");
 }
