@@ -130,8 +130,8 @@ def _first_menu(walk, expected="MainMenuUnregisteredScreen"):
     screen = walk.start()
     if screen != expected:
         raise SetError(f"the first screen is {screen}, where {expected} should be")
-    tied = expected == "MainMenuRegisteredScreen"
-    walk.look("menu", f"the menu of a set that is {'' if tied else 'not '}tied to a shop")
+    registered = expected == "MainMenuRegisteredScreen"
+    walk.look("menu", f"the menu of a TV that is {'' if registered else 'not '}registered")
 
 
 def _search(walk):
@@ -234,7 +234,7 @@ def change(walk):
     walk.look("deleting", "the registration is being deleted")
     walk.await_event()
     walk.wait_for(r"Called .*showMainMenuUnregisteredScreen", mark)
-    walk.look("new-menu", "the menu of a set that is not tied to a shop")
+    walk.look("new-menu", "the menu of a TV that is not registered")
     _walk_down(walk, walk.wait_for_screen(_search(walk)))
     _confirm(walk)
 
@@ -250,7 +250,7 @@ def deregister(walk):
     walk.look("deregistering", "the registration is being ended")
     walk.await_event()
     walk.wait_for(r"Called .*showDeregistrationSucceededPopup", mark)
-    walk.look("deregistered", "the set is not tied to a shop any more")
+    walk.look("deregistered", "the TV is not registered any more")
     _quit(walk)
 
 
