@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// How long a shop list takes to become a model, against a bare parse of the same document.
+// Compares the time to parse a shop list with the time of a bare XML parse of the same document.
 //
 // Usage: parser_bench [MAX_RATIO]
 // Prints a line for each size and ends with 1 if the largest one has a ratio above MAX_RATIO.
@@ -78,7 +78,7 @@ struct FreeDocument {
     void operator()(xmlDocPtr document) const { xmlFreeDoc(document); }
 };
 
-// Takes turns with the floor, so that whatever else the machine does hits both.
+// Alternates between model and floor, so that other load on the machine affects both.
 double compare(int entries) {
     const std::string document = makeDocument(entries);
     const auto parseBare = [&document] {

@@ -11,7 +11,7 @@ import xml.etree.ElementTree
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 
-# Every key that the program reads. None has a default, so a set without one ends at its first use.
+# Every key that the program reads. None has a default, so a missing one ends the program at its first use.
 KEYS = ["DefaultLang", "LocalesPath", "LayoutPath", "SourceVersion", "ShopRegistrationFilePath",
         "USBContentDownloadPath", "TVFlashContentDownloadPath", "FakeSystemCalls", "FakeSetUseMode",
         "FakeUseMode", "FakeCountryCode", "FakeModel", "FakeScreenHeight", "FakeScreenWidth",
@@ -19,9 +19,9 @@ KEYS = ["DefaultLang", "LocalesPath", "LayoutPath", "SourceVersion", "ShopRegist
         "FakeWirelessIpChangedCb", "FakeWiredIpChangedCb", "FakeNetworkTypeChangedCb", "FakeResetCb",
         "FakeWakeupCb"]
 
-# Every printable character, and one that is more than a byte.
+# Every printable character, and one of several bytes.
 ANY_TEXT = "".join(chr(code) for code in range(32, 127)) + " é"
-# Those that CMake itself can have in the name of a build folder.
+# Those that CMake supports in the name of a build folder.
 ANY_FOLDER = "".join(one for one in ANY_TEXT if one not in '/"\\;$<>#|[]')
 
 
@@ -107,7 +107,7 @@ class TheTelevision(ConfigureTest):
         self.assertEqual("/zolt-content", values["USBContentDownloadPath"])
         self.assertEqual(f"{data}/content", values["TVFlashContentDownloadPath"])
         self.assertEqual({"0"}, {value for key, value in configuration if key.startswith("Fake")})
-        # Its compiler may be one that nobody here has seen, and may warn of what it likes.
+        # Its compiler is unknown, and may have other warnings.
         words = self.television.command("src/gui/main.cpp")
         self.assertIn("-Wall", words)
         self.assertNotIn("-Werror", words)

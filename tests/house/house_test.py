@@ -11,7 +11,7 @@ ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__)
 
 
 def tracked():
-    """Files that belong to the tree; without git, as in a source package, all that are there."""
+    """The files of the repository; without git, as in a source package, all files."""
     listed = subprocess.run(["git", "-C", ROOT, "ls-files"], capture_output=True, text=True,
                             check=False)
     if listed.returncode == 0 and listed.stdout:

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Breaks the program on purpose, one place at a time, and sees that a test fails each time.
+"""Breaks the program on purpose, one place at a time, and checks that a test fails each time.
 
 mutants.toml lists the places. A copy of the tree is built with each mutant in turn, and the tests named
 beside it are run: a mutant is caught when one of them fails, or does not end in ten times the time that
@@ -22,11 +22,11 @@ _PRESET = "virtual-set"
 
 
 class MutationError(Exception):
-    """Why nothing can be told of a mutant, in one line."""
+    """Why a mutant could not be tried, in one line."""
 
 
 def pattern_of(old):
-    """Matches the words and signs of OLD, however they are spaced and broken into lines."""
+    """Matches the tokens of OLD with any white space between them."""
     return r"\s*".join(re.escape(piece) for piece in re.findall(r"\w+|[^\w\s]", old))
 
 
@@ -149,7 +149,7 @@ def time_of_tests(tree, mutants):
 
 
 def try_mutant(tree, mutant, limit):
-    """What noticed the mutant, or None."""
+    """The test that failed with the mutant, or None."""
     name = tree.put(mutant)
     try:
         tree.build(targets_of([mutant]))

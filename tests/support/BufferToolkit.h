@@ -12,7 +12,8 @@
 namespace support {
 
 // Starts the toolkit on its buffer engine once for all tests of the process, with the settings of a
-// set, and in a home of its own: it keeps settings. Give it to AddGlobalTestEnvironment.
+// television, and with a home folder of its own, because it stores settings. Give it to
+// AddGlobalTestEnvironment.
 class BufferToolkit : public ::testing::Environment {
   public:
     // THEME: the file whose styles and icons all widgets take.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A system bus of a test's own, and the stand-in daemon on it.
+// A private system bus for a test, and the stand-in daemon on it.
 #include "support/PrivateBus.h"
 
 #include <algorithm>
@@ -51,7 +51,7 @@ PrivateBus::PrivateBus(const std::map<std::string, std::string>& activated) {
         file << "[D-BUS Service]\nName=" << name << "\nExec=" << command << '\n';
         m_folder.write("services/" + name + ".service", file.str());
     }
-    // A test that crashes leaves no bus behind.
+    // Ends the bus if the test crashes.
     m_program = std::make_unique<Program>(std::vector<std::string>{
         "setpriv", "--pdeathsig", "TERM", "dbus-daemon", "--config-file=" + configuration,
         "--nofork", "--print-address=1"});

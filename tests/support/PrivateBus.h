@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A system bus of a test's own, and the stand-in daemon on it.
+// A private system bus for a test, and the stand-in daemon on it.
 #pragma once
 
 #include <map>
@@ -11,10 +11,9 @@
 
 namespace support {
 
-// A dbus-daemon with a configuration, an address and a folder of its own. For as long as it lives,
-// DBUS_SYSTEM_BUS_ADDRESS names it, so that G_BUS_TYPE_SYSTEM leads to it in this process and in
-// those started from here. It ends with this object, and at the latest with the thread that made
-// it.
+// A dbus-daemon with a configuration, an address and a folder of its own. While it exists,
+// DBUS_SYSTEM_BUS_ADDRESS contains its address, so G_BUS_TYPE_SYSTEM is this bus in this process
+// and in those that it starts. It ends with this object, or with the thread that made it.
 class PrivateBus {
   public:
     // ACTIVATED maps names to the command lines with which the bus starts their owners. Throws
@@ -36,29 +35,29 @@ class PrivateBus {
     std::unique_ptr<ScopedEnvironment> m_environment;
 };
 
-// The folder of one set and the stand-in daemon that plays for it.
+// The folder of a set and its stand-in daemon.
 class StandInDaemon {
   public:
     // Makes the folder with a configuration and, if SCENARIO is not empty, a scenario of that
     // content. Starts nothing yet.
     explicit StandInDaemon(const std::string& scenario = "");
 
-    // Starts the daemon on the bus that the environment names and waits until it owns its name.
-    // Throws std::runtime_error when it does not come up.
+    // Starts the daemon on the bus of the environment and waits until it owns its name. Throws
+    // std::runtime_error when it does not come up.
     void start();
-    // Asks it to end and waits for that. Returns its exit status.
+    // Terminates it and waits for the end. Returns its exit status.
     int stop();
-    // Ends it the hard way.
+    // Kills it.
     void kill();
     Program& program() { return *m_program; }
 
-    // What makes a bus start it.
+    // The service with which a bus starts it.
     static const char* busName();
     std::string command() const;
 
     void setScenario(const std::string& scenario) const;
     const TemporaryFolder& folder() const { return m_folder; }
-    // The lines of its journal without their times.
+    // The lines of its log without their times.
     std::vector<std::string> journal() const;
     int count(const std::string& line) const;
     // Waits for COUNT such lines. TURN, if given, runs meanwhile.

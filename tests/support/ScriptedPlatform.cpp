@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The television's C interfaces as a script: every call is noted, every answer is the test's.
+// The television's C interfaces for tests: records every call, and answers as the test has set.
 #include "support/ScriptedPlatform.h"
 
 #include <algorithm>
@@ -40,7 +40,7 @@ struct usb_device {
 
 struct usb_device_list : support::ScriptedPlatform::Object {
     std::deque<usb_device> devices;
-    size_t position = 0;  // of the device that the reader was given last
+    size_t position = 0;  // of the device that was returned last
 };
 
 namespace support {
@@ -110,7 +110,7 @@ struct ScriptedPlatform::State {
     std::map<void*, std::unique_ptr<Object>> objects;
     std::map<Handout, int> handedOut;
 
-    // Notes a call and gives its result code, which is OTHERWISE when the test said nothing.
+    // Records a call and returns its result code, by default OTHERWISE.
     int call(const std::string& function, const std::string& arguments = "", int otherwise = 0) {
         calls.push_back(function + "(" + arguments + ")");
         auto& queue = queuedAnswers[function];
@@ -123,7 +123,7 @@ struct ScriptedPlatform::State {
         return fixed == fixedAnswers.end() ? otherwise : fixed->second;
     }
 
-    // The answer to a null place for a result.
+    // The result code for a null output argument.
     int nullPlace() const { return acceptsNullPlaces ? 0 : ERROR_BAD_PARAMETER; }
 
     template <typename T>
@@ -136,7 +136,7 @@ struct ScriptedPlatform::State {
         return raw;
     }
 
-    // The object behind HANDLE, or null when it was never given or is given back already.
+    // The object of HANDLE, or null if it was never handed out or is released.
     template <typename T>
     T* find(void* handle) {
         const auto found = objects.find(handle);
@@ -259,7 +259,7 @@ LogLine parsed(int buffer, int priority, const char* tag, const std::string& tex
 ScriptedPlatform::ScriptedPlatform() : m_state(std::make_unique<State>()) {}
 
 ScriptedPlatform& ScriptedPlatform::get() {
-    // Left alive for good: objects of a test program may log before main and after it.
+    // Never destroyed: objects of a test program may log before and after main.
     static auto* platform = new ScriptedPlatform();
     return *platform;
 }
@@ -804,7 +804,7 @@ int GetData(int id, void* buffer) {
     const int type = state.call("GetData", std::to_string(id), state->factoryType);
     auto* bytes = static_cast<unsigned char*>(buffer);
     state->factoryBuffer.assign(bytes, bytes + FACTORY_DATA_RECORD_SIZE);
-    // The whole record is the platform's to write.
+    // The platform may write the whole record.
     std::memset(bytes, 0xA5, FACTORY_DATA_RECORD_SIZE);
     std::memcpy(buffer, &state->factoryInteger, sizeof state->factoryInteger);
     return type;
@@ -869,7 +869,7 @@ usb_device_h usb_device_list_get_first(usb_device_list_h list) {
     return &found->devices.front();
 }
 
-// The television's list knows where its reader stands, so this one does too: one step for a call.
+// Like the television's list this one remembers a position, and advances by one for each call.
 usb_device_h usb_device_list_get_next(usb_device_list_h list) {
     Locked state;
     state.call("usb_device_list_get_next");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A television that answers what a test tells it to answer and remembers what was asked of it.
+// A television that answers as a test has set and records all calls.
 #pragma once
 
 #include <ctime>
@@ -35,7 +35,7 @@ struct LogLine {
     std::string function;
     int line = 0;
     std::string message;
-    std::string text;  // as it was given to the platform
+    std::string text;  // the unparsed text
 };
 
 // One profile of the network connection. A text without a value reads as null with result 0.
@@ -45,10 +45,10 @@ struct NetworkProfile {
     std::optional<std::string> gateway = "192.168.0.1";
     std::optional<std::string> mask = "255.255.255.0";
     int ipConfigType = CONNECTION_IP_CONFIG_TYPE_DYNAMIC;
-    bool null = false;  // the iterator yields a null profile in its place
+    bool null = false;  // the iterator returns a null profile instead
 };
 
-// The network as the connection interface shows it.
+// The network that the connection interface reports.
 struct Network {
     int type = CONNECTION_TYPE_ETHERNET;
     std::optional<std::string> ip = "192.168.0.10";
@@ -71,11 +71,11 @@ struct EventHandlerEntry {
     void* data = nullptr;
 };
 
-// What the platform gives away and wants back.
+// The kinds of objects that the platform hands out and that must be released.
 enum class Handout { Connection, ProfileIterator, UsbDeviceList };
 
-// The one television of a test program. Call reset() in each fixture's SetUp: it makes a good set
-// of 1920x1080 in English on which every call answers 0. All operations may be called on any
+// The one television of a test program. Call reset() in each fixture's SetUp: it makes a television
+// of 1920x1080 in English on which every call returns 0. All operations may be called on any
 // thread. Calls that are not about the log are kept in order; the log is kept on its own. With the
 // environment variable ZOLT_ECHO_LOG set, log lines also go to standard error.
 class ScriptedPlatform {
@@ -83,7 +83,7 @@ class ScriptedPlatform {
     // Never destroyed, and usable before main and after it.
     static ScriptedPlatform& get();
 
-    // Forgets log, calls, answers, callbacks and handles, and makes the good set again.
+    // Clears log, calls, answers, callbacks and handles, and restores the default television.
     void reset();
 
     // --- the log
@@ -103,7 +103,7 @@ class ScriptedPlatform {
 
     // --- the calls
     // Each as text, such as "vconf_set_int(memory/zolt/zolt_screensaver_blocking, 1)". Handles,
-    // callbacks and places for results are left out: "connection_get_mac_address(3)".
+    // callbacks and output arguments are left out: "connection_get_mac_address(3)".
     std::vector<std::string> calls() const;
     // The calls of one function, such as "vconf_get_int".
     std::vector<std::string> calls(const std::string& function) const;
@@ -111,24 +111,24 @@ class ScriptedPlatform {
     void clearCalls();
 
     // --- result codes
-    // FUNCTION returns CODE until reset. A code that is not 0 leaves places for results untouched
-    // and does not do the function's work. For usb_get_connected_device_number, GetData and
+    // FUNCTION returns CODE until reset. With a code other than 0 the function does nothing and
+    // leaves its output arguments unchanged. For usb_get_connected_device_number, GetData and
     // ua_UI_orientation_get, CODE is the result itself.
     void answer(const std::string& function, int code);
-    // FUNCTION returns these codes in turn, and after them what it returned before.
+    // FUNCTION returns these codes one after the other, then what it returned before.
     void answers(const std::string& function, const std::vector<int>& codes);
-    // Whether a null place for a result is none of the platform's business: the call then answers
-    // as usual and gives nothing. Otherwise it answers -22, its code for a bad parameter.
+    // Whether a null output argument is accepted: the call then returns as usual without a value.
+    // Otherwise it returns -22, its code for a bad parameter.
     void acceptNullPlaces(bool accept);
-    // ACTION runs at each call of FUNCTION before it answers, without a lock held. It may throw.
+    // ACTION runs at each call of FUNCTION before it returns, without a lock held. It may throw.
     void whenCalled(const std::string& function, std::function<void()> action);
-    // The same after it has answered. It may not throw.
+    // The same after its work is done. It may not throw.
     void whenAnswered(const std::string& function, std::function<void()> action);
 
-    // --- values; std::nullopt takes a value away: a text then reads as null with result 0
+    // --- values; std::nullopt removes a value: a text then reads as null with result 0
     void setVconf(const std::string& key, int value);
     void setVconf(const std::string& key, const std::optional<std::string>& value);
-    // The value of an integer key, as the program may have set it.
+    // The current value of an integer key.
     std::optional<int> vconfInt(const std::string& key) const;
     void setRuntimeInfo(int key, int value);
     void setRuntimeInfo(int key, const std::optional<std::string>& value);
@@ -140,24 +140,23 @@ class ScriptedPlatform {
     void setOrientation(int orientation);
     // The type that GetData answers and the first integer that it puts into the buffer.
     void setFactoryRecord(int type, int firstInteger);
-    // The buffer as GetData got it last.
+    // The buffer of the last call of GetData.
     std::vector<unsigned char> factoryBuffer() const;
-    // What the clock breaks down to, whatever its seconds are; std::nullopt asks the calendar
-    // again.
+    // The broken-down time, whatever the seconds are; std::nullopt uses the calendar again.
     void setBrokenDownTime(const std::optional<tm>& time);
-    // Local time of the set as seconds, and how far it is ahead of UTC.
+    // Local time of the television in seconds, and its difference to UTC.
     void setClock(time_t localSeconds, long secondsAheadOfUtc);
     void setUsbMountPaths(const std::vector<std::optional<std::string>>& paths);
     void setNetwork(const Network& network);
 
-    // --- callbacks; firing one that is not set does nothing and answers false
+    // --- callbacks; firing one that is not set does nothing and returns false
     bool fireRuntimeInfoChanged(runtime_info_key_e key);
     bool hasRuntimeInfoCallback(runtime_info_key_e key) const;
     bool fireVconfChanged(const std::string& key);
     bool hasVconfCallback(const std::string& key) const;
     bool firePoweroff(int state);
     bool fireWakeup(int state);
-    // Calls every handler of this event with EVENT in the place of the platform's information.
+    // Calls every handler of this event with EVENT as the platform's information.
     bool fireAppEvent(app_event_type_e type, void* event);
 
     // --- the application framework
@@ -171,12 +170,12 @@ class ScriptedPlatform {
     std::vector<KeyGrab> grabs() const;
     // The result of grabbing one key; other keys follow answer("utilx_grab_key", ...).
     void setGrabResult(const std::string& key, int result);
-    // Patterns that feedback_play was asked for, whatever it answered.
+    // Patterns of all calls of feedback_play, whatever it returned.
     std::vector<int> playedPatterns() const;
 
     // --- what was handed out
     int handedOut(Handout kind) const;
-    // How many of them have not been given back.
+    // How many of them have not been released.
     int outstanding(Handout kind) const;
 
     // --- for the C functions only

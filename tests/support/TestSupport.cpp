@@ -57,7 +57,7 @@ std::string contentOf(int descriptor) {
     return content;
 }
 
-// Texts of "NAME=VALUE" for a program: this one's with those of ADDED in their place.
+// The environment of a program as "NAME=VALUE": this program's, overridden by ADDED.
 std::vector<std::string> environmentWith(const std::map<std::string, std::string>& added) {
     std::map<std::string, std::string> all;
     for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {

@@ -18,13 +18,13 @@ constexpr std::chrono::milliseconds DEADLINE{120000};
 // Whether this is the long run (./test --long), in which no input is left out to save time.
 bool isLongRun();
 
-// Asks PREDICATE until it is true or DEADLINE is over, and says which. TURN, if given, runs between
-// two questions, for instance to turn a main loop.
+// Calls PREDICATE until it is true or DEADLINE is over; returns its last result. TURN, if given,
+// runs between two calls, for instance to run a main loop.
 bool waitUntil(const std::function<bool()>& predicate,
                std::chrono::milliseconds deadline = DEADLINE,
                const std::function<void()>& turn = nullptr);
 
-// A new folder that goes away with all that is in it.
+// A new folder, removed with its content by the destructor.
 class TemporaryFolder {
   public:
     TemporaryFolder();
@@ -81,7 +81,7 @@ class Program {
     bool running();
     // Sends a signal to the program alone.
     void signal(int number);
-    // Asks the group to end, and makes it end after DEADLINE.
+    // Terminates the group, and kills it after DEADLINE.
     void stop(std::chrono::milliseconds deadline = DEADLINE);
     // Waits for the end. False when DEADLINE was over first.
     bool wait(std::chrono::milliseconds deadline = DEADLINE);

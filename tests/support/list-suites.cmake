@@ -19,7 +19,7 @@ if(EXISTS "${program}" AND NOT status EQUAL 0)
     message(FATAL_ERROR "${program} does not list its tests: ${status}")
 endif()
 
-# "Suite.", then its tests, each indented; what follows "#" tells of types and parameters.
+# "Suite.", then its tests, each indented; a comment after "#" gives types and parameters.
 string(REGEX REPLACE "[ ]*#[^\n]*" "" listed "${listed}")
 string(REPLACE ";" "\\;" listed "${listed}")
 string(REPLACE "\n" ";" listed "${listed}")
@@ -38,7 +38,7 @@ endforeach()
 foreach(test IN LISTS tests)
     string(REGEX REPLACE "\\.\\*$" "" name "${group}.${test}")
     add_test("${name}" /usr/bin/python3 -B "${CMAKE_CURRENT_LIST_DIR}/run_suite.py" "${program}" "${test}")
-    # As long as no machine takes.
+    # Longer than any machine needs.
     set_tests_properties("${name}" PROPERTIES TIMEOUT 7200)
     if(cost)
         set_tests_properties("${name}" PROPERTIES COST "${cost}")

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Runs run_suite.py on a program whose tests pass, fail or die as told."""
+"""Runs run_suite.py on a program whose tests pass, fail or die as their names say."""
 
 import os
 import subprocess
