@@ -172,6 +172,28 @@ class Architecture(unittest.TestCase):
                           if os.path.dirname(name) == folder)
         self.assertEqual(names("platform/include"), names("platform/host/interfaces"))
 
+    def test_the_page_of_the_virtual_set_has_a_line_for_each_key_of_a_description(self):
+        table_of_fields = read("platform/host/description/Fields.cpp")
+        keys = re.findall(r'^    \{Field::\w+, "(\w+)", "(\w+)"', table_of_fields, re.M)
+        self.assertGreater(len(keys), 20)
+        group, shown = None, set()
+        for line in read("platform/host/README.md").splitlines():
+            if heading := re.fullmatch(r"\[(\w+)\]", line):
+                group = heading[1]
+            elif entry := re.match(r"(\w+)=", line):
+                shown.add((group, entry[1]))
+        self.assertEqual(set(keys), shown & set(keys))
+
+    def test_the_page_of_recipes_names_files_and_tests_that_exist(self):
+        page = read("docs/changing.md")
+        for path in re.findall(r"`((?:src|platform|po|tests|packaging)/[\w./-]+)`", page):
+            if not path.endswith("LL.po"):
+                self.assertTrue(os.path.exists(os.path.join(ROOT, path)), path)
+        sources = "".join(read(path) for path in tracked()
+                          if path.startswith("tests/") and path.endswith((".cpp", ".txt")))
+        for name in re.findall(r"`(?:gui|flow|platform)\.(?:All/)?(\w+)`|`(?:Look\.)(\w+)`", page):
+            self.assertIn(name[0] or name[1], sources)
+
     def test_the_daemon_uses_nothing_of_the_program_but_the_interface_layer(self):
         for name in self.sources:
             if name.startswith("daemon/"):
