@@ -103,8 +103,8 @@ void MirrorCheck::compareWays(const MirrorCheck& other, Report& report) const {
 
 int MirrorCheck::distance(const Place& mine, const Place& other) const {
     const Box expected = mine.box.mirrored(m_width);
-    const int across =
-        std::max(std::abs(expected.left - other.box.left), std::abs(expected.right - other.box.right));
+    const int across = std::max(std::abs(expected.left - other.box.left),
+                                std::abs(expected.right - other.box.right));
     // The colon stands before the words or after them, and lines may break elsewhere.
     return mine.stretches ? across
                           : std::max({across, std::abs(expected.top - other.box.top),
