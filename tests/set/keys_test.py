@@ -435,7 +435,7 @@ class Together(Ways):
         self.both("deregistration", "Right+Return", MOVE, SELECT, popup=None,
                   focus="Deregister")
         # The question has the focus only once it is drawn, and its button makes no sound before.
-        self.both("tied_menu", "Return+Escape", SELECT, POPUP, SELECT, popup=None,
+        self.both("registered_menu", "Return+Escape", SELECT, POPUP, SELECT, popup=None,
                   focus="Change registration")
         self.both("deregistration", "Return+Escape", SELECT, MOVE, BACK, SELECT, popup=None,
                   focus="Deregister", asked=["unregister"])

@@ -282,7 +282,7 @@ class Laying(SetCase):
         self.assertEqual(folder.path, seen["VIRTUAL_SET_DIR"])
         self.assertEqual(folder.file("zolt.log"), seen["VIRTUAL_SET_LOG"])
         page = contents(os.path.join(SOURCE, "platform", "host", "README.md"))
-        handed_on = re.search(r"of these variables only\s(.*?)are handed on", page, re.S).group(1)
+        handed_on = re.search(r"of these variables only\s(.*?)reach the program", page, re.S).group(1)
         self.assertEqual(set(offered), set(re.findall(r"`(\w+)`", handed_on)))
 
 

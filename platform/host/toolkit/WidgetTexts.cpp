@@ -12,7 +12,11 @@ std::string orNothing(const char* text) {
     return text != nullptr ? text : "";
 }
 
+// What a look hides, such as a text that only measures another one, is not read.
 void read(Evas_Object* object, std::string* found) {
+    if (evas_object_visible_get(object) == EINA_FALSE) {
+        return;
+    }
     if (orNothing(evas_object_type_get(object)) == "elm_label" && !found->empty()) {
         *found += ",";
     }
