@@ -713,8 +713,8 @@ TEST_F(ThreadPoolTest, JoinOfAJobThatHasJustBeenStartedWaitsForIt) {
 TEST_F(ThreadPoolTest, NeitherAddNorTheOthersWaitForAThreadThatIsNotScheduled) {
     // Threads do nothing until the gate opens.
     static Gate* scheduled = nullptr;
-    Gate gate;
-    scheduled = &gate;
+    const auto gate = std::make_unique<Gate>();
+    scheduled = gate.get();
     const ThreadPoolStart starts([](const std::function<void()>& body) {
         return boost::thread([body] {
             scheduled->wait();
@@ -734,7 +734,7 @@ TEST_F(ThreadPoolTest, NeitherAddNorTheOthersWaitForAThreadThatIsNotScheduled) {
     });
     EXPECT_TRUE(waitUntil([&] { return returned.load(); }));
     EXPECT_EQ(ran, 0);
-    gate.open();
+    gate->open();
     caller.join();
     EXPECT_TRUE(waitUntil([&] { return ran == 2; }));
 }
@@ -742,8 +742,8 @@ TEST_F(ThreadPoolTest, NeitherAddNorTheOthersWaitForAThreadThatIsNotScheduled) {
 TEST_F(ThreadPoolTest, JoinIsNoInterruptionPointAlsoBeforeTheThreadIsScheduled) {
     static Gate* scheduled = nullptr;
     static std::atomic<int> threads{0};
-    Gate gate;
-    scheduled = &gate;
+    const auto gate = std::make_unique<Gate>();
+    scheduled = gate.get();
     threads = 0;
     // The second thread, that of the job to join, does nothing until the gate opens.
     const ThreadPoolStart starts([](const std::function<void()>& body) {
@@ -771,7 +771,7 @@ TEST_F(ThreadPoolTest, JoinIsNoInterruptionPointAlsoBeforeTheThreadIsScheduled) 
     mayJoin.open();
     EXPECT_TRUE(waitUntil(
         [&] { return progress("Joining thread late, counter: " + entry(late)->counter + "..."); }));
-    gate.open();
+    gate->open();
     EXPECT_TRUE(waitUntilEnded(joiner));
     EXPECT_TRUE(joined);
 }
