@@ -153,7 +153,7 @@ class FlowCase(SetCase):
                               if re.search(pattern, lines[number])) + 1
 
     def ends(self, status=0, screens=None):
-        """The program ends, tells the daemon so, and puts its SCREENS away, silently."""
+        """The program ends, notifies the daemon, and deletes its SCREENS, without a sound."""
         self.release()
         self.walk.end(expected=status)
         self.reads(r"calling Terminate", r"Decreasing Vconf", "ZOLT GUI application: Closing")
@@ -186,7 +186,7 @@ class FlowCase(SetCase):
         self.ends(**end)
 
     def to_the_search(self, depth=1):
-        """From the menu of a set that is not tied, DEPTH windows deep, to the search in the local network."""
+        """From the menu of an unregistered set, the DEPTHth window, to the search in the local network."""
         self.press("Down")
         self.sees(focus="Use existing registration")
         self.hears(MOVE)
@@ -197,7 +197,7 @@ class FlowCase(SetCase):
         self.hears(SELECT, POPUP)
 
     def to_the_pin_request(self, depth=2):
-        """From the menu of a set that is not tied to the screen that waits for a PIN, DEPTH windows deep."""
+        """From the menu of an unregistered set to the screen that waits for a PIN, the DEPTHth window."""
         self.press("Return")
         self.sees(title="PinRequesting", depth=depth, buttons=[], popup=None, focus=None,
                   words=["Connecting to the server…", "Please wait."])
@@ -205,7 +205,7 @@ class FlowCase(SetCase):
         self.hears(SELECT)
 
     def to_the_pin(self, depth=2):
-        """The same and on to the PIN."""
+        """The same, up to the PIN."""
         self.to_the_pin_request(depth)
         self.event("0 0")
         self.sees(title="PinDisplaying", depth=depth + 1, buttons=["Cancel*!"], popup=None,
@@ -214,7 +214,7 @@ class FlowCase(SetCase):
         self.hears(MOVE)
 
     def to_the_list_of_a_pin(self, depth=2):
-        """The same and on to the popup that waits for the list."""
+        """The same, up to the popup that waits for the list."""
         self.to_the_pin(depth)
         self.event("0 1")
         self.sees(title="PinDisplaying", popup=["Connecting to the server…"], buttons=[], focus=None)
@@ -456,8 +456,8 @@ class Failures(FlowCase):
     SHOPS = "one-shop"
 
     def fails(self, method, to_the_moment, name, heard, registered=False):
-        """What METHOD began fails: HEARD is what the failure sounds like, and NAME the agreed log of
-        the first run."""
+        """The request METHOD fails. HEARD are the sounds of the failure, and NAME is the reference log of the
+        first run."""
         for reason, text in FAILURES.items():
             with self.subTest(reason):
                 self.switch_on(registered=registered, **{method: {"outcome": f"1/{reason}"}})

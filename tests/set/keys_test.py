@@ -434,7 +434,7 @@ class Together(Ways):
                   asked=["requestShopInfoList"])
         self.both("deregistration", "Right+Return", MOVE, SELECT, popup=None,
                   focus="Deregister")
-        # The question has the focus only once it is drawn, and its button makes no sound before.
+        # The question gets the focus only once it is drawn, and its button makes no sound before.
         self.both("registered_menu", "Return+Escape", SELECT, POPUP, SELECT, popup=None,
                   focus="Change registration")
         self.both("deregistration", "Return+Escape", SELECT, MOVE, BACK, SELECT, popup=None,
