@@ -339,6 +339,21 @@ TEST_F(EventHandlerTest, AScreenThatIsLeftMakesOnlyTheClickOfItsButton) {
     EXPECT_THAT(heard(), ElementsAre(SELECT));
 }
 
+// A screen that is shown again gets the focus from the window manager, after the one above is gone.
+TEST_F(EventHandlerTest, TheFocusThatFollowsADyingScreenIsSilent) {
+    start();
+    listen();
+    {
+        const ZOLT::GUI::FocusSilence silence;
+        EventHandler::unfocusedItemCb(nullptr, nullptr, nullptr);
+    }
+    EventHandler::focusedItemCb(nullptr, nullptr, nullptr);
+    EXPECT_THAT(heard(), IsEmpty());
+    EventHandler::unfocusedItemCb(nullptr, nullptr, nullptr);
+    EventHandler::focusedItemCb(nullptr, nullptr, nullptr);
+    EXPECT_THAT(heard(), ElementsAre(MOVE));
+}
+
 TEST_F(EventHandlerTest, AWindowThatIsClosedFromOutsideMakesNoSound) {
     start(true);
     activate(screen());
