@@ -115,6 +115,9 @@ class FlowCase(SetCase):
         except SetError:
             self.assertEqual(expected, last)
             raise
+        if self._down:
+            # A window that the key has brought to the front has the keyboard before the key comes up.
+            self.walk.set.rest()
         self.release()
 
     def hears(self, *expected):
